@@ -1,0 +1,32 @@
+// A 32-bit reference inside a handle, so that records have the same size on every build.
+#pragma once
+
+#include "frame/types.h"
+
+namespace vrk {
+
+// Holds the distance in bytes from itself to its target, which lies behind it in the same block; 0 stands for none.
+// Self-relative: it cannot be copied out of its record.
+template <class T>
+class ref {
+ public:
+  ref() = default;
+  ref(const ref&) = delete;
+  ref& operator=(const ref&) = delete;
+
+  ref& operator=(T* target) {
+    distance_ = target == nullptr ? 0 : u32(reinterpret_cast<std::uintptr_t>(target) - self());
+    return *this;
+  }
+
+  T* get() const { return distance_ == 0 ? nullptr : reinterpret_cast<T*>(self() + distance_); }
+  T& operator[](std::size_t i) const { return get()[i]; }
+  explicit operator bool() const { return distance_ != 0; }
+
+ private:
+  std::uintptr_t self() const { return reinterpret_cast<std::uintptr_t>(this); }
+
+  u32 distance_ = 0;
+};
+
+}  // namespace vrk
