@@ -22,6 +22,8 @@ inline void put_be32(bytes& out, std::uint32_t v) {
 }
 
 // The characters as they stand: a magic, a version, a directory tag.
-inline void put_text(bytes& out, std::string_view text) { out.insert(out.end(), text.begin(), text.end()); }
+inline void put_text(bytes& out, std::string_view text) {
+  for (const char c : text) put8(out, std::uint8_t(c));
+}
 
 }  // namespace vrk::kit
