@@ -480,7 +480,7 @@ VRK_API void VRK_CALL vrk_end_ed_block(void *handle);
 /* Does nothing. */
 VRK_API void VRK_CALL vrk_free_ed(void *handle);
 
-/* ---- Ordered dither ----------------------------------------------------------------------------------------------- */
+/* ---- Ordered dither ---------------------------------------------------------------------------------------------- */
 
 /* Builds ordered dither for lines of `line_width` pixels.
  *

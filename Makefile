@@ -1,0 +1,28 @@
+# The commands of the README. Each installs what it needs (as root, on Debian), configures, builds and runs.
+build_packages = g++ cmake ninja-build pkg-config
+tool_packages = libpng-dev libjpeg-dev libcli11-dev
+test_packages = libgtest-dev
+bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev
+
+.PHONY: demo test bench clean
+
+demo: # prints the embedded sample page and says where the pictures are
+	@scripts/packages $(build_packages) $(tool_packages)
+	@cmake --preset release -DVRK_TOOLS=ON -DVRK_TESTS=OFF -DVRK_BENCH=OFF >/dev/null
+	@cmake --build --preset release
+	@build/release/tools/vrk demo -o out/demo
+
+test: # builds everything but the benchmarks and runs all tests
+	@scripts/packages $(build_packages) $(tool_packages) $(test_packages)
+	@cmake --preset release -DVRK_TOOLS=ON -DVRK_TESTS=ON -DVRK_BENCH=OFF >/dev/null
+	@cmake --build --preset release
+	@ctest --preset release
+
+bench: # speed of every stage, beside other libraries where Debian has them; ARGS=... goes to the benchmark program
+	@scripts/packages $(build_packages) $(bench_packages)
+	@cmake --preset release -DVRK_TOOLS=OFF -DVRK_TESTS=OFF -DVRK_BENCH=ON >/dev/null
+	@cmake --build --preset release
+	@build/release/bench/vrk_bench $(ARGS)
+
+clean:
+	rm -rf build out

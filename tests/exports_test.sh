@@ -1,0 +1,13 @@
+#!/bin/sh
+# The shared library, the export list and the header name the same 53 functions, and nothing else leaves the library.
+# usage: exports_test.sh SOURCE_DIR LIBRARY
+set -eu
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+nm -D --defined-only "$2" | awk '{print $3}' | sort >"$work/library"
+sed -n 's/^  \(vrk_.*\)$/\1/p' "$1/include/vrk.def" | sort >"$work/def"
+grep -o 'VRK_CALL vrk_[a-z0-9_]*(' "$1/include/vrk.h" | sed 's/VRK_CALL \(.*\)(/\1/' | sort >"$work/header"
+test "$(wc -l <"$work/def")" -eq 53
+diff "$work/def" "$work/library"
+diff "$work/def" "$work/header"
