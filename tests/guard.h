@@ -1,0 +1,76 @@
+// Hostile buffers, for the tests of every stage: images that end at an unreadable page, and handle memory at any
+// address with guard bytes on both sides.
+#pragma once
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <stdexcept>
+#include <vector>
+
+namespace vrk::test {
+
+// A copy of some bytes whose end is the start of a page that nobody may touch: one byte read too far ends the program.
+// `end()` is a pointer that may not be followed at all.
+class guarded_copy {
+ public:
+  explicit guarded_copy(std::span<const std::uint8_t> bytes) : size_(bytes.size()) {
+    const std::size_t page = std::size_t(sysconf(_SC_PAGESIZE));
+    const std::size_t readable = (size_ + page - 1) / page * page;
+    mapped_ = readable + page;
+    base_ = mmap(nullptr, mapped_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (base_ == MAP_FAILED) throw std::runtime_error("mmap failed");
+    data_ = static_cast<std::uint8_t*>(base_) + readable - size_;
+    if (size_ != 0) std::memcpy(data_, bytes.data(), size_);
+    mprotect(static_cast<std::uint8_t*>(base_) + readable, page, PROT_NONE);
+  }
+  ~guarded_copy() { munmap(base_, mapped_); }
+  guarded_copy(const guarded_copy&) = delete;
+  guarded_copy& operator=(const guarded_copy&) = delete;
+
+  std::uint8_t* data() { return data_; }
+  std::uint8_t* end() { return data_ + size_; }
+  std::uint32_t size() const { return std::uint32_t(size_); }
+
+ private:
+  std::size_t size_, mapped_;
+  void* base_;
+  std::uint8_t* data_;
+};
+
+// `size` bytes at an address that is `offset` past a 32-byte boundary, filled with `fill`, which also stands on both
+// sides of them: a handle's memory, or an output line.
+class fenced_block {
+ public:
+  explicit fenced_block(std::size_t size, std::size_t offset = 0, std::uint8_t fill = 0xA5)
+      : size_(size), fill_(fill), bytes_(size + 2 * fence + 64, fill) {
+    const std::uintptr_t first = reinterpret_cast<std::uintptr_t>(bytes_.data()) + fence;
+    start_ = fence + (32 - first % 32) % 32 + offset;
+  }
+
+  std::uint8_t* data() { return bytes_.data() + start_; }
+  const std::uint8_t* data() const { return bytes_.data() + start_; }
+  std::span<const std::uint8_t> contents() const { return {data(), size_}; }
+  bool fences_intact() const { return filled(0, start_) && filled(start_ + size_, bytes_.size()); }
+  bool untouched() const { return filled(0, bytes_.size()); }
+
+ private:
+  static constexpr std::size_t fence = 64;
+
+  bool filled(std::size_t from, std::size_t to) const {
+    return std::all_of(bytes_.begin() + std::ptrdiff_t(from), bytes_.begin() + std::ptrdiff_t(to),
+                       [this](std::uint8_t b) { return b == fill_; });
+  }
+
+  std::size_t size_;
+  std::uint8_t fill_;
+  std::vector<std::uint8_t> bytes_;
+  std::size_t start_;
+};
+
+}  // namespace vrk::test
