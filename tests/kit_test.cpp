@@ -1,11 +1,20 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
+#include <numeric>
+
 #include "kit/blob.h"
 #include "kit/color_table.h"
 #include "kit/curve_image.h"
 #include "kit/dither_table.h"
 #include "kit/ed_tables.h"
+#include "kit/error_filters.h"
+#include "kit/level_sets.h"
+#include "kit/modulation.h"
 #include "kit/planes.h"
+#include "kit/presets.h"
+#include "kit/threshold_matrices.h"
 
 namespace {
 
@@ -70,6 +79,82 @@ TEST(kit, blob_directory_points_at_the_data) {
   EXPECT_EQ(image[33], 2);
   EXPECT_EQ((bytes{image.begin() + 40, image.begin() + 64}),
             (bytes{'H', 'T', ' ', ' ', 0, 0, 0, 64, 0, 0, 0, 3, 'H', 'C', ' ', ' ', 0, 0, 0, 67, 0, 0, 0, 1}));
+}
+
+TEST(kit, rows_of_a_distribution_table_add_up_to_their_error) {
+  for (const error_filter& filter : error_filters) {
+    const int shares = std::accumulate(filter.shares.begin(), filter.shares.end(), 0);
+    EXPECT_EQ(filter.lossy, shares != filter.divisor) << filter.name;
+    const edtb_table table = distribution_table(filter);
+    ASSERT_EQ(table.rows.size(), 511u);
+    for (int e = -255; e <= 255; ++e) {
+      const edtb_row& row = table.rows[std::size_t(e + 255)];
+      EXPECT_EQ(std::accumulate(row.begin(), row.end(), 0), filter.lossy ? 0 : e) << filter.name;
+      for (std::size_t i = 0; i < 5; ++i) {  // within one of the exact share
+        EXPECT_LT(std::abs(row[i] * filter.divisor - e * filter.shares[i]), filter.divisor) << filter.name << ' ' << e;
+      }
+    }
+  }
+}
+
+TEST(kit, levels_spread_evenly_from_0_to_full_scale) {
+  EXPECT_EQ(even_levels(3, 255), (std::vector<std::uint16_t>{0, 128, 255}));
+  EXPECT_EQ(even_levels(4, 255), (std::vector<std::uint16_t>{0, 85, 170, 255}));
+  EXPECT_EQ(halfway_thresholds(even_levels(4)), (std::vector<std::uint16_t>{171, 512, 853}));
+  EXPECT_EQ(bits_for_levels(2), 1u);
+  EXPECT_EQ(bits_for_levels(3), 2u);
+  EXPECT_EQ(bits_for_levels(16), 4u);
+  EXPECT_EQ(bits_for_levels(17), 8u);
+}
+
+TEST(kit, ranks_of_a_threshold_matrix_are_a_permutation) {
+  for (const std::string_view name : matrix_names) {
+    for (const threshold_matrix& matrix : plane_matrices(name)) {
+      ASSERT_LE(std::max(matrix.width, matrix.height), 255u) << name;
+      std::vector<std::uint16_t> ranks = matrix.ranks, all(matrix.width * matrix.height);
+      std::sort(ranks.begin(), ranks.end());
+      std::iota(all.begin(), all.end(), std::uint16_t{0});
+      EXPECT_EQ(ranks, all) << name;
+    }
+  }
+}
+
+// The least distance, around the edges, between two of the pixels that a tenth of the ranks turn on.
+int closest_pair(const threshold_matrix& matrix) {
+  const int size = int(matrix.width);
+  std::vector<int> on;
+  for (int at = 0; at < size * size; ++at) {
+    if (matrix.ranks[std::size_t(at)] < size * size / 10) on.push_back(at);
+  }
+  int closest = size * size;
+  for (const int a : on) {
+    for (const int b : on) {
+      const int dx = std::abs(a % size - b % size), dy = std::abs(a / size - b / size);
+      const int x = std::min(dx, size - dx), y = std::min(dy, size - dy);
+      if (a != b) closest = std::min(closest, x * x + y * y);
+    }
+  }
+  return closest;
+}
+
+TEST(kit, blue_noise_keeps_its_dots_apart) { EXPECT_GE(closest_pair(blue_noise()), 4); }
+
+TEST(kit, screens_have_their_angle) {
+  const threshold_matrix matrix = clustered_dot(7, 2);
+  ASSERT_EQ(matrix.width, 53u);
+  const auto rank = [&](unsigned x, unsigned y) { return matrix.ranks[y % 53 * 53 + x % 53]; };
+  for (unsigned dot = 0; dot < 53; ++dot) {  // one centre in every cell, reached by steps of (7, 2)
+    EXPECT_LT(rank(7 * dot, 2 * dot), 53u);
+  }
+}
+
+TEST(kit, modulation_is_symmetric_and_differs_between_planes) {
+  const modulation fine = fine_noise(64);
+  for (const std::vector<std::int8_t>& plane : fine.planes) {
+    EXPECT_EQ(std::accumulate(plane.begin(), plane.end(), 0), 0);
+    EXPECT_EQ(*std::max_element(plane.begin(), plane.end()), 64);
+  }
+  EXPECT_NE(fine.planes[0], fine.planes[1]);
 }
 
 }  // namespace

@@ -1,0 +1,23 @@
+#include "kit/modulation.h"
+
+#include "kit/threshold_matrices.h"
+
+namespace vrk::kit {
+
+modulation no_modulation() {
+  modulation none;
+  none.planes.fill({0});
+  return none;
+}
+
+modulation fine_noise(int amplitude) {
+  const matrix_set noise = plane_matrices("blue-noise");
+  modulation fine{.width = noise[0].width, .height = noise[0].height};
+  const int top = int(noise[0].ranks.size()) - 1;
+  for (std::size_t p = 0; p < noise.size(); ++p) {
+    for (const int rank : noise[p].ranks) fine.planes[p].push_back(std::int8_t((2 * rank - top) * amplitude / top));
+  }
+  return fine;
+}
+
+}  // namespace vrk::kit
