@@ -1,14 +1,38 @@
 #include "vrk.h"
 
+#include "postproc/setup.h"
+
 extern "C" {
 
-uint32_t VRK_CALL vrk_create_postproc(uint32_t, uint32_t, const void*, uint32_t, const void*, uint32_t, const void*,
-                                      uint32_t, const void*, uint32_t, const void*, uint32_t, const void*, uint32_t,
-                                      const void*, uint32_t, void*) {
-  return 0;
+using namespace vrk;
+
+uint32_t VRK_CALL vrk_create_postproc(uint32_t planes, uint32_t main_on, const void* main_table, uint32_t k_on,
+                                      const void* k_table, uint32_t c_on, const void* c_table, uint32_t m_on,
+                                      const void* m_table, uint32_t y_on, const void* y_table, uint32_t fifth_on,
+                                      const void* fifth_table, uint32_t sixth_on, const void* sixth_table,
+                                      uint32_t flags, void* mem) {
+  const postproc_request request{planes & 0xFF,
+                                 {main_on, main_table},
+                                 {{{k_on, k_table},
+                                   {c_on, c_table},
+                                   {m_on, m_table},
+                                   {y_on, y_table},
+                                   {fifth_on, fifth_table},
+                                   {sixth_on, sixth_table}}},
+                                 flags};
+  postproc_plan plan;
+  if (postproc_check(request, plan) != check::ok) return 0;
+  const u64 size = postproc_handle_size(request, plan);
+  if (mem == nullptr || size == 0) return u32(size);
+  if (!is_aligned(mem)) return 0;
+  carver block(mem, size);
+  return postproc_build(request, plan, block) == check::ok ? u32(block.used()) : 0;
 }
-uint32_t VRK_CALL vrk_query_postproc_hint(const void*) { return 0; }
-uint32_t VRK_CALL vrk_xform_postproc(void*, const void*, uint32_t, void*) { return 0; }
+
+uint32_t VRK_CALL vrk_query_postproc_hint(const void* handle) {
+  return static_cast<const postproc_handle*>(handle)->flags;
+}
+
 void VRK_CALL vrk_free_postproc(void*) {}
 
 }  // extern "C"

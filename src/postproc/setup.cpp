@@ -1,0 +1,160 @@
+#include "postproc/setup.h"
+
+#include <span>
+
+namespace vrk {
+namespace {
+
+// How a stored curve is made from the 1024 entries of an image: all of them, or the 256 that 8-bit levels read.
+struct reduction {
+  u32 entries;
+  int shift;  // 16-bit entry -> 16, 10 or 8-bit value
+
+  friend constexpr bool operator==(const reduction&, const reduction&) = default;
+};
+constexpr reduction take_8{1024, 8}, take_10{1024, 6}, take_16{1024, 0};
+constexpr reduction pick_8{256, 8}, pick_10{256, 6}, pick_16{256, 0};
+
+// The main curve: what it hands on is the output, or ten bits where a plane curve of 1024 entries follows.
+constexpr reduction main_reduction(u32 flags, bool plane_curve_follows) {
+  const bool in16 = (flags & flag_in16) != 0, out16 = (flags & flag_out16) != 0, mid10 = (flags & flag_mid10) != 0;
+  const bool hands_on_10 = plane_curve_follows && (in16 || out16 || mid10);
+  const reduction reduced = hands_on_10 ? take_10 : out16 ? take_16 : take_8;
+  return {index_count(flags), reduced.shift};
+}
+
+// The plane curve: as many entries as what reaches it has values.
+constexpr reduction plane_reduction(u32 flags, bool main_curve_first) {
+  const bool in16 = (flags & flag_in16) != 0, out16 = (flags & flag_out16) != 0, mid10 = (flags & flag_mid10) != 0;
+  const bool indexed_by_10 = in16 || (main_curve_first && (out16 || mid10));
+  return indexed_by_10 ? (out16 ? take_16 : take_8) : (out16 ? pick_16 : pick_8);
+}
+
+static_assert(main_reduction(0, true) == pick_8 && plane_reduction(0, true) == pick_8);
+static_assert(main_reduction(flag_mid10, true) == pick_10 && plane_reduction(flag_mid10, true) == take_8);
+static_assert(main_reduction(flag_mid10, false) == pick_8 && plane_reduction(flag_mid10, false) == pick_8);
+static_assert(main_reduction(flag_out16, false) == pick_16 && plane_reduction(flag_out16, false) == pick_16);
+static_assert(main_reduction(flag_in16, true) == take_10 && plane_reduction(flag_in16, true) == take_8);
+
+// Where a main table of 1, 4 (C, M, Y, K) or 6 (C, fifth, M, sixth, Y, K) curves keeps the curve of a plane. A pixel of
+// fewer planes than the table has curves reads those of its own planes.
+constexpr u32 main_curve_of(u32 curves, u32 plane) {
+  constexpr u8 of_four[] = {3, 0, 1, 2};
+  constexpr u8 of_six[postproc_planes] = {5, 0, 2, 4, 1, 3};
+  return curves == 1 ? 0 : curves == 4 ? of_four[plane] : of_six[plane];
+}
+
+check check_main_table(const void* image, u32 planes, postproc_plan& plan) {
+  const curve_image table(image, curve_image::bytes(1));
+  const check header = table.check_header(version_002z);
+  if (header != check::ok) return header;
+  if (!is_channel_count(table.curve_count())) return check::malformed;
+
+  const u32 curves = table.curve_count();
+  if (table.version() == tag("0010")) {  // the argument counts the channels
+    plan = {planes, planes, curves};
+  } else {  // the table counts them
+    const u32 out = table.output_count() == 0 ? curves : table.output_count();
+    if (out != curves && out != 4 && out != 6) return check::malformed;
+    plan = {curves, out, out};
+  }
+  return planes <= curves ? check::ok : check::unusable_argument;
+}
+
+check check_plane_table(const void* image) {
+  const curve_image table(image, curve_image::bytes(1));
+  const check header = table.check_header(version_001z, 1);
+  return header == check::ok && table.output_count() > 1 ? check::malformed : header;
+}
+
+u16* reduced_curve(curve_image& image, u32 curve, reduction by, carver& block) {
+  const std::span<u16> reduced = block.section<u16>(by.entries);
+  for (u32 i = 0; i < reduced.size(); ++i) {
+    const u16 entry = by.entries == curve_image::entries ? image.entry(curve, i) : image.sample(curve, i);
+    reduced[i] = u16(entry >> by.shift);
+  }
+  return reduced.data();
+}
+
+// Both curves of every plane in one table: a plane without curves holds its indexes.
+template <class Out>
+void postproc_compose(const postproc_handle& handle, carver& block, ref<Out>& composed) {
+  const u32 indexes = index_count(handle.flags);
+  const std::span<Out> table = block.section<Out>(u64{handle.out_channels} * indexes);
+  for (u32 entry = 0; entry < table.size(); ++entry) {
+    const u32 p = entry / indexes;
+    u32 v = entry % indexes;
+    if (handle.main_curve[p]) v = handle.main_curve[p][v];
+    if (handle.plane_curve[p]) v = handle.plane_curve[p][v];
+    table[entry] = Out(v);
+  }
+  composed = table.data();
+}
+
+constexpr u32 sample_bytes(u32 flags) { return (flags & flag_out16) != 0 ? 2 : 1; }
+
+}  // namespace
+
+check postproc_check(const postproc_request& request, postproc_plan& plan) {
+  plan = {request.planes, request.planes, 0};
+  if (request.main.on != 0) {
+    const check main = check_main_table(request.main.image, request.planes, plan);
+    if (main != check::ok) return main;
+  }
+  for (const postproc_table& table : request.plane) {
+    const check plane = table.on != 0 ? check_plane_table(table.image) : check::ok;
+    if (plane != check::ok) return plane;
+  }
+  return check::ok;
+}
+
+u64 postproc_handle_size(const postproc_request& request, const postproc_plan& plan) {
+  if (!is_channel_count(plan.out_channels)) return 0;
+  const u64 samples = plan.out_channels, indexes = index_count(request.flags);
+
+  u64 size = postproc_record_bytes;
+  if (request.main.on != 0) size += 2 * samples * indexes + section_slack;
+  for (const postproc_table& table : request.plane) {
+    if (table.on != 0) size += 2 * plane_reduction(request.flags, request.main.on != 0).entries + section_slack;
+  }
+  if ((request.flags & flag_compose) != 0) size += samples * indexes * sample_bytes(request.flags) + section_slack;
+  return size + samples * sample_bytes(request.flags) + section_slack;  // the staging pixel
+}
+
+check postproc_build(const postproc_request& request, const postproc_plan& plan, carver& block) {
+  auto* const handle = block.record<postproc_handle>(postproc_record_bytes);
+  if (handle == nullptr) return check::malformed;
+  handle->flags = request.flags;
+  handle->planes = u8(request.planes);
+  handle->in_channels = u8(plan.in_channels);
+  handle->out_channels = u8(plan.out_channels);
+
+  // Curves are multiples of 32 bytes: those of the main block follow each other without gaps.
+  const bool has_main = request.main.on != 0;
+  if (has_main) {
+    curve_image image(request.main.image, curve_image::bytes(plan.main_curves));
+    for (u32 p = 0; p < plan.out_channels; ++p) {
+      const reduction reduced = main_reduction(request.flags, request.plane[p].on != 0);
+      handle->main_curve[p] = reduced_curve(image, main_curve_of(plan.main_curves, p), reduced, block);
+    }
+  }
+  for (u32 p = 0; p < postproc_planes; ++p) {
+    if (request.plane[p].on == 0) continue;
+    curve_image image(request.plane[p].image, curve_image::bytes(1));
+    handle->plane_curve[p] = reduced_curve(image, 0, plane_reduction(request.flags, has_main), block);
+  }
+
+  if ((request.flags & flag_compose) != 0) {
+    if ((request.flags & flag_out16) != 0) {
+      postproc_compose(*handle, block, handle->composed16);
+    } else {
+      postproc_compose(*handle, block, handle->composed8);
+    }
+  }
+
+  // Room for a staging pixel belongs to the layout. The transform assembles pixels in registers and leaves it alone.
+  block.section<u8>(u64{plan.out_channels} * sample_bytes(request.flags));
+  return block.ok() ? check::ok : check::malformed;
+}
+
+}  // namespace vrk
