@@ -1,19 +1,23 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <numeric>
 
 #include "kit/blob.h"
+#include "kit/color_grids.h"
 #include "kit/color_table.h"
 #include "kit/curve_image.h"
 #include "kit/dither_table.h"
 #include "kit/ed_tables.h"
 #include "kit/error_filters.h"
+#include "kit/ink_model.h"
 #include "kit/level_sets.h"
 #include "kit/modulation.h"
 #include "kit/planes.h"
 #include "kit/presets.h"
+#include "kit/separation.h"
 #include "kit/threshold_matrices.h"
 
 namespace {
@@ -155,6 +159,70 @@ TEST(kit, modulation_is_symmetric_and_differs_between_planes) {
     EXPECT_EQ(*std::max_element(plane.begin(), plane.end()), 64);
   }
   EXPECT_NE(fine.planes[0], fine.planes[1]);
+}
+
+// What the inks of a grid print at the point (i, j, k), on the sRGB scale 0 ... 255.
+std::array<double, 3> printed(const color_grid& grid, unsigned i, unsigned j, unsigned k) {
+  std::vector<double> coverage;
+  const std::size_t point = ((i * grid.points + j) * grid.points + k) * grid.channels;
+  for (std::size_t c = 0; c < grid.channels; ++c) coverage.push_back(grid.samples[point + c] / 65535.0);
+  linear_rgb color = print_color(coverage);
+  for (double& light : color) light = 255 * linear_to_srgb(light);
+  return color;
+}
+
+TEST(kit, grays_print_neutral_and_white_prints_nothing) {
+  for (const unsigned inks : {4u, 6u}) {
+    const color_grid grid = ink_grid(inks);
+    double darker = 256;
+    for (unsigned i = grid.points; i-- > 0;) {
+      const auto [r, g, b] = printed(grid, i, i, i);
+      EXPECT_NEAR(r, g, 0.05) << inks << " inks, gray " << i;
+      EXPECT_NEAR(b, g, 0.05) << inks << " inks, gray " << i;
+      EXPECT_LT(g, darker);
+      darker = g;
+    }
+    EXPECT_EQ(std::vector<std::uint16_t>(grid.samples.end() - inks, grid.samples.end()),
+              std::vector<std::uint16_t>(inks, 0));
+  }
+}
+
+TEST(kit, colors_that_the_inks_can_print_come_out_as_they_are) {
+  const axis_positions axis = even_axis(9);
+  for (const unsigned inks : {4u, 6u}) {
+    const color_grid grid = ink_grid(inks, 9);
+    for (const auto& [i, j, k] : {std::array{7u, 6u, 5u}, {4u, 5u, 6u}, {5u, 3u, 3u}, {3u, 4u, 3u}}) {  // mild colours
+      const auto [r, g, b] = printed(grid, i, j, k);
+      const auto raised = [](unsigned position) {  // image black is raised to the darkest print
+        return 255 * linear_to_srgb(darkest_neutral + (1 - darkest_neutral) * srgb_to_linear(position / 65535.0));
+      };
+      EXPECT_NEAR(r, raised(axis[i]), 0.1) << inks << " inks, " << i << j << k;
+      EXPECT_NEAR(g, raised(axis[j]), 0.1) << inks << " inks, " << i << j << k;
+      EXPECT_NEAR(b, raised(axis[k]), 0.1) << inks << " inks, " << i << j << k;
+    }
+  }
+}
+
+TEST(kit, no_color_takes_more_ink_than_the_paper_holds) {
+  for (const unsigned inks : {4u, 6u}) {
+    const color_grid grid = ink_grid(inks, 9);
+    const double limit = inks == 4 ? ink_limit : 1.1 * ink_limit;
+    for (std::size_t point = 0; point < grid.samples.size(); point += inks) {
+      const auto first = grid.samples.begin() + std::ptrdiff_t(point);
+      ASSERT_LE(std::accumulate(first, first + inks, 0.0) / 65535, limit + 1e-3)
+          << inks << " inks, point " << point / inks;
+    }
+  }
+}
+
+TEST(kit, a_saturation_of_1_is_the_identity_grid) {
+  const color_grid same = matrix_grid(saturation_matrix(1), 9), identity = identity_grid(9);
+  for (std::size_t i = 0; i < same.samples.size(); ++i) ASSERT_NEAR(same.samples[i], identity.samples[i], 1);
+  const color_grid gray = matrix_grid(saturation_matrix(0), 9);
+  for (std::size_t i = 0; i < gray.samples.size(); i += 3) {
+    ASSERT_EQ(gray.samples[i], gray.samples[i + 1]);
+    ASSERT_EQ(gray.samples[i], gray.samples[i + 2]);
+  }
 }
 
 }  // namespace

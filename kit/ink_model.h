@@ -1,0 +1,33 @@
+// What inks look like on paper: the model that the colour grids invert and that previews are drawn with.
+#pragma once
+
+#include <array>
+#include <span>
+
+namespace vrk::kit {
+
+using linear_rgb = std::array<double, 3>;  // linear light of the sRGB primaries, 0 ... 1 (paper white)
+
+// Between an sRGB level (0 ... 1) and linear light (IEC 61966-2-1).
+double srgb_to_linear(double level);
+double linear_to_srgb(double light);
+
+// Colours of full coverage, relative to paper white: K, C, M, Y, light cyan, light magenta. The four full inks after
+// the solids of offset printing on coated paper (ISO 12647-2), brought into sRGB. The light inks hold a third of the
+// pigment (Beer's law: the cube root of what the full ink lets through).
+inline constexpr std::array<linear_rgb, 6> ink_colors{{
+    {0.024, 0.024, 0.024},
+    {0.02, 0.36, 0.78},
+    {0.80, 0.02, 0.22},
+    {0.98, 0.85, 0.02},
+    {0.271, 0.711, 0.921},
+    {0.928, 0.271, 0.604},
+}};
+
+// Colour of a surface that ink p covers to the part coverage[p] (record order, 1 to 6 inks), dots of different inks
+// lying independently of each other. H. E. J. Neugebauer's equation (1937) with A. Demichel's areas: the mean of the
+// colours of all overprints. An overprint being the product of its inks (which the measured solids bear out to about
+// 0.03), the mean is a product as well.
+linear_rgb print_color(std::span<const double> coverage);
+
+}  // namespace vrk::kit

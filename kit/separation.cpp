@@ -1,0 +1,176 @@
+#include "kit/separation.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace vrk::kit {
+namespace {
+
+using vector3 = std::array<double, 3>;
+using matrix3 = std::array<vector3, 3>;
+
+// B. Ottosson, A perceptual color space for image processing, 2020: lightness and two opponent axes.
+vector3 oklab(const linear_rgb& color) {
+  const auto [r, g, b] = color;
+  const double l = std::cbrt(0.4122214708 * r + 0.5363325363 * g + 0.0514459929 * b);
+  const double m = std::cbrt(0.2119034982 * r + 0.6806995451 * g + 0.1073969566 * b);
+  const double s = std::cbrt(0.0883024619 * r + 0.2817188376 * g + 0.6299787005 * b);
+  return {0.2104542553 * l + 0.7936177850 * m - 0.0040720468 * s,
+          1.9779984951 * l - 2.4285922050 * m + 0.4505937099 * s,
+          0.0259040371 * l + 0.7827717662 * m - 0.8086757660 * s};
+}
+
+// Black of a neutral or of the neutral part of a colour. Up to about half a unit of density cyan, magenta and yellow
+// carry it alone, which hides the coarse black dots from light tones; beyond that black takes all that is added. The
+// two go over into each other smoothly.
+double black_coverage(const linear_rgb& wanted) {
+  constexpr double chromatic_density = 0.5;
+  const double density = -std::log10(*std::max_element(wanted.begin(), wanted.end()));
+  const double chromatic = density / std::pow(1 + std::pow(density / chromatic_density, 4), 0.25);
+  const double black_light = std::pow(10, chromatic - density);
+  return std::min((1 - black_light) / (1 - ink_colors[0][0]), 1.0);
+}
+
+// Splits an amount of cyan or magenta between the light and the full ink, so that together they absorb as much of the
+// light that the ink is there to absorb as the full one alone would. The light ink begins alone; the full one sets in
+// smoothly and prints alone at 1. Light dots hide the coarseness of full ones, but not beside black: they give way to
+// it.
+void split(double amount, double black, double full_light, double light_light, double& full, double& light) {
+  const double absorbed = amount * (1 - full_light);
+  light = (1 - black) * absorbed / (1 - light_light) * (1 - amount * amount * amount);
+  full = (1 - (1 - absorbed) / (1 - light * (1 - light_light))) / (1 - full_light);
+}
+
+// Amounts of cyan, magenta and yellow (0 ... 1 each) as inks, beside black.
+ink_coverage inks_of(double black, const vector3& amounts, bool light_inks) {
+  ink_coverage inks{black, amounts[0], amounts[1], amounts[2], 0, 0};
+  if (light_inks) {
+    split(amounts[0], black, ink_colors[1][0], ink_colors[4][0], inks[1], inks[4]);  // cyan absorbs red
+    split(amounts[1], black, ink_colors[2][1], ink_colors[5][1], inks[2], inks[5]);  // magenta absorbs green
+  }
+  return inks;
+}
+
+double squared(const vector3& v) { return v[0] * v[0] + v[1] * v[1] + v[2] * v[2]; }
+
+double determinant(const matrix3& m) {
+  return m[0][0] * (m[1][1] * m[2][2] - m[1][2] * m[2][1]) - m[0][1] * (m[1][0] * m[2][2] - m[1][2] * m[2][0]) +
+         m[0][2] * (m[1][0] * m[2][1] - m[1][1] * m[2][0]);
+}
+
+// Solves the symmetric system m x = v by Cramer's rule.
+vector3 solve(const matrix3& m, const vector3& v) {
+  const double whole = determinant(m);
+  vector3 x;
+  for (std::size_t i = 0; i < 3; ++i) {
+    matrix3 replaced = m;
+    replaced[i] = v;
+    x[i] = determinant(replaced) / whole;
+  }
+  return x;
+}
+
+// How far the print of some amounts is from a wanted colour. Where not all can be kept, hue and chroma count twice as
+// much as lightness: a green too dark is nearer to the image than one washed out.
+class color_difference {
+ public:
+  color_difference(const linear_rgb& wanted, double black, bool light_inks)
+      : wanted_(oklab(wanted)), black_(black), light_inks_(light_inks) {}
+
+  vector3 operator()(const vector3& amounts) const {
+    const vector3 printed = oklab(print_color(inks_of(black_, amounts, light_inks_)));
+    return {0.5 * (printed[0] - wanted_[0]), printed[1] - wanted_[1], printed[2] - wanted_[2]};
+  }
+
+  // Its derivatives: row i belongs to amount i. One-sided on the faces of the unit cube.
+  matrix3 slopes(const vector3& amounts) const {
+    constexpr double step = 1e-6;
+    matrix3 result;
+    for (std::size_t i = 0; i < 3; ++i) {
+      vector3 low = amounts, high = amounts;
+      low[i] = std::max(amounts[i] - step, 0.0);
+      high[i] = std::min(amounts[i] + step, 1.0);
+      const vector3 below = (*this)(low), above = (*this)(high);
+      for (std::size_t r = 0; r < 3; ++r) result[i][r] = (above[r] - below[r]) / (high[i] - low[i]);
+    }
+    return result;
+  }
+
+ private:
+  vector3 wanted_;
+  double black_;
+  bool light_inks_;
+};
+
+// The amounts inside the unit cube with the least difference, found downhill from `start` by damped Gauss-Newton steps
+// (K. Levenberg 1944, D. Marquardt 1963) that slide along the cube's faces.
+vector3 least_difference(const color_difference& difference, const vector3& start) {
+  vector3 at = start, off = difference(at);
+  double damping = 1e-3;
+  for (int round = 0; round < 100; ++round) {
+    matrix3 slopes = difference.slopes(at);
+    vector3 descent{};
+    for (std::size_t i = 0; i < 3; ++i) {
+      for (std::size_t r = 0; r < 3; ++r) descent[i] -= slopes[i][r] * off[r];
+      const bool leaves_cube = (at[i] <= 0 && descent[i] < 0) || (at[i] >= 1 && descent[i] > 0);
+      if (leaves_cube) {
+        descent[i] = 0;
+        slopes[i] = {};
+      }
+    }
+    matrix3 normal{};
+    for (std::size_t i = 0; i < 3; ++i) {
+      for (std::size_t j = 0; j < 3; ++j) {
+        for (std::size_t r = 0; r < 3; ++r) normal[i][j] += slopes[i][r] * slopes[j][r];
+      }
+      normal[i][i] += damping;
+    }
+    const vector3 step = solve(normal, descent);
+    if (squared(step) < 1e-24) break;
+    vector3 next;
+    for (std::size_t i = 0; i < 3; ++i) next[i] = std::clamp(at[i] + step[i], 0.0, 1.0);
+    const vector3 next_off = difference(next);
+    if (squared(next_off) < squared(off)) {
+      at = next;
+      off = next_off;
+      damping = std::max(damping / 10, 1e-12);
+    } else {
+      damping *= 10;
+    }
+  }
+  return at;
+}
+
+// Amounts of cyan, magenta and yellow that come closest to a colour beside a given black.
+vector3 amounts_beside(double black, const linear_rgb& wanted) {
+  vector3 start;
+  for (std::size_t c = 0; c < start.size(); ++c) start[c] = std::clamp(1 - wanted[c], 0.02, 0.98);
+  return least_difference({wanted, black, false}, start);
+}
+
+double total(double black, const vector3& amounts) { return black + amounts[0] + amounts[1] + amounts[2]; }
+
+}  // namespace
+
+ink_coverage separate(const linear_rgb& image, bool light_inks) {
+  linear_rgb wanted;
+  for (std::size_t c = 0; c < wanted.size(); ++c) wanted[c] = darkest_neutral + (1 - darkest_neutral) * image[c];
+  double black = black_coverage(wanted);
+  vector3 amounts = amounts_beside(black, wanted);
+  if (total(black, amounts) > ink_limit) {  // black stands in for more of the others: the least that keeps the limit
+    double too_little = black, enough = 1;
+    for (int halving = 0; halving < 20; ++halving) {
+      black = (too_little + enough) / 2;
+      (total(black, amounts_beside(black, wanted)) > ink_limit ? too_little : enough) = black;
+    }
+    black = enough;
+    amounts = amounts_beside(black, wanted);
+  }
+  const ink_coverage full = inks_of(black, amounts, false);
+  if (!light_inks) return full;
+  // Light inks absorb a little less outside their own part of the light than full ones: match what those print. What
+  // lies beyond all inks has been settled then, and neighbouring colours stay neighbours.
+  return inks_of(black, least_difference({print_color(full), black, true}, amounts), true);
+}
+
+}  // namespace vrk::kit
