@@ -337,6 +337,11 @@ TEST(preproc, known_entries) {
   EXPECT_EQ(gray({.lift = 1}, 224)[1], 231);
   EXPECT_EQ(gray({.lift = -1}, 128)[2], 122);
 
+  const byte_string src = all_levels(3);
+  byte_string dst(768);
+  handle(settings{.balance = {{0, 0, 0}}}).transform(src.data(), nullptr, 256, dst.data());
+  EXPECT_EQ(dst, src);
+
   const int levels[] = {0, 32, 64, 127, 128, 192, 255};
   const int entries[4][7] = {{0, 24, 55, 127, 128, 200, 255},
                              {0, 42, 73, 127, 128, 182, 255},
