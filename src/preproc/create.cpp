@@ -11,6 +11,7 @@ namespace {
 constexpr u32 stage_entries(u32 flags) { return preproc_is_wide(flags) ? 1024 : input_levels; }  // of lift and contrast
 constexpr u32 staging_bytes(u32 flags) { return (flags & flag_out16) != 0 ? 8 : 4; }
 
+// At most 15658 bytes: no term depends on a table's contents.
 constexpr u32 preproc_size(const preproc_request& request) {
   const auto table = [](u32 entries) { return section_slack + entries * u32(sizeof(u16)); };
   u32 size = request.record_bytes;
