@@ -1,0 +1,12 @@
+// Packing a line of levels.
+#pragma once
+
+#include "frame/types.h"
+
+namespace vrk {
+
+// Packs `count` codes of `bits` bits (1, 2 or 4; codes below 2^bits), one to a byte, the first into the most
+// significant bits. Writes (bits * count + 7) / 8 bytes; for another `bits` they are zero.
+void pack_line(u32 bits, const u8* codes, u32 count, u8* out);
+
+}  // namespace vrk
