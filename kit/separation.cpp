@@ -9,22 +9,15 @@ namespace {
 using vector3 = std::array<double, 3>;
 using matrix3 = std::array<vector3, 3>;
 
-// B. Ottosson, A perceptual color space for image processing, 2020: lightness and two opponent axes.
-vector3 oklab(const linear_rgb& color) {
-  const auto [r, g, b] = color;
-  const double l = std::cbrt(0.4122214708 * r + 0.5363325363 * g + 0.0514459929 * b);
-  const double m = std::cbrt(0.2119034982 * r + 0.6806995451 * g + 0.1073969566 * b);
-  const double s = std::cbrt(0.0883024619 * r + 0.2817188376 * g + 0.6299787005 * b);
-  return {0.2104542553 * l + 0.7936177850 * m - 0.0040720468 * s,
-          1.9779984951 * l - 2.4285922050 * m + 0.4505937099 * s,
-          0.0259040371 * l + 0.7827717662 * m - 0.8086757660 * s};
+vector3 srgb(const linear_rgb& color) {
+  return {linear_to_srgb(color[0]), linear_to_srgb(color[1]), linear_to_srgb(color[2])};
 }
 
 // Black of a neutral or of the neutral part of a colour. Up to about half a unit of density cyan, magenta and yellow
 // carry it alone, which hides the coarse black dots from light tones; beyond that black takes all that is added. The
 // two go over into each other smoothly.
 double black_coverage(const linear_rgb& wanted) {
-  constexpr double chromatic_density = 0.5;
+  constexpr double chromatic_density = 0.475;
   const double density = -std::log10(*std::max_element(wanted.begin(), wanted.end()));
   const double chromatic = density / std::pow(1 + std::pow(density / chromatic_density, 4), 0.25);
   const double black_light = std::pow(10, chromatic - density);
@@ -70,16 +63,16 @@ vector3 solve(const matrix3& m, const vector3& v) {
   return x;
 }
 
-// How far the print of some amounts is from a wanted colour. Where not all can be kept, hue and chroma count twice as
-// much as lightness: a green too dark is nearer to the image than one washed out.
+// How far the print of some amounts is from a wanted colour, in sRGB levels. For colours beyond the inks that scale
+// settles it the way printers are used to: pure green, cyan, magenta and yellow become full inks, not pale ones.
 class color_difference {
  public:
   color_difference(const linear_rgb& wanted, double black, bool light_inks)
-      : wanted_(oklab(wanted)), black_(black), light_inks_(light_inks) {}
+      : wanted_(srgb(wanted)), black_(black), light_inks_(light_inks) {}
 
   vector3 operator()(const vector3& amounts) const {
-    const vector3 printed = oklab(print_color(inks_of(black_, amounts, light_inks_)));
-    return {0.5 * (printed[0] - wanted_[0]), printed[1] - wanted_[1], printed[2] - wanted_[2]};
+    const vector3 printed = srgb(print_color(inks_of(black_, amounts, light_inks_)));
+    return {printed[0] - wanted_[0], printed[1] - wanted_[1], printed[2] - wanted_[2]};
   }
 
   // Its derivatives: row i belongs to amount i. One-sided on the faces of the unit cube.
@@ -153,7 +146,7 @@ double total(double black, const vector3& amounts) { return black + amounts[0] +
 }  // namespace
 
 ink_coverage separate(const linear_rgb& image, bool light_inks) {
-  linear_rgb wanted;
+  linear_rgb wanted;  // black raised to the darkest print
   for (std::size_t c = 0; c < wanted.size(); ++c) wanted[c] = darkest_neutral + (1 - darkest_neutral) * image[c];
   double black = black_coverage(wanted);
   vector3 amounts = amounts_beside(black, wanted);

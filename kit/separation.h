@@ -17,7 +17,7 @@ inline constexpr double ink_limit = 3.0;
 using ink_coverage = std::array<double, 6>;  // record order K, C, M, Y, light cyan, light magenta; 0 ... 1
 
 // Inks that print a colour of the image (linear light, 0 black ... 1 paper white). What the inks can print comes out as
-// it is, neutrals above all; colours beyond them keep hue before lightness before chroma.
+// it is, neutrals above all; a colour beyond them becomes the nearest that they can.
 // light_inks: cyan and magenta begin with their light ink and go over to the full one.
 ink_coverage separate(const linear_rgb& image, bool light_inks);
 

@@ -8,6 +8,7 @@
 #include "kit/dither_table.h"
 #include "kit/planes.h"
 #include "tests/guard.h"
+#include "tests/samples.h"
 #include "vrk.h"
 
 namespace {
@@ -18,7 +19,7 @@ using vrk::kit::dither_table;
 using vrk::kit::table_position;
 using vrk::test::fenced_block;
 using vrk::test::guarded_copy;
-using samples = std::vector<std::uint16_t>;
+using vrk::test::samples;
 using lines = std::array<bytes, 6>;
 
 // Planes in record order; matrices that are no permutation, no power of two and not all of one size.
@@ -116,13 +117,7 @@ class dither_stage {
   void* handle() { return mem_.data(); }
 
   lines line(const samples& src) {
-    bytes packed;
-    for (const unsigned v : src) {
-      std::array<std::uint8_t, 2> word;
-      std::memcpy(word.data(), &v, 2);
-      packed.insert(packed.end(), word.begin(), word.begin() + ((flags_ & VRK_IN16) != 0 ? 2 : 1));
-    }
-    guarded_copy readable(packed);
+    guarded_copy readable(vrk::test::packed(src, (flags_ & VRK_IN16) != 0));
     std::vector<fenced_block> out;
     std::array<std::uint8_t*, 6> at{};
     for (unsigned p = 0; p < info.plane_count; ++p) {

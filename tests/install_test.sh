@@ -17,6 +17,6 @@ cc $flags -Wall -Werror "$source/tests/install/consumer.c" -o "$work/by_pkg_conf
 LD_LIBRARY_PATH=$(pkg-config --variable=libdir vrk) "$work/by_pkg_config"
 
 library=$(find "$work/installed" -name libvrk.a)
-cc $flags -I"$work/installed/include" "$source/tests/install/consumer.c" "$library" -lm -o "$work/static"
+cc $flags -I"$work/installed/include" "$source/tests/install/consumer.c" "$library" -o "$work/static"
 "$work/static"
 "$work/installed/bin/vrk" --help >/dev/null

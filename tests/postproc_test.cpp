@@ -8,6 +8,7 @@
 
 #include "kit/curve_image.h"
 #include "tests/guard.h"
+#include "tests/samples.h"
 #include "vrk.h"
 
 namespace {
@@ -16,7 +17,8 @@ using vrk::kit::curve;
 using vrk::kit::curve_image;
 using vrk::test::fenced_block;
 using vrk::test::guarded_copy;
-using samples = std::vector<unsigned>;
+using vrk::test::samples;
+using table = std::optional<curve_image>;
 constexpr auto none = std::nullopt;
 
 template <class Level>
@@ -26,16 +28,17 @@ curve make_curve(Level level) {
   return c;
 }
 
-// Curves without a pattern that a wrong index or shift could hit by luck.
-curve_image random_curves(unsigned count, unsigned seed) {
+// Without a pattern that a wrong index or shift could hit by luck.
+curve_image random_curves(unsigned count, unsigned seed = 1) {
   std::mt19937 random(seed);
   curve_image image;
   for (unsigned k = 0; k < count; ++k) image.curves.push_back(make_curve([&](unsigned) { return random(); }));
   return image;
 }
 
-curve_image counting_curves(unsigned in, unsigned out, unsigned seed) {  // the table counts the channels
-  curve_image image = random_curves(std::max(in, out), seed);
+// A main table that counts the channels itself. out: 0 for as many as in.
+curve_image counting_curves(unsigned in, unsigned out) {
+  curve_image image = random_curves(std::max(in, out));
   image.version = "0020";
   image.curve_count = in;
   image.output_count = out;
@@ -45,52 +48,50 @@ curve_image counting_curves(unsigned in, unsigned out, unsigned seed) {  // the 
 // The arguments of create. Images end at an unreadable page, and tables that are off lie in one.
 struct job {
   unsigned planes = 4;
-  std::optional<curve_image> main{};
-  std::array<std::optional<curve_image>, 6> plane{};  // K, C, M, Y, fifth, sixth
+  table main{};
+  std::array<table, 6> plane{};  // K, C, M, Y, fifth, sixth
   unsigned flags = 0;
 
-  std::uint32_t create(void* mem) const {
-    std::array<std::optional<guarded_copy>, 7> copies;
-    std::array<const void*, 7> images{};
-    std::array<std::uint32_t, 7> on{};
+  std::uint32_t create(void* mem = nullptr) const {
+    std::array<std::optional<guarded_copy>, 7> images;
     for (std::size_t t = 0; t < images.size(); ++t) {
-      const auto& image = t == 0 ? main : plane[t - 1];
-      copies[t].emplace(image ? image->encode() : vrk::kit::bytes{});
-      images[t] = copies[t]->data();
-      on[t] = image ? 1u << 31 >> t : 0;
+      const table& image = t == 0 ? main : plane[t - 1];
+      images[t].emplace(image ? image->encode() : vrk::kit::bytes{});
     }
-    return vrk_create_postproc(planes, on[0], images[0], on[1], images[1], on[2], images[2], on[3], images[3], on[4],
-                               images[4], on[5], images[5], on[6], images[6], flags, mem);
+    const auto on = [&](std::size_t t) { return images[t]->size() != 0 ? 0x100u : 0; };
+    const auto at = [&](std::size_t t) { return images[t]->data(); };
+    return vrk_create_postproc(planes, on(0), at(0), on(1), at(1), on(2), at(2), on(3), at(3), on(4), at(4), on(5),
+                               at(5), on(6), at(6), flags, mem);
   }
 
   bool in16() const { return (flags & VRK_IN16) != 0; }
   bool out16() const { return (flags & VRK_OUT16) != 0; }
-  bool counts_by_table() const { return main && main->version != "0010"; }
-  unsigned in_channels() const { return counts_by_table() ? *main->curve_count : planes; }
-  unsigned out_channels() const {
-    return !counts_by_table() ? planes : main->output_count == 0 ? in_channels() : main->output_count;
-  }
+  bool main_counts() const { return main && main->version != "0010"; }
+  unsigned in() const { return main_counts() ? *main->curve_count : planes; }
+  unsigned out() const { return main_counts() && main->output_count != 0 ? main->output_count : in(); }
 };
 
-// By definition, sample for sample: from the images, by levels of 10 and 16 bits.
+// By definition, sample by sample, from the images: levels of 10 and 16 bits, no reduced curve.
 struct reference {
   const job& of;
 
+  bool copies() const {
+    return !of.main && std::none_of(&of.plane[0], &of.plane[of.out()], std::mem_fn(&table::has_value));
+  }
+
   const curve& main_curve(unsigned plane) const {
-    const std::size_t curves = of.counts_by_table() ? of.out_channels() : of.main->curves.size();
+    const std::size_t curves = of.main_counts() ? of.out() : of.main->curves.size();
     const std::string order = curves == 1 ? "K" : curves == 4 ? "CMYK" : "C5M6YK";
-    return of.main->curves[order.find("KCMY56"[plane])];
+    return of.main->curves[order.find(curves == 1 ? 'K' : "KCMY56"[plane])];
   }
 
   unsigned output(unsigned plane, unsigned sample) const {
     const auto ten_bits = [](unsigned v8) { return v8 * 4 + v8 / 64; };
     const auto out = [&](unsigned v16) { return of.out16() ? v16 : v16 / 256; };
     const unsigned level = of.in16() ? sample / 64 : ten_bits(sample);
-    const auto& plane_curve = of.plane[plane];
-    if (!of.main && !plane_curve) {
-      if (of.in16()) return out(level * 64 + level / 16);
-      return out(sample * 257);
-    }
+    const table& plane_curve = of.plane[plane];
+    if (copies()) return out(of.in16() ? sample : sample * 257);
+    if (!of.main && !plane_curve) return out(of.in16() ? level * 64 + level / 16 : sample * 257);
     if (!of.main) return out(plane_curve->curves[0][level]);
     const unsigned v16 = main_curve(plane)[level];
     if (!plane_curve) return out(v16);
@@ -99,283 +100,201 @@ struct reference {
   }
 
   samples line(const samples& src) const {
-    const unsigned in = of.in_channels(), out = of.out_channels();
     samples dst;
-    for (std::size_t first = 0; first < src.size(); first += in) {
-      for (unsigned p = 0; p < out; ++p) {
-        const unsigned from = p < in ? p : p == 4 ? 1 : 2;
-        dst.push_back(output(p, src[first + from]));
+    for (std::size_t first = 0; first < src.size(); first += of.in()) {
+      for (unsigned p = 0; p < of.out(); ++p) {
+        dst.push_back(std::uint16_t(output(p, src[first + (p < of.in() ? p : p == 4 ? 1 : 2)])));
       }
     }
     return dst;
   }
 };
 
-void write_samples(const samples& values, bool words, std::uint8_t* at) {
-  for (const unsigned v : values) {
-    const std::uint16_t word = std::uint16_t(v);
-    if (words) {
-      std::memcpy(at, &word, 2);
-    } else {
-      *at = std::uint8_t(v);
-    }
-    at += words ? 2 : 1;
-  }
+// Sends a line through a handle: from the end of a readable page to a fenced odd address.
+samples transformed(const job& j, const samples& src) {
+  fenced_block handle(j.create());
+  EXPECT_NE(j.create(handle.data()), 0u);
+  const std::vector<std::uint8_t> built(handle.contents().begin(), handle.contents().end());
+  const std::size_t pixels = src.size() / j.in();
+  guarded_copy readable(vrk::test::packed(src, j.in16()));
+  fenced_block dst(pixels * j.out() * (j.out16() ? 2 : 1), 1);
+  EXPECT_EQ(vrk_xform_postproc(handle.data(), readable.data(), std::uint32_t(pixels), dst.data()), 1u);
+  EXPECT_TRUE(dst.fences_intact() && handle.fences_intact());
+  EXPECT_TRUE(std::equal(built.begin(), built.end(), handle.contents().begin())) << "transforms only read a handle";
+  return vrk::test::unpacked(dst.contents(), j.out16());
 }
 
-samples read_samples(const std::uint8_t* at, std::size_t count, bool words) {
-  samples values(count);
-  for (unsigned& v : values) {
-    std::uint16_t word = *at;
-    if (words) std::memcpy(&word, at, 2);
-    v = word;
-    at += words ? 2 : 1;
-  }
-  return values;
-}
-
-// Creates the handle of a job and sends lines through it: from the end of a readable page, to a fenced odd address.
-class postproc_stage {
- public:
-  explicit postproc_stage(const job& of) : of_(of), handle_(of.create(nullptr)) {
-    EXPECT_NE(of.create(handle_.data()), 0u);
-    EXPECT_TRUE(handle_.fences_intact());
-  }
-
-  void* handle() { return handle_.data(); }
-
-  samples line(const samples& src) {
-    const std::size_t width_in = of_.in16() ? 2 : 1, width_out = of_.out16() ? 2 : 1;
-    const std::size_t pixels = src.size() / of_.in_channels(), count = pixels * of_.out_channels();
-    std::vector<std::uint8_t> packed(src.size() * width_in);
-    write_samples(src, of_.in16(), packed.data());
-    guarded_copy readable(packed);
-    fenced_block dst(count * width_out, 1);
-    EXPECT_EQ(vrk_xform_postproc(handle(), readable.data(), std::uint32_t(pixels), dst.data()), 1u);
-    EXPECT_TRUE(dst.fences_intact());
-    return read_samples(dst.data(), count, of_.out16());
-  }
-
- private:
-  const job& of_;
-  fenced_block handle_;
-};
-
-// Every level of the input width in every channel, channels out of step with each other, then equal pixels.
-samples all_levels(const job& of) {
+// Every level of the input width (of words: every index) in every channel, out of step with each other.
+samples all_levels(const job& j) {
   samples src;
-  const unsigned levels = of.in16() ? 65536 : 256, step = of.in16() ? 23 : 1;
-  for (unsigned v = 0; v < levels + 300; v += step) {
-    for (unsigned p = 0; p < of.in_channels(); ++p) src.push_back((v + p * (levels / 5)) % levels);
+  const unsigned levels = j.in16() ? 65536 : 256, step = j.in16() ? 23 : 1;
+  for (unsigned v = 0; v < levels + 300 * step; v += step) {
+    for (unsigned p = 0; p < j.in(); ++p) src.push_back(std::uint16_t((v + p * (levels / 5)) % levels));
   }
-  for (unsigned n = 0; n < 5 * of.in_channels(); ++n) src.push_back(levels - 1);
   return src;
 }
 
 TEST(postproc, sizes_follow_the_size_rule) {
-  const auto size = [](job j) { return j.create(nullptr); };
-  EXPECT_EQ(size({.planes = 1}), 124u);
-  EXPECT_EQ(size({.planes = 4}), 127u);
-  EXPECT_EQ(size({.planes = 6}), 129u);
-  EXPECT_EQ(size({.planes = 1, .flags = VRK_OUT16}), 125u);
-  EXPECT_EQ(size({.planes = 4, .flags = VRK_OUT16}), 131u);
-  EXPECT_EQ(size({.planes = 6, .flags = VRK_OUT16}), 135u);
-  EXPECT_EQ(size({.planes = 0x104}), 127u) << "only the low byte counts";
-  EXPECT_EQ(size({.planes = 4, .main = random_curves(4, 1)}), 2206u);
-  const curve_image one = random_curves(1, 2);
-  EXPECT_EQ(size({6, random_curves(6, 1), {one, one, one, one, one, one}, VRK_IN16 | VRK_OUT16 | VRK_COMPOSE}), 37247u);
-  for (const unsigned planes : {0u, 2u, 3u, 5u, 7u, 255u}) EXPECT_EQ(size({.planes = planes}), 0u) << planes;
+  const table one = random_curves(1), four = random_curves(4), six = random_curves(6);
+  const auto size = [](unsigned planes, unsigned flags, table main = none, std::array<table, 6> plane = {}) {
+    return job{planes, std::move(main), std::move(plane), flags}.create();
+  };
+  EXPECT_EQ(size(1, 0), 124u);
+  EXPECT_EQ(size(4, 0), 127u);
+  EXPECT_EQ(size(6, 0), 129u);
+  EXPECT_EQ(size(0x104, 0), 127u) << "the low byte counts";
+  EXPECT_EQ(size(1, VRK_OUT16), 125u);
+  EXPECT_EQ(size(4, VRK_OUT16), 131u);
+  EXPECT_EQ(size(6, VRK_OUT16), 135u);
+  EXPECT_EQ(size(4, 0, four), 2206u);
+  EXPECT_EQ(size(4, 0, four, {one}), 2206u + 543);
+  EXPECT_EQ(size(4, VRK_MID10, four, {one}), 2206u + 2079);
+  EXPECT_EQ(size(4, VRK_MID10, none, {one}), 127u + 543);
+  EXPECT_EQ(size(6, VRK_IN16 | VRK_OUT16 | VRK_COMPOSE, six, {one, one, one, one, one, one}), 37247u);
+  for (const unsigned planes : {0u, 2u, 5u, 7u, 255u}) EXPECT_EQ(size(planes, 0), 0u) << planes;
+  EXPECT_EQ(size(2, 0, four), 0u);
 }
 
 TEST(postproc, headers_that_are_refused) {
-  const auto main_with = [](auto change) {
-    job j{.planes = 4, .main = counting_curves(4, 6, 1)};
-    change(j);
-    return j.create(nullptr);
+  const auto main = [](auto change) {
+    job j{.main = counting_curves(4, 6)};
+    change(j, *j.main);
+    return j.create() != 0;
   };
-  const auto plane_with = [](auto change) {
-    job j{.planes = 4, .plane = {none, random_curves(1, 1)}};
-    change(*j.plane[1]);
-    return j.create(nullptr);
-  };
-  EXPECT_NE(main_with([](job&) {}), 0u);
-  EXPECT_EQ(main_with([](job& j) { j.main->magic = "tld1"; }), 0u);
-  EXPECT_NE(main_with([](job& j) { j.main->version = "002z"; }), 0u);
-  EXPECT_EQ(main_with([](job& j) { j.main->version = "0030"; }), 0u);
-  EXPECT_EQ(main_with([](job& j) { j.main->entries = 4; }), 0u) << "1024 the wrong way round";
-  EXPECT_EQ(main_with([](job& j) { j.main->curve_count = 3; }), 0u);
-  EXPECT_EQ(main_with([](job& j) { j.main->output_count = 5; }), 0u);
-  EXPECT_EQ(main_with([](job& j) { j.main->output_count = 1; }), 0u);
-  EXPECT_NE(main_with([](job& j) { j.main->output_count = 0; }), 0u);
-  EXPECT_EQ(main_with([](job& j) { j.planes = 6; }), 0u) << "more planes than curves, whatever comes out";
-  EXPECT_EQ(main_with([](job& j) { j.main->version = "0010", j.planes = 6; }), 0u);
-  EXPECT_NE(main_with([](job& j) { j.main->version = "0010", j.main->output_count = 5; }), 0u) << "byte 9 is not read";
-  EXPECT_EQ(main_with([](job& j) { j.main->version = "0010", j.planes = 2; }), 0u) << "no such pixel";
+  EXPECT_TRUE(main([](job&, curve_image& t) { t.version = "002z"; }));
+  EXPECT_FALSE(main([](job&, curve_image& t) { t.version = "0030"; }));
+  EXPECT_FALSE(main([](job&, curve_image& t) { t.magic = "tld1"; }));
+  EXPECT_FALSE(main([](job&, curve_image& t) { t.entries = 4; })) << "1024 the wrong way round";
+  EXPECT_FALSE(main([](job&, curve_image& t) { t.curve_count = 3; }));
+  EXPECT_FALSE(main([](job&, curve_image& t) { t.output_count = 1; }));
+  EXPECT_FALSE(main([](job&, curve_image& t) { t.output_count = 5; }));
+  EXPECT_TRUE(main([](job&, curve_image& t) { t.output_count = 0; }));
+  EXPECT_FALSE(main([](job& j, curve_image&) { j.planes = 6; })) << "more than curves, although six come out";
+  EXPECT_FALSE(main([](job& j, curve_image& t) { t.version = "0010", j.planes = 6; }));
+  EXPECT_TRUE(main([](job&, curve_image& t) { t.version = "0010", t.output_count = 5; })) << "byte 9 is not read";
 
-  EXPECT_NE(plane_with([](curve_image&) {}), 0u);
-  EXPECT_NE(plane_with([](curve_image& image) { image.output_count = 1; }), 0u);
-  EXPECT_EQ(plane_with([](curve_image& image) { image.output_count = 2; }), 0u);
-  EXPECT_EQ(plane_with([](curve_image& image) { image.curve_count = 2; }), 0u);
-  EXPECT_NE(plane_with([](curve_image& image) { image.version = "001z"; }), 0u);
-  EXPECT_EQ(plane_with([](curve_image& image) { image.version = "0020"; }), 0u);
-  EXPECT_EQ(plane_with([](curve_image& image) { image.magic = "1dlT"; }), 0u);
-  EXPECT_EQ(plane_with([](curve_image& image) { image.entries = 4; }), 0u);
+  const auto plane = [](auto change) {
+    job j{.plane = {none, random_curves(1)}};
+    change(*j.plane[1]);
+    return j.create() != 0;
+  };
+  EXPECT_TRUE(plane([](curve_image& t) { t.output_count = 1; }));
+  EXPECT_FALSE(plane([](curve_image& t) { t.output_count = 2; }));
+  EXPECT_FALSE(plane([](curve_image& t) { t.curve_count = 2; }));
+  EXPECT_TRUE(plane([](curve_image& t) { t.version = "001z"; }));
+  EXPECT_FALSE(plane([](curve_image& t) { t.version = "0020"; }));
+  EXPECT_FALSE(plane([](curve_image& t) { t.magic = "1dlT"; }));
+  EXPECT_FALSE(plane([](curve_image& t) { t.entries = 4; }));
 }
 
 TEST(postproc, arguments_that_are_refused) {
-  const auto create = [](std::uint32_t main_on, std::uint32_t sixth_on, void* mem) {
+  fenced_block mem(128);
+  const auto create = [&](std::uint32_t main_on, std::uint32_t sixth_on, int offset) {
     return vrk_create_postproc(4, main_on, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr,
-                               sixth_on, nullptr, 0, mem);
+                               sixth_on, nullptr, 0xFFFFFFF0, mem.data() + offset);
   };
-  EXPECT_EQ(create(1, 0, nullptr), 0u) << "on, but no table";
-  EXPECT_EQ(create(0, 1, nullptr), 0u);
-  fenced_block mem(256);
-  EXPECT_EQ(create(1, 0, mem.data()), 0u);
+  EXPECT_EQ(create(1, 0, 0) + create(0, 1, 0), 0u) << "on, but no table";
+  EXPECT_EQ(create(0, 0, 1) + create(0, 0, 2) + create(0, 0, 3), 0u) << "misaligned";
   EXPECT_EQ((job{.planes = 5}).create(mem.data()), 0u);
-  for (const int off : {1, 2, 3}) EXPECT_EQ(create(0, 0, mem.data() + off), 0u) << off;
   EXPECT_TRUE(mem.untouched());
-  EXPECT_NE(create(0, 0, mem.data()), 0u);
 }
 
-// The bytes used are those of the layout: a record of 92, then sections on 32-byte boundaries of the address.
+// A record of 92 bytes, then sections on 32-byte boundaries of the address.
 TEST(postproc, bytes_used_follow_the_layout_at_every_address) {
-  const curve_image one = random_curves(1, 2);
-  for (const job& j : {job{.planes = 1}, job{.planes = 6, .flags = VRK_OUT16 | VRK_COMPOSE},
-                       job{4, random_curves(4, 1), {one, none, one}, VRK_MID10 | VRK_COMPOSE},
-                       job{4, counting_curves(4, 6, 1), {none, one, none, none, one, one}, VRK_IN16}}) {
-    const unsigned n = j.out_channels(), e = j.in16() ? 1024 : 256, b = j.out16() ? 2 : 1;
+  const table one = random_curves(1);
+  for (const job& j : {job{.planes = 1}, job{.planes = 6, .flags = VRK_OUT16 | VRK_COMPOSE | 0xFFFF0000},
+                       job{4, random_curves(4), {one, none, one}, VRK_MID10 | VRK_COMPOSE},
+                       job{4, counting_curves(4, 6), {none, one, none, none, one, one}, VRK_IN16}}) {
+    const unsigned entries = j.in16() ? 1024 : 256, sample_bytes = j.out16() ? 2 : 1;
     std::vector<unsigned> sections;
-    if (j.main) sections.push_back(2 * n * e);
+    if (j.main) sections.push_back(2 * j.out() * entries);
     const bool wide = j.in16() || (j.main && (j.flags & (VRK_OUT16 | VRK_MID10)) != 0);
-    for (const auto& table : j.plane) {
-      if (table) sections.push_back(wide ? 2048 : 512);
-    }
-    if ((j.flags & VRK_COMPOSE) != 0) sections.push_back(n * e * b);
-    sections.push_back(n * b);
+    for (const table& t : j.plane) sections.resize(sections.size() + t.has_value(), wide ? 2048 : 512);
+    if ((j.flags & VRK_COMPOSE) != 0) sections.push_back(j.out() * entries * sample_bytes);
+    sections.push_back(j.out() * sample_bytes);
 
-    const std::uint32_t size = j.create(nullptr);
     for (unsigned offset = 0; offset < 32; offset += 4) {
       unsigned end = offset + 92;
       for (const unsigned section : sections) end = (end + 31) / 32 * 32 + section;
-      fenced_block mem(size, offset);
+      fenced_block mem(j.create(), offset);
       EXPECT_EQ(j.create(mem.data()), end - offset) << "at " << offset;
       EXPECT_TRUE(mem.fences_intact());
+      EXPECT_EQ(vrk_query_postproc_hint(mem.data()), j.flags);
     }
   }
-}
-
-TEST(postproc, the_hint_is_the_word_as_given) {
-  const job j{.flags = 0xFFFFFFF0u};
-  EXPECT_EQ(vrk_query_postproc_hint(postproc_stage(j).handle()), 0xFFFFFFF0u);
 }
 
 TEST(postproc, worked_numbers) {
-  curve_image main = random_curves(4, 1), k = random_curves(1, 2);
-  main.curves[3] = make_curve([](unsigned j) { return 24576 + 8 * j; });
-  k.curves[0] = make_curve([](unsigned j) { return 65535 - 64 * j; });
-  for (const auto& [flags, expected] :
-       {std::pair{VRK_OUT16, 38399u}, std::pair{0u, 149u}, std::pair{VRK_MID10, 149u}}) {
-    const job j{4, main, {k}, flags};
-    EXPECT_EQ(postproc_stage(j).line({80, 0, 0, 0})[0], expected);
+  job k{.main = random_curves(4), .plane = {random_curves(1)}};
+  k.main->curves[3] = make_curve([](unsigned j) { return 24576 + 8 * j; });
+  k.plane[0]->curves[0] = make_curve([](unsigned j) { return 65535 - 64 * j; });
+  for (const auto& [flags, expected] : {std::pair{VRK_OUT16, 38399u}, {0u, 149u}, {VRK_MID10, 149u}}) {
+    k.flags = flags;
+    EXPECT_EQ(transformed(k, {80, 0, 0, 0})[0], expected);
   }
+  job split{.main = counting_curves(4, 6)};
+  for (unsigned c = 0; c < 6; ++c) split.main->curves[c] = make_curve([c](unsigned j) { return c * 8192 + 8 * j; });
+  EXPECT_EQ(transformed(split, {80, 80, 80, 80}), (samples{170, 10, 74, 138, 42, 106}));
 
-  job split{.main = counting_curves(4, 6, 1)};
-  for (unsigned k = 0; k < 6; ++k) split.main->curves[k] = make_curve([k](unsigned j) { return k * 8192 + 8 * j; });
-  EXPECT_EQ(postproc_stage(split).line({80, 80, 80, 80}), (samples{170, 10, 74, 138, 42, 106}));
-
-  const job c_curve{4, {}, {none, random_curves(1, 1)}, VRK_IN16 | VRK_OUT16};
-  EXPECT_EQ(postproc_stage(c_curve).line({0x1234, 0, 0x1234, 0xFFFF})[0], 0x1204u) << "ten bits beside a curve";
-  EXPECT_EQ(postproc_stage(c_curve).line({0x1234, 0, 0x1234, 0xFFFF})[3], 0xFFFFu);
-}
-
-TEST(postproc, without_curves_only_the_width_changes) {
-  const samples bytes{0, 1, 0x80, 255, 127, 254}, words{0, 0x1234, 0x80FF, 0xFFFF, 63, 0xFF00};
-  for (const unsigned planes : {1u, 6u}) {
-    for (const unsigned extra : {0u, VRK_COMPOSE, VRK_MID10}) {
-      const auto line = [&](unsigned flags, const samples& src) {
-        const job j{.planes = planes, .flags = flags | extra};
-        return postproc_stage(j).line(src);
-      };
-      EXPECT_EQ(line(0, bytes), bytes);
-      EXPECT_EQ(line(VRK_OUT16, bytes), (samples{0, 257, 0x8080, 65535, 0x7F7F, 0xFEFE}));
-      EXPECT_EQ(line(VRK_IN16, words), (samples{0, 0x12, 0x80, 255, 0, 255}));
-      EXPECT_EQ(line(VRK_IN16 | VRK_OUT16, words), words);
-    }
-  }
-  const job fifth_only{4, {}, {none, none, none, none, random_curves(1, 1)}, VRK_IN16 | VRK_OUT16};
-  EXPECT_EQ(postproc_stage(fifth_only).line({1, 2, 3, 0x1234}), (samples{1, 2, 3, 0x1234}))
-      << "not a plane of the path";
+  const job copy{.flags = VRK_OUT16}, ten_bits{4, {}, {none, random_curves(1)}, VRK_IN16 | VRK_OUT16};
+  EXPECT_EQ(transformed(copy, {0x80, 0, 1, 255}), (samples{0x8080, 0, 257, 65535}));
+  EXPECT_EQ(transformed(ten_bits, {0x1234, 0, 0xFFFF, 63})[0], 0x1204) << "no curve, beside a plane with one";
+  EXPECT_EQ(transformed({.planes = 1, .flags = VRK_IN16}, {0x12FF, 255}), (samples{0x12, 0}));
 }
 
 TEST(postproc, every_path_width_and_set_of_tables_equals_the_definition) {
-  using table = std::optional<curve_image>;
-  const table a = random_curves(1, 11), b = random_curves(1, 12);
-  const std::array<std::array<table, 6>, 4> plane_sets{{{}, {a, b, a, b, b, a}, {none, a, none, none, b}, {a}}};
-  for (const auto& [planes, main] :
-       {std::pair{1u, table()}, std::pair{4u, table()}, std::pair{6u, table()},
-        std::pair{1u, table(random_curves(1, 1))}, std::pair{1u, table(random_curves(4, 1))},
-        std::pair{1u, table(random_curves(6, 1))}, std::pair{4u, table(random_curves(4, 1))},
-        std::pair{4u, table(random_curves(6, 1))}, std::pair{6u, table(random_curves(6, 1))},
-        std::pair{1u, table(counting_curves(1, 0, 1))}, std::pair{1u, table(counting_curves(4, 4, 1))},
-        std::pair{6u, table(counting_curves(6, 0, 1))}, std::pair{4u, table(counting_curves(4, 6, 1))}}) {
-    for (std::size_t set = main ? 0 : 1; set < plane_sets.size(); ++set) {
+  const table a = random_curves(1, 11), b = random_curves(1, 12), one = random_curves(1), four = random_curves(4),
+              six = random_curves(6);
+  const std::vector<std::pair<unsigned, table>> mains{{1, none},
+                                                      {4, none},
+                                                      {6, none},
+                                                      {1, one},
+                                                      {1, four},
+                                                      {1, six},
+                                                      {4, four},
+                                                      {4, six},
+                                                      {6, six},
+                                                      {1, counting_curves(1, 0)},
+                                                      {1, counting_curves(4, 4)},
+                                                      {6, counting_curves(6, 0)},
+                                                      {4, counting_curves(4, 6)}};
+  const std::array<std::array<table, 6>, 4> planes{{{}, {a, b, a, b, b, a}, {none, a, none, none, b}, {a}}};
+  for (const auto& [count, main] : mains) {
+    for (const auto& set : planes) {
       for (unsigned bits = 0; bits < 16; ++bits) {
-        const unsigned flags = (bits & 1) * VRK_IN16 | (bits >> 1 & 1) * VRK_OUT16 | (bits >> 2 & 1) * VRK_MID10 |
-                               (bits >> 3 & 1) * VRK_COMPOSE;
-        const job j{planes, main, plane_sets[set], flags};
-        if (!main && set == 2 && planes == 1) continue;  // the one plane has no curve: the copy form
+        const job j{count, main, set, (bits & 1) | (bits & 2) << 1 | (bits & 12) << 2};  // in16, out16, mid10, compose
         const samples src = all_levels(j);
-        EXPECT_EQ(postproc_stage(j).line(src), reference{j}.line(src)) << planes << " " << set << " " << flags;
+        EXPECT_EQ(transformed(j, src), reference{j}.line(src))
+            << count << ", table set " << &set - &planes[0] << " " << j.flags;
       }
     }
   }
 }
 
 TEST(postproc, in_place_where_pixels_keep_their_length) {
-  for (const unsigned flags : {0u, VRK_IN16 | VRK_OUT16}) {
-    for (const auto& k : {std::optional<curve_image>{}, std::optional(random_curves(1, 3))}) {
-      const job j{4, {}, {k}, flags};
-      postproc_stage stage(j);
-      const samples src = all_levels(j);
-      std::vector<std::uint8_t> line(src.size() * 2);
-      write_samples(src, j.in16(), line.data());
-      EXPECT_EQ(vrk_xform_postproc(stage.handle(), line.data(), std::uint32_t(src.size() / 4), line.data()), 1u);
-      EXPECT_EQ(read_samples(line.data(), src.size(), j.out16()), stage.line(src));
-    }
+  for (const job& j : {job{}, job{4, {}, {random_curves(1)}}, job{4, random_curves(4), {}, VRK_IN16 | VRK_OUT16}}) {
+    fenced_block handle(j.create());
+    ASSERT_NE(j.create(handle.data()), 0u);
+    const samples src = all_levels(j);
+    std::vector<std::uint8_t> line = vrk::test::packed(src, j.in16());
+    vrk_xform_postproc(handle.data(), line.data(), std::uint32_t(src.size() / 4), line.data());
+    EXPECT_EQ(vrk::test::unpacked(line, j.out16()), reference{j}.line(src));
   }
 }
 
-TEST(postproc, a_count_of_0_follows_no_pointer) {
+TEST(postproc, calls_that_follow_no_pointer) {
   guarded_copy nothing({});
-  for (const job& j : {job{}, job{.main = random_curves(4, 1)}}) {
-    postproc_stage stage(j);
-    EXPECT_EQ(vrk_xform_postproc(stage.handle(), nothing.end(), 0, nothing.end()), 1u);
-  }
-}
-
-TEST(postproc, handles_that_cannot_transform) {
-  const auto table = [](unsigned in, unsigned out) { return std::optional(counting_curves(in, out, 1)); };
-  for (const job& j : {job{5, table(6, 6)}, job{0, table(6, 6)}, job{2, table(4, 6)},  // planes is no channel count
-                       job{1, table(1, 4)}, job{1, table(1, 6)}, job{4, table(6, 4)}}) {
-    postproc_stage stage(j);
-    const std::vector<std::uint8_t> src(6);
-    fenced_block dst(6);
-    EXPECT_EQ(vrk_xform_postproc(stage.handle(), src.data(), 1, dst.data()), 0u);
-    EXPECT_EQ(vrk_xform_postproc(stage.handle(), src.data(), 0, dst.data()), 0u);
-    EXPECT_TRUE(dst.untouched());
-  }
-}
-
-TEST(postproc, the_transform_only_reads_its_handle) {
-  const job j{4, counting_curves(4, 6, 1), {random_curves(1, 2)}, VRK_COMPOSE | VRK_OUT16};
-  fenced_block mem(j.create(nullptr));
-  ASSERT_NE(j.create(mem.data()), 0u);
-  const std::vector<std::uint8_t> before(mem.contents().begin(), mem.contents().end());
-  const std::array<std::uint8_t, 8> src{1, 2, 3, 4, 5, 6, 7, 8};
-  std::array<std::uint8_t, 24> dst{};
-  vrk_xform_postproc(mem.data(), src.data(), 2, dst.data());
-  vrk_free_postproc(mem.data());
-  EXPECT_TRUE(std::equal(before.begin(), before.end(), mem.contents().begin()));
+  const auto transform = [&](const job& j, std::uint32_t pixels) {
+    fenced_block handle(j.create());
+    EXPECT_NE(j.create(handle.data()), 0u);
+    return vrk_xform_postproc(handle.data(), nothing.end(), pixels, nothing.end());
+  };
+  EXPECT_EQ(transform({}, 0), 1u);
+  EXPECT_EQ(transform({.main = random_curves(4)}, 0), 1u);
+  for (const unsigned planes : {0u, 2u, 5u}) EXPECT_EQ(transform({planes, counting_curves(6, 6)}, 1), 0u) << planes;
+  EXPECT_EQ(transform({1, counting_curves(1, 4)}, 1), 0u);
+  EXPECT_EQ(transform({1, counting_curves(1, 6)}, 1), 0u);
+  EXPECT_EQ(transform({1, counting_curves(6, 4)}, 1), 0u);
 }
 
 }  // namespace

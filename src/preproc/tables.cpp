@@ -1,8 +1,9 @@
 #include "preproc/tables.h"
 
 #include <algorithm>
-#include <cmath>
 #include <numbers>
+
+#include "frame/elementary.h"
 
 namespace vrk {
 
@@ -31,14 +32,14 @@ void curve_sample(Displacement displacement, u32 max, std::span<u16> entries) {
 }  // namespace
 
 void balance_curve(i32 step, double unit, u32 max, std::span<u16> entries) {
-  const double amplitude = step * unit / sqrt2 / (1 - 2 * std::exp(-5.0));
-  const auto displacement = [=](double c) { return amplitude * (1 - std::exp(-10 * c) - std::exp(-10 * (1 - c))); };
+  const double amplitude = step * unit / sqrt2 / (1 - 2 * exp(-5.0));
+  const auto displacement = [=](double c) { return amplitude * (1 - exp(-10 * c) - exp(-10 * (1 - c))); };
   curve_sample(displacement, max, entries);
 }
 
 void lift_curve(i32 step, std::span<u16> entries) {
   const double amplitude = step * 0.05 / sqrt2;
-  const auto displacement = [=](double c) { return amplitude * c * (1 - std::exp(-4 * (1 - 2 * (c - 0.5)))); };
+  const auto displacement = [=](double c) { return amplitude * c * (1 - exp(-4 * (1 - 2 * (c - 0.5)))); };
   curve_sample(displacement, u32(entries.size() - 1), entries);
 }
 
@@ -46,7 +47,7 @@ void contrast_curve(double exponent, std::span<u16> entries) {
   const u32 max = u32(entries.size() - 1), half = max / 2;                         // 127 or 511
   const double unit = half == 127 ? 0.007874015748031496 : 0.0019569471624266144;  // 1 / half, the quotient's digits
   for (u32 i = 0; i <= half; ++i) {
-    const double bend = half * std::pow(i * unit, exponent);
+    const double bend = half * pow(i * unit, exponent);
     entries[i] = u16(bend);
     entries[max - i] = u16(max - bend);
   }
