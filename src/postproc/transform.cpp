@@ -73,7 +73,7 @@ void transform_plane(const postproc_handle& handle, u32 p, const plane_samples& 
 template <class In, class Out>
 void copy_samples(const u8* src, u64 count, u8* dst) {
   if constexpr (sizeof(In) == sizeof(Out)) {
-    std::memmove(dst, src, std::size_t(count * sizeof(In)));  // src may be dst
+    if (count != 0) std::memmove(dst, src, std::size_t(count * sizeof(In)));  // src may be dst
   } else {
     for (; count != 0; --count, src += sizeof(In), dst += sizeof(Out)) {
       const u32 sample = load_sample<In>(src);
