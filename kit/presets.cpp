@@ -1,12 +1,14 @@
 #include "kit/presets.h"
 
-#include <cmath>
-
 #include "kit/color_grids.h"
+#include "kit/dot_patterns.h"
 #include "kit/error_filters.h"
 #include "kit/ink_model.h"
 #include "kit/level_sets.h"
 #include "kit/planes.h"
+#include "kit/separation.h"
+#include "kit/threshold_matrices.h"
+#include "kit/tone_curves.h"
 
 namespace vrk::kit {
 
@@ -26,6 +28,36 @@ edpr_table ed_parameters(unsigned planes, unsigned levels, const modulation& mod
   return table;
 }
 
+edpr_table cell_parameters(unsigned planes, unsigned scale_x, unsigned scale_y, unsigned levels,
+                           const modulation& modulation) {
+  edpr_table table = ed_parameters(planes, levels, modulation);
+  table.version = "0020";
+  const dot_cells dots = centred_dots(scale_x, scale_y, levels);
+  for (std::size_t p = 0; p < planes; ++p) {
+    ed_plane& plane = table.planes[table_position[p]];
+    plane.bits = 1;  // of every dot
+    plane.scale_x = scale_x;
+    plane.scale_y = scale_y;
+    plane.level_values = dots.level_values;
+    plane.thresholds = halfway_thresholds(plane.level_values);
+    for (const std::uint16_t cell : dots.cells) plane.patterns.push_back({cell});
+  }
+  return table;
+}
+
+dither_table dither_parameters(unsigned planes, unsigned levels, std::string_view matrix, bool in16) {
+  const matrix_set matrices = plane_matrices(matrix);
+  dither_table table;
+  for (std::size_t p = 0; p < planes; ++p) {
+    table.planes[table_position[p]] = {.width = matrices[p].width,
+                                       .height = matrices[p].height,
+                                       .bits = bits_for_levels(levels),
+                                       .level_values = even_levels(levels, in16 ? 1023 : 255),
+                                       .matrix = matrices[p].ranks};
+  }
+  return table;
+}
+
 edtb_table ed_distribution(std::string_view filter) {
   const error_filter* const found = find_error_filter(filter);
   return found == nullptr ? edtb_table{} : distribution_table(*found);
@@ -38,11 +70,18 @@ color_table ink_table(unsigned inks, unsigned points, grid_encoding encoding) {
 curve_image black_ink_curve() {
   // Image black is as dark as the ink; everything between scales with it, so that the coverage is what light is
   // missing.
-  curve coverage;
-  for (std::size_t i = 0; i < coverage.size(); ++i) {
-    coverage[i] = std::uint16_t(std::lround(65535 * (1 - srgb_to_linear(double(i) / 1023))));
-  }
-  return {.curves = {coverage}};
+  return {.curves = {sampled_curve([](double level) { return 1 - srgb_to_linear(level); })}};
+}
+
+curve_image split_curves() {
+  curve_image image{.version = "0020", .curve_count = 4, .output_count = 6};
+  image.curves = {sampled_curve([](double x) { return split_cyan(x).full; }),
+                  sampled_curve([](double x) { return split_cyan(x).light; }),
+                  sampled_curve([](double x) { return split_magenta(x).full; }),
+                  sampled_curve([](double x) { return split_magenta(x).light; }),
+                  identity_curve(),   // Y
+                  identity_curve()};  // K
+  return image;
 }
 
 }  // namespace vrk::kit

@@ -5,6 +5,7 @@
 
 #include "kit/color_table.h"
 #include "kit/curve_image.h"
+#include "kit/dither_table.h"
 #include "kit/ed_tables.h"
 #include "kit/modulation.h"
 
@@ -14,6 +15,15 @@ namespace vrk::kit {
 // planes: 1 (K), 4 (K, C, M, Y) or 6; levels: 2 ... 16.
 edpr_table ed_parameters(unsigned planes, unsigned levels, const modulation& modulation = no_modulation());
 
+// The same with cells of scale_x (1, 2, 4) * scale_y (1 ... 4) dots for every pixel. levels: 2 ... dots of a cell + 1.
+edpr_table cell_parameters(unsigned planes, unsigned scale_x, unsigned scale_y, unsigned levels,
+                           const modulation& modulation = no_modulation());
+
+// "dith" with evenly spread levels, the same for all planes. levels: 2 ... 256; matrix: of kit/threshold_matrices.h;
+// in16: for handles that read 16-bit samples.
+dither_table dither_parameters(unsigned planes, unsigned levels, std::string_view matrix = "blue-noise",
+                               bool in16 = false);
+
 // "edtb" of a filter of kit/error_filters.h; without rows for a name that is not known.
 edtb_table ed_distribution(std::string_view filter = "fan");
 
@@ -22,5 +32,9 @@ color_table ink_table(unsigned inks, unsigned points = 17, grid_encoding encodin
 
 // "1dlt" for the second converter: one gray sample (sRGB scale) to black ink alone, as the ink model prints it.
 curve_image black_ink_curve();
+
+// "1dlt" main table for post-processing that makes six planes of four: cyan and magenta go over from their light inks
+// to the full ones.
+curve_image split_curves();
 
 }  // namespace vrk::kit

@@ -24,24 +24,19 @@ double black_coverage(const linear_rgb& wanted) {
   return std::min((1 - black_light) / (1 - ink_colors[0][0]), 1.0);
 }
 
-// Splits an amount of cyan or magenta between the light and the full ink, so that together they absorb as much of the
-// light that the ink is there to absorb as the full one alone would. The light ink begins alone; the full one sets in
-// smoothly and prints alone at 1. Light dots hide the coarseness of full ones, but not beside black: they give way to
-// it.
-void split(double amount, double black, double full_light, double light_light, double& full, double& light) {
+// Light that full coverage lets through in the part of the light that the ink is there to absorb.
+ink_pair split(double amount, double black, double full_light, double light_light) {
   const double absorbed = amount * (1 - full_light);
-  light = (1 - black) * absorbed / (1 - light_light) * (1 - amount * amount * amount);
-  full = (1 - (1 - absorbed) / (1 - light * (1 - light_light))) / (1 - full_light);
+  const double light = (1 - black) * absorbed / (1 - light_light) * (1 - amount * amount * amount);
+  const double full = (1 - (1 - absorbed) / (1 - light * (1 - light_light))) / (1 - full_light);
+  return {full, light};
 }
 
 // Amounts of cyan, magenta and yellow (0 ... 1 each) as inks, beside black.
 ink_coverage inks_of(double black, const vector3& amounts, bool light_inks) {
-  ink_coverage inks{black, amounts[0], amounts[1], amounts[2], 0, 0};
-  if (light_inks) {
-    split(amounts[0], black, ink_colors[1][0], ink_colors[4][0], inks[1], inks[4]);  // cyan absorbs red
-    split(amounts[1], black, ink_colors[2][1], ink_colors[5][1], inks[2], inks[5]);  // magenta absorbs green
-  }
-  return inks;
+  if (!light_inks) return {black, amounts[0], amounts[1], amounts[2], 0, 0};
+  const ink_pair cyan = split_cyan(amounts[0], black), magenta = split_magenta(amounts[1], black);
+  return {black, cyan.full, magenta.full, amounts[2], cyan.light, magenta.light};
 }
 
 double squared(const vector3& v) { return v[0] * v[0] + v[1] * v[1] + v[2] * v[2]; }
@@ -144,6 +139,14 @@ vector3 amounts_beside(double black, const linear_rgb& wanted) {
 double total(double black, const vector3& amounts) { return black + amounts[0] + amounts[1] + amounts[2]; }
 
 }  // namespace
+
+ink_pair split_cyan(double amount, double black) {  // cyan absorbs red
+  return split(amount, black, ink_colors[1][0], ink_colors[4][0]);
+}
+
+ink_pair split_magenta(double amount, double black) {  // magenta absorbs green
+  return split(amount, black, ink_colors[2][1], ink_colors[5][1]);
+}
 
 ink_coverage separate(const linear_rgb& image, bool light_inks) {
   linear_rgb wanted;  // black raised to the darkest print

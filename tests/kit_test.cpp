@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cmath>
 #include <cstdlib>
 #include <numeric>
 
@@ -10,6 +12,7 @@
 #include "kit/color_table.h"
 #include "kit/curve_image.h"
 #include "kit/dither_table.h"
+#include "kit/dot_patterns.h"
 #include "kit/ed_tables.h"
 #include "kit/error_filters.h"
 #include "kit/ink_model.h"
@@ -19,6 +22,7 @@
 #include "kit/presets.h"
 #include "kit/separation.h"
 #include "kit/threshold_matrices.h"
+#include "kit/tone_curves.h"
 
 namespace {
 
@@ -222,6 +226,57 @@ TEST(kit, a_saturation_of_1_is_the_identity_grid) {
   for (std::size_t i = 0; i < gray.samples.size(); i += 3) {
     ASSERT_EQ(gray.samples[i], gray.samples[i + 1]);
     ASSERT_EQ(gray.samples[i], gray.samples[i + 2]);
+  }
+}
+
+TEST(kit, tone_curves_keep_their_ends_and_meet_their_points) {
+  for (const curve& c : {identity_curve(), gamma_curve(2.2), s_curve(0.7), s_curve(-0.7), dot_gain_compensation(0),
+                         dot_gain_compensation(0.2)}) {
+    EXPECT_EQ(c.front(), 0);
+    EXPECT_EQ(c.back(), 65535);
+    EXPECT_TRUE(std::is_sorted(c.begin(), c.end()));
+  }
+  EXPECT_EQ(ink_limiting(0.5).back(), 32768);
+
+  const double asked = dot_gain_compensation(0.2)[341] / 65535.0;  // what gains dots to one third
+  EXPECT_NEAR(asked + 4 * 0.2 * asked * (1 - asked), 341 / 1023.0, 1e-4);
+
+  const control_point points[] = {{0.1, 0}, {0.3, 0.6}, {0.5, 0.6}, {1, 0.2}};
+  const curve through = curve_through(points);
+  for (const control_point& p : points) EXPECT_NEAR(through[std::size_t(p.in * 1023)], p.out * 65535, 200) << p.in;
+  EXPECT_EQ(through[50], 0);
+  EXPECT_TRUE(std::is_sorted(through.begin(), through.begin() + 307));
+  EXPECT_EQ(*std::max_element(through.begin(), through.end()), std::lround(0.6 * 65535));
+
+  const curve twice = chained(gamma_curve(2), gamma_curve(0.5));
+  for (std::size_t i = 0; i < twice.size(); ++i) ASSERT_NEAR(twice[i], identity_curve()[i], 40) << i;
+}
+
+TEST(kit, split_inks_print_what_the_full_ink_would) {
+  const curve_image image = split_curves();
+  const auto absorbed = [](double coverage, double light) { return 1 - coverage * (1 - light); };
+  for (std::size_t i = 0; i < 1024; ++i) {
+    const double x = double(i) / 1023, full = image.curves[0][i] / 65535.0, light = image.curves[1][i] / 65535.0;
+    const double red_left = absorbed(full, ink_colors[1][0]) * absorbed(light, ink_colors[4][0]);
+    ASSERT_NEAR(red_left, absorbed(x, ink_colors[1][0]), 2e-5) << i;
+  }
+  EXPECT_TRUE(std::is_sorted(image.curves[0].begin(), image.curves[0].end()));
+  EXPECT_EQ(image.curves[1].back(), 0);
+}
+
+TEST(kit, dots_of_a_cell_grow_from_its_centre) {
+  EXPECT_EQ(centred_dots(4, 4, 17).cells[4], 0b0000'0110'0110'0000);
+  EXPECT_EQ(centred_dots(1, 4, 2).cells, (std::vector<std::uint16_t>{0, 0x8888}));
+  EXPECT_EQ(centred_dots(2, 2, 3).level_values, (std::vector<std::uint16_t>{0, 512, 1023}));
+  for (const unsigned scale_x : {1u, 2u, 4u}) {
+    for (const unsigned scale_y : {1u, 2u, 3u, 4u}) {
+      const unsigned dots = scale_x * scale_y;
+      const dot_cells grown = centred_dots(scale_x, scale_y, dots + 1);
+      for (unsigned level = 0; level <= dots; ++level) {
+        EXPECT_EQ(unsigned(std::popcount(grown.cells[level])), level);
+        EXPECT_EQ(grown.cells[level] & ~grown.cells[dots], 0);
+      }
+    }
   }
 }
 

@@ -1,0 +1,49 @@
+// Tone curves for pre- and post-processing.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <span>
+
+#include "kit/curve_image.h"
+
+namespace vrk::kit {
+
+// The curve of tone(x), 0 ... 1 in and out; what leaves that range is clipped.
+template <class Tone>
+curve sampled_curve(Tone tone) {
+  curve c{};
+  for (std::size_t i = 0; i < c.size(); ++i) {
+    const double level = std::clamp(tone(double(i) / double(c.size() - 1)), 0.0, 1.0);
+    c[i] = std::uint16_t(std::lround(65535 * level));
+  }
+  return c;
+}
+
+curve identity_curve();
+
+// x to the power 1 / gamma: above 1 it raises the middle.
+curve gamma_curve(double gamma);
+
+// More contrast in the middle, less at both ends. strength: 0 (identity) ... 1; below 0 the opposite.
+curve s_curve(double strength);
+
+// Coverage to ask for so that paper shows the coverage that is meant, where dots gain: 4 * gain * a * (1 - a) is added
+// to an asked a (Yule and Nielsen's gain, simplified to a parabola). gain: at half tone, 0 ... 0.25.
+curve dot_gain_compensation(double gain);
+
+// Full tone becomes `limit` (0 ... 1), and everything below scales with it.
+curve ink_limiting(double limit);
+
+// A smooth curve through control points in order of `in` (0 ... 1), level before the first and after the last. It
+// rises and falls with the points and never overshoots them.
+// F. N. Fritsch, J. Butland, A method for constructing local monotone piecewise cubic interpolants, SIAM 1984.
+struct control_point {
+  double in, out;
+};
+curve curve_through(std::span<const control_point> points);
+
+// The second curve on the output of the first.
+curve chained(const curve& first, const curve& second);
+
+}  // namespace vrk::kit
