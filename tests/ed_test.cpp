@@ -21,7 +21,7 @@ void expect_defined_lines(const ed_tables& tables, unsigned flags, std::mt19937&
   const unsigned width = 1 + unsigned(random() % 60);
   ed_reference reference(tables.params, tables.spread, width, flags);
   ed_library library(tables, width, flags, random() % 8 * 4);
-  unsigned next_line = unsigned(random() % 1000);
+  unsigned next_line = 0;
   for (int block = 0; block < 6; ++block) {
     const unsigned block_x = unsigned(random() % width), block_width = unsigned(random() % (width + 2));
     const unsigned first = random() % 3 == 0 ? unsigned(random()) : next_line;
@@ -54,6 +54,7 @@ void expect_defined_lines(ed_traits traits, unsigned more_flags, unsigned jobs) 
 
 TEST(ed, lines_are_as_defined) { expect_defined_lines({}, VRK_K_CODE3, 30); }
 TEST(ed, values_outside_every_table_clamp) { expect_defined_lines({.wild = true}, 0, 30); }
+TEST(ed, dot_cells_are_as_defined) { expect_defined_lines({.extended = true}, VRK_K_CODE3 | VRK_RANDOM4, 30); }
 
 TEST(ed, size_is_that_of_the_record_rule) {
   ed_tables tables = plain_tables(1, 2);
@@ -238,6 +239,28 @@ TEST(ed, random_codes_are_drawn_plane_by_plane) {
       ASSERT_EQ(library.line(samples, line % 2), reference.line(samples));
     }
   }).join();
+}
+
+TEST(ed, dots_of_a_cell) {
+  struct {
+    std::uint16_t cell;
+    unsigned across, lines;
+    packed_lines dots;
+  } const cases[] = {
+      {0x8888, 1, 4, {{0xF8}, {0xF8}, {0xF8}, {0xF8}}},
+      {0x8421, 1, 4, {{0xF8}, {0}, {0}, {0}}},
+      {0x8421, 2, 2, {{0xAA, 0x80}, {0x55, 0x40}}},
+      {0x8421, 4, 3, {{0x88, 0x88, 0x80}, {0x44, 0x44, 0x40}, {0x22, 0x22, 0x20}}},
+  };
+  for (const auto& c : cases) {
+    ed_tables tables = plain_tables(1, 2);
+    tables.params.version = "0020";
+    kit::ed_plane& k = tables.params.planes[3];
+    k.scale_x = c.across, k.scale_y = c.lines, k.patterns = {{c.cell}, {0}};  // level 0 of a plane alone has dots
+    ed_library library(tables, 5, 0);
+    library.start(5, 0, 7);
+    EXPECT_EQ(library.line(std::vector<std::uint16_t>(5), true), c.dots);
+  }
 }
 
 TEST(ed, info_tells_the_lines_of_every_plane) {

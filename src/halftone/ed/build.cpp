@@ -64,61 +64,81 @@ bool same_scale(const ed_header& header, u32 planes) {
                          all_same(std::span<const u8>(header.scale_y).first(planes)));
 }
 
+// Everything that follows the record, in falling order of alignment, so that no gaps arise.
+bool lay_out(const ed_plan& plan, ed_handle& h, carver& block) {
+  const ed_header& header = plan.header;
+  const u64 planes = plan.planes, width = plan.width, line = planes * (width + 2 * guard_columns);
+  h.index = block.take<spread_index>(error_count).data();
+  h.spread = block.take<u32>(u64(spread_row_words) * plan.spread_rows).data();
+  h.error_line[0] = block.take<i16>(line).data();
+  h.error_line[1] = block.take<i16>(line).data();
+  for (u32 p = 0; p < planes; ++p) {
+    const u32 level_count = header.level_count[table_slot[p]];
+    h.level_values[p] = block.take<u16>(level_count).data();
+    if (header.extended) h.cells[p] = block.take<u16>(level_count * header.pattern.cells()).data();
+  }
+  if (header.extended) {
+    h.cell_line = block.take<u16>(width).data();
+    h.pattern_column = block.take<u8>(width).data();
+  }
+  h.matrix_column = block.take<u8>(width).data();
+  h.modulation = block.take<i8>(planes * header.matrix.cells()).data();
+  h.level_lut = block.take<u8>(planes * 3 * ed_value_range(plan.flags)).data();
+  h.level_line = block.take<u8>(planes * width).data();
+  return block.ok();
+}
+
+void build_plane(const ed_plan& plan, const byte_view& params, u32 p, ed_handle& h) {
+  const u32 slot = table_slot[p], level_count = plan.header.level_count[slot];
+  const u8* const values = params.at(plan.values_at[slot]);
+  for (u32 level = 0; level < level_count; ++level) {
+    h.level_values[p][level] = level_scale(plan.flags, load_be16(values + 2 * level));
+  }
+
+  const u8* const matrix = params.at(plan.matrix_at[slot]);
+  for (u32 cell = 0; cell < plan.header.matrix.cells(); ++cell) {
+    h.modulation[cell * h.planes + p] = modulation_scale(plan.flags, i8(matrix[cell]));
+  }
+
+  const i32 range = i32(ed_value_range(plan.flags));
+  const std::span<u8> lut(h.level_lut.get() + i32(p) * 3 * range, std::size_t(3 * range));
+  build_level_lut(lut, range, level_count, params.at(plan.thresholds_at[slot]), plan.flags);
+  if (!errors_inside_index(lut.data(), h.level_values[p].get(), range)) h.unchecked_values = 0;
+}
+
+// Planes that are expanded together leave pixels of level 0 blank, whatever its pattern holds.
+void build_patterns(const ed_plan& plan, const byte_view& params, u32 p, ed_handle& h) {
+  const u32 slot = table_slot[p], cells = plan.header.pattern.cells();
+  const u8* const patterns = params.at(plan.patterns_at[slot]);
+  const u32 blank = h.same_scale != 0 && h.planes > 1 ? cells : 0;
+  for (u32 i = 0; i < plan.header.level_count[slot] * cells; ++i) {
+    h.cells[p][i] = i < blank ? u16{0} : load_be16(patterns + 2 * i);
+  }
+}
+
 }  // namespace
 
 check ed_build(const ed_plan& plan, byte_view params, byte_view spread, carver& block) {
-  ed_handle* const h = block.record<ed_handle>();
-  if (h == nullptr) return check::unusable_argument;
-  const ed_header& header = h->header = plan.header;
-  const u32 planes = h->planes = plan.planes, flags = h->flags = plan.flags;
-  const u64 width = h->width = plan.width;
-  const u32 range = ed_value_range(flags), cells = header.matrix.cells();
+  ed_handle* const made = block.record<ed_handle>();
+  if (made == nullptr || !lay_out(plan, *made, block)) return check::unusable_argument;
+  ed_handle& h = *made;
+  h.flags = plan.flags;
+  h.width = plan.width;
+  h.planes = plan.planes;
+  h.kernel = ed_kernel_row(plan.flags, plan.planes);
+  h.unchecked_values = 3 * ed_value_range(plan.flags);
+  h.same_scale = same_scale(plan.header, plan.planes);
+  h.header = plan.header;
 
-  const auto index = block.take<spread_index>(error_count);
-  const auto words = block.take<u32>(u64(spread_row_words) * plan.spread_rows);
-  const auto errors = block.take<i16>(2 * planes * (width + 2 * guard_columns));
-  std::array<std::span<u16>, plane_slots> level_values;
-  for (u32 p = 0; p < planes; ++p) level_values[p] = block.take<u16>(header.level_count[table_slot[p]]);
-  const auto modulation = block.take<i8>(planes * cells);
-  const auto level_lut = block.take<u8>(planes * 3 * range);
-  const auto level_line = block.take<u8>(planes * width);
-  const auto matrix_column = block.take<u8>(width);
-  if (!block.ok()) return check::unusable_argument;
-
-  h->index = index.data();
-  h->spread = words.data();
-  h->error_line[0] = errors.data();
-  h->error_line[1] = errors.data() + errors.size() / 2;
-  h->modulation = modulation.data();
-  h->level_lut = level_lut.data();
-  h->level_line = level_line.data();
-  h->matrix_column = matrix_column.data();
-
-  build_index(index, plan.spread_rows, flags);
-  build_spread(words, spread.at(spread_header_bytes), flags);
-  std::fill(errors.begin(), errors.end(), i16{0});
-  std::fill(level_line.begin(), level_line.end(), u8{0});
-  build_columns(matrix_column, header.matrix);
-
-  bool inside = true;
-  for (u32 p = 0; p < planes; ++p) {
-    const u32 slot = table_slot[p];
-    h->level_values[p] = level_values[p].data();
-    const u8* const values = params.at(plan.values_at[slot]);
-    for (std::size_t level = 0; level < level_values[p].size(); ++level) {
-      level_values[p][level] = level_scale(flags, load_be16(values + 2 * level));
-    }
-    const u8* const matrix = params.at(plan.matrix_at[slot]);
-    for (u32 cell = 0; cell < cells; ++cell) {
-      modulation[cell * planes + p] = modulation_scale(flags, i8(matrix[cell]));
-    }
-    const auto lut = level_lut.subspan(p * 3 * range, 3 * range);
-    build_level_lut(lut, i32(range), header.level_count[slot], params.at(plan.thresholds_at[slot]), flags);
-    inside = inside && errors_inside_index(lut.data(), level_values[p].data(), i32(range));
+  build_index({h.index.get(), error_count}, plan.spread_rows, plan.flags);
+  build_spread({h.spread.get(), std::size_t(spread_row_words) * plan.spread_rows}, spread.at(spread_header_bytes),
+               plan.flags);
+  build_columns({h.matrix_column.get(), plan.width}, plan.header.matrix);
+  if (plan.header.extended) build_columns({h.pattern_column.get(), plan.width}, plan.header.pattern);
+  for (u32 p = 0; p < plan.planes; ++p) {
+    build_plane(plan, params, p, h);
+    if (plan.header.extended) build_patterns(plan, params, p, h);
   }
-  h->unchecked_values = inside ? 3 * range : 0;
-  h->kernel = ed_kernel_row(flags, planes);
-  h->same_scale = same_scale(header, planes);
   return check::ok;
 }
 

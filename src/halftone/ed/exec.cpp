@@ -1,5 +1,6 @@
 // One line of a block: samples in, packed lines or dot cells out.
 #include "halftone/ed/codes.h"
+#include "halftone/ed/expand.h"
 #include "halftone/ed/kernels.h"
 #include "halftone/pack.h"
 #include "vrk.h"
@@ -21,7 +22,7 @@ void pack_planes(const ed_handle& h, u8* const* out) {
 
 u32 halftone_line(ed_handle& h, const void* src, u8* const* out) {
   ed_kernel_of(h.kernel, h.line_counter)(h, static_cast<const u8*>(src));
-  pack_planes(h, out);
+  h.header.extended ? expand_planes(h, out) : pack_planes(h, out);
   ++h.line_counter;
   return 1;
 }
@@ -39,9 +40,7 @@ uint32_t VRK_CALL vrk_exec_ed(void* handle, const void* src, uint8_t* out_k, uin
 }
 
 uint32_t VRK_CALL vrk_exec_edx(void* handle, const void* src, uint8_t* const* planes) {
-  ed_handle& h = *static_cast<ed_handle*>(handle);
-  if (h.header.extended) return 0;  // dot cells are still to come
-  return halftone_line(h, src, planes);
+  return halftone_line(*static_cast<ed_handle*>(handle), src, planes);
 }
 
 }  // extern "C"
