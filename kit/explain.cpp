@@ -1,0 +1,188 @@
+#include "kit/explain.h"
+
+#include <cstdio>
+
+#include "frame/byte_view.h"
+#include "kit/color_table.h"
+#include "kit/planes.h"
+
+namespace vrk::kit {
+namespace {
+
+constexpr std::string_view plane_names[] = {"C", "M", "Y", "K", "fifth", "sixth"};  // table order
+constexpr u32 edtb_newest = tag("0010"), extended_form = tag("0020");
+
+std::string number(u64 v) { return std::to_string(v); }
+
+std::string mismatch(std::string_view field, u64 found, std::string_view expected) {
+  return "has " + std::string(field) + " " + number(found) + ", expected " + std::string(expected);
+}
+
+// Four characters in quotes; what cannot be printed as a number.
+std::string quoted(u32 code) {
+  std::string text = "\"";
+  for (int shift = 24; shift >= 0; shift -= 8) {
+    const u8 c = u8(code >> shift);
+    if (c < 0x20 || c > 0x7E) {
+      char hex[16];
+      std::snprintf(hex, sizeof hex, "0x%08X", code);
+      return hex;
+    }
+    text += char(c);
+  }
+  return text + '"';
+}
+
+// Magic and version, which every image opens with; `newest` 0 checks no version.
+std::string wrong_start(byte_view image, const char (&magic)[5], u32 newest, u64 header) {
+  if (image.size() < 4) return mismatch("length", image.size(), "at least " + number(header) + " bytes");
+  const u32 found = image.be32(0);
+  if (found != tag(magic)) return "has magic " + quoted(found) + ", expected " + quoted(tag(magic));
+  if (newest != 0 && image.size() >= 8 && image.be32(4) > newest) {
+    return "has version " + quoted(image.be32(4)) + ", expected " + quoted(newest) + " or older";
+  }
+  if (image.size() < header) return mismatch("length", image.size(), "at least " + number(header) + " bytes");
+  return {};
+}
+
+struct grid_header {
+  u64 channels, points;
+  grid_encoding encoding;
+};
+
+// Bytes of the grid as its encoding stores it; of a delta stream only what its first samples take.
+u64 stored_grid_bytes(const grid_header& h) {
+  const u64 count = h.points * h.points * h.points;
+  switch (h.encoding) {
+    case grid_encoding::raw16:
+      return 2 * h.channels * count;
+    case grid_encoding::packed12:
+      return h.channels == 3 ? 9 * (count / 2) + 6 * (count % 2) : 3 * h.channels * count / 2;
+    case grid_encoding::packed10:
+      if (h.channels == 3) return 15 * (count / 4) + 4 * (count % 4);
+      return h.channels == 4 ? 5 * count : 15 * (count / 2) + 8 * (count % 2);
+    case grid_encoding::raw8:
+      return h.channels * count;
+    default:
+      return h.channels;
+  }
+}
+
+std::string wrong_axes_or_length(byte_view image, const grid_header& h, bool prec12) {
+  const u64 expected = 12 + 6 * h.points + stored_grid_bytes(h);
+  if (image.size() < expected) {
+    return mismatch("length", image.size(),
+                    number(expected) + " bytes for " + number(h.points) + " grid points per axis in encoding " +
+                        number(u64(h.encoding)));
+  }
+  for (u64 i = 0; i < 3 * h.points; ++i) {
+    if (i % h.points == 0) continue;
+    const int dropped = prec12 ? 4 : 8;
+    const u16 before = image.be16(12 + 2 * (i - 1)), here = image.be16(12 + 2 * i);
+    if (here >> dropped <= before >> dropped) {
+      return std::string("has ") + "RGB"[i / h.points] + " axis position " + number(i % h.points) + " at " +
+             number(here) + ", expected more than " + number(before) + " before it in the top " +
+             (prec12 ? "12" : "8") + " bits";
+    }
+  }
+  return {};
+}
+
+std::string wrong_grid(byte_view image, bool second, bool prec12) {
+  if (image.byte(8) != 3) return mismatch("input channels", image.byte(8), "3");
+  const grid_header h{image.byte(9), image.byte(10), grid_encoding(image.byte(11))};
+  if (second ? h.channels != 4 && h.channels != 6 : h.channels != 3) {
+    return mismatch("output channels", h.channels, second ? "4 or 6" : "3");
+  }
+  if (h.points < 2) return mismatch("grid points per axis", h.points, "at least 2");
+  const grid_encoding delta = second ? grid_encoding::delta10 : grid_encoding::delta8;
+  if (h.encoding > grid_encoding::raw8 && h.encoding != delta) {
+    return mismatch("grid encoding", u64(h.encoding), "0, 1, 2, 3 or " + number(u64(delta)));
+  }
+  return wrong_axes_or_length(image, h, prec12);
+}
+
+std::string wrong_curve(byte_view image, unsigned input_samples) {
+  if (input_samples != 1) return "is a tone curve, which takes one-sample pixels, expected a \"csc2\" table";
+  if (std::string why = wrong_start(image, "1dlt", version_001z, 12 + 2048); !why.empty()) return why;
+  if (image.byte(8) != 1) return mismatch("curve count", image.byte(8), "1");
+  if (image.be16(10) != 1024) return mismatch("entry count", image.be16(10), "1024");
+  return {};
+}
+
+bool is_extended(byte_view image) { return image.be32(4) >= extended_form; }
+
+}  // namespace
+
+std::string why_refused_csc1(const bytes& image, bool prec12) {
+  byte_view view(image.data(), image.size());
+  if (std::string why = wrong_start(view, "csc1", 0, 8); !why.empty()) return why;
+  for (const u32 subtype : {tag("thrh"), tag("gray"), tag("blck"), tag("sold")}) {
+    if (view.be32(4) == subtype) return {};
+  }
+  if (std::string why = wrong_start(view, "csc1", version_001z, 13); !why.empty()) return why;
+  return wrong_grid(view, false, prec12);
+}
+
+std::string why_refused_csc2(const bytes& image, unsigned input_samples, bool prec12) {
+  byte_view view(image.data(), image.size());
+  if (view.be32(0) == tag("1dlt")) return wrong_curve(view, input_samples);
+  if (std::string why = wrong_start(view, "csc2", version_001z, 13); !why.empty()) return why;
+  return wrong_grid(view, true, prec12);
+}
+
+std::string why_refused_edpr(const bytes& image) {
+  byte_view view(image.data(), image.size());
+  if (std::string why = wrong_start(view, "edpr", 0, 24); !why.empty()) return why;
+  const bool extended = is_extended(view);
+  if (extended && view.size() < 40) return mismatch("length", view.size(), "at least 40 bytes");
+  const auto levels = [&view](u64 plane) -> u64 { return view.byte(8 + plane); };
+  const u64 cells = u64{view.byte(14)} * view.byte(15), pattern = extended ? u64{view.byte(36)} * view.byte(37) : 0;
+  if (cells == 0) return "has an empty modulation matrix, expected at least 1 x 1";
+  if (extended && pattern == 0) return "has an empty dot pattern, expected at least 1 x 1";
+  const bool six = levels(4) != 0 && levels(5) != 0;
+  if (levels(3) == 0) return "has no levels for K, expected K, or K, C, M, Y, or all six planes";
+  u64 expected = extended ? 40 : 24;
+  for (u64 p = 0; p < 6; ++p) {
+    const u64 n = levels(p), bits = view.byte(18 + p);
+    const std::string plane = " of plane " + std::string(plane_names[p]);
+    if (n == 0) {
+      if (six) return "has no levels for plane " + std::string(plane_names[p]) + ", expected all six planes";
+      continue;
+    }
+    if (!extended && (bits == 1 || bits == 2 || bits == 4) && n > u64{1} << bits) {
+      return mismatch("level count" + plane, n, "at most " + number(u64{1} << bits) + " for its bits per pixel");
+    }
+    const u64 across = view.byte(24 + p), down = view.byte(30 + p);
+    if (extended && across != 1 && across != 2 && across != 4) return mismatch("scale_x" + plane, across, "1, 2 or 4");
+    if (extended && (down < 1 || down > 4)) return mismatch("scale_y" + plane, down, "1 to 4");
+    expected += 2 * n + 2 * (n - 1) + cells + 2 * n * pattern;
+  }
+  if (view.size() < expected) return mismatch("length", view.size(), number(expected) + " bytes for its lists");
+  return {};
+}
+
+std::string why_refused_edtb(const bytes& image) {
+  byte_view view(image.data(), image.size());
+  if (std::string why = wrong_start(view, "edtb", edtb_newest, 12); !why.empty()) return why;
+  const u64 rows = view.be16(8), columns = view.byte(10);
+  if (rows == 0) return mismatch("row count", rows, "at least 1");
+  if (columns != 7) return mismatch("column count", columns, "7");
+  const u64 expected = 12 + 14 * rows;
+  if (view.size() < expected) return mismatch("length", view.size(), number(expected) + " bytes for its rows");
+  return {};
+}
+
+std::array<std::vector<std::uint16_t>, 6> ed_level_values(const bytes& edpr) {
+  byte_view view(edpr.data(), edpr.size());
+  std::array<std::vector<std::uint16_t>, 6> listed{};  // table order
+  u64 at = is_extended(view) ? 40 : 24;
+  for (u64 p = 0; p < 6; ++p) {
+    for (u32 n = view.byte(8 + p); n != 0; --n, at += 2) listed[p].push_back(view.be16(at));
+  }
+  std::array<std::vector<std::uint16_t>, 6> values{};
+  for (std::size_t p = 0; p < 6; ++p) values[p] = listed[table_position[p]];
+  return values;
+}
+
+}  // namespace vrk::kit

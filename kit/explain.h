@@ -1,0 +1,23 @@
+// Why a table image is refused, and what lies in it: for people who make tables.
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "kit/bytes.h"
+
+namespace vrk::kit {
+
+// Each looks for the first thing that the library's create function would refuse and says what stands there and what
+// was expected, as the end of a sentence that begins with the table's name: "has version "0020", expected "001z" or
+// older". Empty when nothing is found. The body of a delta stream is not decoded.
+std::string why_refused_csc1(const bytes& image, bool prec12);
+std::string why_refused_csc2(const bytes& image, unsigned input_samples, bool prec12);
+std::string why_refused_edpr(const bytes& image);
+std::string why_refused_edtb(const bytes& image);
+
+// The input value (0 ... 1023) that each level of each plane stands for, in record order K, C, M, Y, fifth, sixth; none
+// for a plane that is not in use. The image is one that the library takes.
+std::array<std::vector<std::uint16_t>, 6> ed_level_values(const bytes& edpr);
+
+}  // namespace vrk::kit
