@@ -1,1 +1,24 @@
-int main() { return 0; }
+#include <cstdio>
+#include <exception>
+
+#include "tools/commands.h"
+#include "tools/user_error.h"
+
+int main(int argc, char** argv) {
+  CLI::App app("vrk: prints pictures through the colour library, and shows the dots", "vrk");
+  app.require_subcommand(1);
+  vrk::tool::add_print_command(app);
+  vrk::tool::add_demo_command(app);
+  vrk::tool::add_tables_command(app);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error);
+  } catch (const vrk::tool::user_error& error) {
+    std::fprintf(stderr, "vrk: %s\n", error.what());
+    return 1;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "vrk: something unforeseen: %s\n", error.what());
+    return 2;
+  }
+}

@@ -1,0 +1,12 @@
+// The subcommands of `vrk`. Each adds itself to the command line; what it throws, main says.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace vrk::tool {
+
+void add_print_command(CLI::App& app);   // print: a picture through the whole road
+void add_demo_command(CLI::App& app);    // demo: the embedded test page
+void add_tables_command(CLI::App& app);  // tables: the kit's tables as files
+
+}  // namespace vrk::tool

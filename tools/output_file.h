@@ -1,0 +1,30 @@
+// A file that exists only when it is complete.
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+
+namespace vrk::tool {
+
+// Writes under a temporary name beside `path`. `keep` gives the file its name; without it, the destructor removes it.
+class output_file {
+ public:
+  explicit output_file(std::filesystem::path path);
+  ~output_file();
+  output_file(const output_file&) = delete;
+  output_file& operator=(const output_file&) = delete;
+
+  const std::filesystem::path& path() const { return path_; }
+  void write(const void* data, std::size_t bytes);
+  void keep();
+
+ private:
+  [[noreturn]] void fail() const;  // with the reason that the system gave last
+
+  std::filesystem::path path_, temporary_;
+  std::FILE* file_ = nullptr;
+};
+
+}  // namespace vrk::tool

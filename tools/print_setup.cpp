@@ -1,0 +1,126 @@
+#include "tools/print_setup.h"
+
+#include <cmath>
+
+#include "kit/color_grids.h"
+#include "kit/curve_image.h"
+#include "kit/ink_model.h"
+#include "kit/presets.h"
+#include "tools/blob.h"
+#include "tools/output_file.h"
+#include "tools/user_error.h"
+
+namespace vrk::tool {
+namespace {
+
+bool starts_with(const table& t, std::string_view magic) {
+  return t.image.size() >= magic.size() && std::equal(magic.begin(), magic.end(), t.image.begin());
+}
+
+// Gray to K by light: white stays paper, black is all the ink, and what lies between keeps its share of the way.
+table gray_to_k() {
+  kit::curve tone;
+  for (std::size_t i = 0; i < tone.size(); ++i) {
+    tone[i] = std::uint16_t(std::lround(65535 * (1 - kit::srgb_to_linear(double(i) / 1023))));
+  }
+  kit::curve_image image;
+  image.curves.push_back(tone);
+  return {"the kit's tone curve", image.encode()};
+}
+
+kit::modulation modulation_named(const std::string& name) {
+  return name == "noise" ? kit::fine_noise() : kit::no_modulation();
+}
+
+// Puts a table that a blob held where its magic says it belongs.
+void place(table found, print_tables& tables) {
+  if (starts_with(found, "csc1")) {
+    tables.rgb = std::move(found);
+  } else if (starts_with(found, "csc2") || starts_with(found, "1dlt")) {
+    tables.ink = std::move(found);
+  } else if (starts_with(found, "edpr")) {
+    tables.parameters = std::move(found);
+  } else if (starts_with(found, "edtb")) {
+    tables.spread = std::move(found);
+  } else {
+    throw user_error(found.name + ": holds a table that this program does not print with");
+  }
+}
+
+bool leaves_one_sample(const table& csc1) {
+  return csc1.image.size() >= 8 && (std::equal(csc1.image.begin() + 4, csc1.image.begin() + 8, "gray") ||
+                                    std::equal(csc1.image.begin() + 4, csc1.image.begin() + 8, "blck"));
+}
+
+}  // namespace
+
+print_tables choose_tables(const print_options& options) {
+  print_tables tables;
+  if (!options.csc1.empty()) tables.rgb = read_table(options.csc1);
+  if (!options.csc2.empty()) tables.ink = read_table(options.csc2);
+  if (!options.edpr.empty()) tables.parameters = read_table(options.edpr);
+  if (!options.edtb.empty()) tables.spread = read_table(options.edtb);
+  for (const std::string& blob : options.blobs) place(read_from_blob(blob, options.inks.value_or(4)), tables);
+
+  tables.inks = options.inks.value_or(4);
+  if (!tables.ink.image.empty()) {
+    const unsigned made = starts_with(tables.ink, "1dlt") ? 1 : tables.ink.image.size() > 9 ? tables.ink.image[9] : 4;
+    if (options.inks && *options.inks != made) {
+      throw user_error(tables.ink.name + ": makes " + std::to_string(made) + " inks, expected " +
+                       std::to_string(*options.inks) + " by --inks");
+    }
+    tables.inks = made;
+  } else if (tables.inks == 1) {
+    tables.ink = gray_to_k();
+  } else {
+    kit::color_table grid;
+    grid.grid = kit::ink_grid(tables.inks);
+    tables.ink = {"the kit's colour table", grid.encode()};
+  }
+  if (tables.inks == 1 && !(tables.rgb && leaves_one_sample(*tables.rgb))) {
+    tables.gray = table{"the kit's gray table", kit::subtype_table("gray")};
+  }
+  if (tables.parameters.image.empty()) {
+    tables.parameters = {
+        "the kit's levels",
+        kit::ed_parameters(tables.inks, options.levels, modulation_named(options.modulation)).encode()};
+  }
+  if (tables.spread.image.empty()) tables.spread = {"the kit's filter", kit::ed_distribution(options.filter).encode()};
+  return tables;
+}
+
+void write_tables(const print_tables& tables, const std::filesystem::path& directory) {
+  std::filesystem::create_directories(directory);
+  const auto write = [&](const table& t, const char* name) {
+    output_file file(directory / name);
+    file.write(t.image.data(), t.image.size());
+    file.keep();
+  };
+  if (tables.rgb) write(*tables.rgb, "rgb.csc1");
+  if (tables.gray) write(*tables.gray, "gray.csc1");
+  write(tables.ink, starts_with(tables.ink, "1dlt") ? "ink.1dlt" : "ink.csc2");
+  write(tables.parameters, "levels.edpr");
+  write(tables.spread, "spread.edtb");
+}
+
+pipeline make_pipeline(const print_options& options, const print_tables& tables, std::uint32_t width,
+                       line_format source) {
+  const unsigned bits = options.precision == 16 ? 16 : 8;  // of samples on their way
+  pipeline road(width, source);
+  if (tables.rgb && source.samples == 1) road.append(make_gray_to_rgb(source));
+  if (tables.rgb) road.append(make_csc1(*tables.rgb, road.output(), bits));
+  if (tables.gray && road.output().samples == 3) road.append(make_csc1(*tables.gray, road.output(), bits));
+  road.append(make_csc2(tables.ink, road.output(), bits));
+
+  const ed_precision precision = options.precision == 16   ? ed_precision::samples16
+                                 : options.precision == 10 ? ed_precision::bits10
+                                                           : ed_precision::bits8;
+  road.finish(make_error_diffusion(tables.spread, tables.parameters, width, precision));
+  if (road.planes().size() != road.output().samples) {
+    throw user_error(tables.parameters.name + ": has levels for " + std::to_string(road.planes().size()) +
+                     " planes, expected " + std::to_string(road.output().samples));
+  }
+  return road;
+}
+
+}  // namespace vrk::tool

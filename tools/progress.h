@@ -1,0 +1,26 @@
+// A progress bar on standard error.
+#pragma once
+
+#include <chrono>
+
+namespace vrk::tool {
+
+// Shows itself on a terminal only, once the work has taken a second, and wipes itself out at the end.
+class progress {
+ public:
+  explicit progress(unsigned total);
+  ~progress();
+  progress(const progress&) = delete;
+  progress& operator=(const progress&) = delete;
+
+  void step();  // one more of `total` is done
+
+ private:
+  using clock = std::chrono::steady_clock;
+
+  unsigned total_, done_ = 0;
+  bool terminal_, shown_ = false;
+  clock::time_point next_;
+};
+
+}  // namespace vrk::tool
