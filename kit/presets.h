@@ -19,8 +19,8 @@ edpr_table ed_parameters(unsigned planes, unsigned levels, const modulation& mod
 edpr_table cell_parameters(unsigned planes, unsigned scale_x, unsigned scale_y, unsigned levels,
                            const modulation& modulation = no_modulation());
 
-// "dith" with evenly spread levels, the same for all planes. levels: 2 ... 256; matrix: of kit/threshold_matrices.h;
-// in16: for handles that read 16-bit samples.
+// "dith" with evenly spread levels, the same for all planes. levels: 2 ... 255; matrix: a name of
+// kit/threshold_matrices.h (a table with any other is refused); in16: for handles that read 16-bit samples.
 dither_table dither_parameters(unsigned planes, unsigned levels, std::string_view matrix = "blue-noise",
                                bool in16 = false);
 
