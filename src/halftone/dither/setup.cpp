@@ -26,7 +26,7 @@ std::span<u16> read_values(byte_view& image, u64& pos, u64 count, carver& block)
 
 // Level values whose last is not the top level say nothing about this input width: an even spread replaces them.
 void normalise_levels(std::span<u16> values, u32 top) {
-  if (values.back() == top) return;
+  if (values.empty() || values.back() == top) return;
   const u32 intervals = u32(values.size()) - 1;
   for (u32 i = 0; i < intervals; ++i) values[i] = u16(i * (top + 1) / intervals);
   values.back() = u16(top);
@@ -120,26 +120,31 @@ check dither_build(const dither_plan& plan, u32 line_width, byte_view& image, ca
   handle->plane_count = plan.plane_count;
   handle->line_width = line_width;
 
-  u64 pos = header_bytes;
-  const auto for_each_present = [&](auto build) {
-    for (u32 p = 0; p < plane_slots; ++p) {
-      if (plan.plane[p].present()) build(handle->plane[p], plan.plane[p]);
-    }
-  };
-  for_each_present([&](dither_plane& plane, const dither_plane_header& header) {
+  for (u32 p = 0; p < plane_slots; ++p) {
+    const dither_plane_header& header = plan.plane[p];
+    dither_plane& plane = handle->plane[p];
     plane.width = header.width;
     plane.height = header.height;
     plane.level_count = header.level_count;
-    const std::span<u16> values = read_values(image, pos, header.level_count, block);
+    plane.bits = header.bits;
+  }
+
+  const auto for_each_present = [&](auto build) {
+    for (dither_plane& plane : handle->plane) {
+      if (plane.level_count != 0) build(plane);
+    }
+  };
+  u64 pos = header_bytes;
+  for_each_present([&](dither_plane& plane) {
+    const std::span<u16> values = read_values(image, pos, plane.level_count, block);
     normalise_levels(values, dither_top_level(plan.flags));
     plane.level_values = values.data();
   });
-  for_each_present([&](dither_plane& plane, const dither_plane_header& header) {
-    plane.matrix = read_values(image, pos, header.cells(), block).data();
+  for_each_present([&](dither_plane& plane) {
+    plane.matrix = read_values(image, pos, u64{plane.width} * plane.height, block).data();
   });
-  for_each_present([&](dither_plane& plane, const auto&) { build_thresholds(plane, plan.flags, block); });
-  for_each_present([&](dither_plane& plane, const auto&) { build_level_lut(plane, plan.flags, block); });
-  for (u32 p = 0; p < plane_slots; ++p) handle->plane[p].bits = plan.plane[p].bits;
+  for_each_present([&](dither_plane& plane) { build_thresholds(plane, plan.flags, block); });
+  for_each_present([&](dither_plane& plane) { build_level_lut(plane, plan.flags, block); });
   dither_choose_packings(*handle);
   return block.ok() && image.ok() ? check::ok : check::malformed;
 }
