@@ -77,14 +77,38 @@ struct hills {
   rgb_color light, shade;
 };
 constexpr hills ranges[] = {
-    {0.43, 0.26, 2.1, 11.0, 0.52, 0.75, {0.62, 0.60, 0.62}, {0.27, 0.31, 0.42}},
-    {0.50, 0.15, 2.9, 47.0, 0.34, 0.00, {0.55, 0.56, 0.42}, {0.18, 0.26, 0.27}},
+    // nearest first
     {0.555, 0.10, 3.7, 83.0, 0.13, 0.00, {0.40, 0.50, 0.22}, {0.09, 0.18, 0.12}},
+    {0.50, 0.15, 2.9, 47.0, 0.34, 0.00, {0.55, 0.56, 0.42}, {0.18, 0.26, 0.27}},
+    {0.43, 0.26, 2.1, 11.0, 0.52, 0.75, {0.62, 0.60, 0.62}, {0.27, 0.31, 0.42}},
 };
 
+// Conifers along the far shore: every slot holds one tree, a triangle with ragged edges. True when the point lies on
+// one.
+bool conifer(double u, double v, rgb_color& c) {
+  const double slot = 55 * u;
+  bool hit = false;
+  for (int near = -1; near <= 1; ++near) {
+    const int tree = int(std::floor(slot)) + near;
+    const double middle = tree + 0.2 + 0.6 * hash(tree, 5),
+                 height = 0.035 + 0.05 * hash(tree, 9) * noise(0.2 * tree, 3);
+    const double below = v - (shore + 0.004 - height);
+    if (below < 0) continue;
+    const double reach = 14 * below * (0.75 + 0.6 * noise(130 * v, 1.7 * tree)) + 0.05, side = (slot - middle) / reach;
+    if (std::abs(side) > 1) continue;
+    const double light = std::clamp(0.35 + 0.4 * side, 0.0, 1.0) * fractal(40 * u, 90 * v, 3);
+    c = mix({0.04, 0.10, 0.08}, {0.23, 0.33, 0.13}, light * 1.6);
+    hit = true;
+  }
+  return hit;
+}
+
+// What stands farthest in front: a tree, a range of hills, or the sky.
 rgb_color land(double u, double v, double sun_u) {
-  rgb_color c = sky(u, v, sun_u);
+  rgb_color c{};
+  if (conifer(u, v, c)) return c;
   for (const hills& range : ranges) {
+    if (v < range.top - 1.05 * range.relief) continue;  // above the highest peak
     const double x = range.frequency * u + range.seed;
     const double crest = range.top - range.relief * (1.7 * std::abs(fractal(x, range.seed, 5) - 0.5) + 0.2);
     if (v < crest) continue;
@@ -93,22 +117,9 @@ rgb_color land(double u, double v, double sun_u) {
     rgb_color face = mix(range.shade, range.light, std::clamp(0.45 + 2.2 * slope, 0.0, 1.0));
     const double snow_line = range.snow * ramp(0.13, 0.04, depth + 0.16 * (rock - 0.5));
     face = mix(face, {0.95, 0.95, 0.98}, snow_line * std::clamp(0.72 + 2.0 * slope, 0.2, 1.0));
-    c = mix(face, {0.86, 0.80, 0.77}, std::clamp(range.haze + 0.5 * depth, 0.0, 0.9));
+    return mix(face, {0.86, 0.80, 0.77}, std::clamp(range.haze + 0.5 * depth, 0.0, 0.9));
   }
-  // Conifers along the far shore: every slot holds one tree, a triangle with ragged edges.
-  const double slot = 55 * u;
-  for (int near = -1; near <= 1; ++near) {
-    const int tree = int(std::floor(slot)) + near;
-    const double middle = tree + 0.2 + 0.6 * hash(tree, 5),
-                 height = 0.035 + 0.05 * hash(tree, 9) * noise(0.2 * tree, 3);
-    const double below = v - (shore + 0.004 - height);
-    const double reach = 14 * below * (0.75 + 0.6 * noise(130 * v, 1.7 * tree)) + 0.05;
-    if (below < 0 || std::abs(slot - middle) > reach) continue;
-    const double side = (slot - middle) / reach;
-    c = mix({0.04, 0.10, 0.08}, {0.23, 0.33, 0.13},
-            std::clamp(0.35 + 0.4 * side, 0.0, 1.0) * fractal(40 * u, 90 * v, 3) * 1.6);
-  }
-  return c;
+  return sky(u, v, sun_u);
 }
 
 // A striped balloon: the shaded sphere of the picture. True when the point lies on it.

@@ -69,7 +69,7 @@ void print_sample(const print_arguments& arguments) {
   // Millimetres of the page to pixels; the window shows the balloon of the page's photograph.
   const auto pixels = [&](double mm) { return unsigned(mm / 25.4 * arguments.dpi + 0.5); };
   const auto page = read_sample_page(pixels(210), pixels(297));
-  show(print_page(*page, arguments.options, arguments.directory, detail::place{pixels(47), pixels(58)}),
+  show(print_page(*page, arguments.options, arguments.directory, detail::place{pixels(54), pixels(50.5)}),
        arguments.directory);
 }
 
