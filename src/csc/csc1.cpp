@@ -1,11 +1,82 @@
+#include "csc/csc1.h"
+
+#include <cstring>
+
 #include "vrk.h"
+
+namespace vrk {
+namespace {
+
+constexpr grid_format csc1_formats[] = {{3, csc1_stored, {0, 1, 2}}};
+
+struct csc1_plan {
+  csc1_rule rule;
+  grid_plan grid;  // under rule `grid`
+  u32 flags;       // as adjusted
+  u32 size;        // of the handle in bytes
+};
+
+constexpr csc1_rule rule_of(u32 subtype) {
+  if (subtype == tag("thrh")) return csc1_rule::through;
+  if (subtype == tag("gray")) return csc1_rule::gray;
+  if (subtype == tag("blck")) return csc1_rule::black;
+  if (subtype == tag("sold")) return csc1_rule::solid;
+  return csc1_rule::grid;
+}
+
+check csc1_check_table(byte_view& image, u32 flags, csc1_plan& plan) {
+  const u32 magic = image.be32(0), subtype = image.be32(4);
+  if (magic != tag("csc1")) return check::wrong_magic;
+  if (!image.ok()) return check::malformed;
+  plan = {rule_of(subtype), {}, flags, csc1_record_bytes};
+  if (plan.rule != csc1_rule::grid) return check::ok;
+  if (subtype > version_001z) return check::too_new;
+  const check header = check_grid_header(image, csc1_formats, delta8, plan.grid);
+  if (header == check::ok) plan.size = size_or_0(csc1_grid_bytes(plan.grid.n, flags & flag_prec12));
+  return header;
+}
+
+check csc1_build(const csc1_plan& plan, byte_view& image, carver& block) {
+  csc1_handle* const h = block.record<csc1_handle>(csc1_record_bytes);
+  if (h == nullptr) return check::malformed;
+  h->flags = plan.flags;
+  if (plan.rule == csc1_rule::grid) {
+    const check built = build_grid(plan.grid, image, plan.flags, block, h->grid);
+    if (built != check::ok) return built;
+    build_white_output(h->grid, *plan.grid.format, plan.flags, h->white_out);
+  }
+  h->kernel = csc1_select_kernel(plan.rule, plan.flags, h->grid.bounded);
+  return check::ok;
+}
+
+}  // namespace
+}  // namespace vrk
+
+using namespace vrk;
 
 extern "C" {
 
-uint32_t VRK_CALL vrk_create_csc1(uint32_t, const void*, uint32_t, void*) { return 0; }
-uint32_t VRK_CALL vrk_query_csc1_hint(const void*) { return 0; }
-void VRK_CALL vrk_set_csc1_rgb(void*, uint32_t) {}
-uint32_t VRK_CALL vrk_xform_csc1(void*, const void*, const uint8_t*, uint32_t, void*) { return 0; }
+uint32_t VRK_CALL vrk_create_csc1(uint32_t table_size, const void* table, uint32_t flags, void* mem) {
+  byte_view image(table, table_size);
+  csc1_plan plan;
+  if (csc1_check_table(image, csc_adjust_flags(flags), plan) != check::ok) return 0;
+  if (mem == nullptr) return plan.size;
+  if (!is_aligned(mem)) return 0;
+  std::memset(mem, 0, plan.size);
+  carver block(mem, plan.size);
+  return csc1_build(plan, image, block) == check::ok ? plan.size : 0;
+}
+
+uint32_t VRK_CALL vrk_query_csc1_hint(const void* handle) { return static_cast<const csc1_handle*>(handle)->flags; }
+
+void VRK_CALL vrk_set_csc1_rgb(void* handle, uint32_t layout) { static_cast<csc1_handle*>(handle)->layout = layout; }
+
+uint32_t VRK_CALL vrk_xform_csc1(void* handle, const void* src, const uint8_t* mask, uint32_t pixel_count, void* dst) {
+  const csc1_handle& h = *static_cast<const csc1_handle*>(handle);
+  csc1_kernel_of(h)(h, static_cast<const u8*>(src), mask, pixel_count, static_cast<u8*>(dst));
+  return 1;
+}
+
 void VRK_CALL vrk_free_csc1(void*) {}
 
 }  // extern "C"

@@ -1,4 +1,4 @@
-// Pixel layouts of the RGB stages.
+// Pixel layouts and masks of the RGB stages.
 #pragma once
 
 #include "frame/types.h"
@@ -18,5 +18,10 @@ constexpr pixel_layout pixel_layouts[layout_count] = {
     {4, 2, 1, 0},  // B, G, R, pad
     {4, 1, 2, 3},  // pad, R, G, B
 };
+
+// A mask holds one bit a pixel, the first pixel in the most significant bit of a byte. A null mask masks nothing.
+inline bool is_masked(const u8* mask, u32 pixel) {
+  return mask != nullptr && (mask[pixel / 8] >> (7 - pixel % 8) & 1) != 0;
+}
 
 }  // namespace vrk

@@ -1,0 +1,109 @@
+#include "csc/grid.h"
+
+#include "csc/widths.h"
+
+namespace vrk {
+namespace {
+
+constexpr u64 header_bytes = 12;
+
+template <class sample>
+bool check_axis_increasing(std::span<const sample> axis) {
+  for (std::size_t i = 1; i < axis.size(); ++i) {
+    if (axis[i] <= axis[i - 1]) return false;
+  }
+  return true;
+}
+
+// Entry x: how many of the positions 1 ... N - 2 are not above x.
+template <class sample>
+void build_index_table(std::span<const sample> axis, std::span<u8> index) {
+  u8 cell = 0;
+  for (std::size_t level = 0; level < index.size(); ++level) {
+    if (cell + 2u < axis.size() && level == axis[cell + 1u]) ++cell;
+    index[level] = cell;
+  }
+}
+
+// Truncated quotients; integers, because no quotient comes near enough to the next whole number for doubles to differ.
+template <int work>
+void build_reciprocal_table(std::span<const sample_of<work>> axis, std::span<u32> recip) {
+  constexpr u32 one = work == 8 ? 1u << 16 : 1u << 22;
+  for (std::size_t i = 0; i < recip.size(); ++i) recip[i] = one / u32(axis[i + 1] - axis[i]);
+}
+
+// The largest fraction is that of full scale or of a last level in some cell; the latter never passes a whole cell.
+template <int work>
+bool is_bounded(std::span<const sample_of<work>> axis, std::span<const u32> recip) {
+  constexpr csc_widths widths{work, work, work};
+  const u32 last = axis[axis.size() - 2];
+  const u64 product = u64(widths.full() - last) * recip.back();
+  return axis[0] == 0 && product >> widths.frac_shift() < fraction_limit<work>;
+}
+
+template <int work>
+check build(const grid_plan& plan, byte_view& image, carver& block, color_grid& grid) {
+  using sample = sample_of<work>;
+  constexpr u32 levels = 1u << work;
+  const u64 n = plan.n, points = n * n * n;
+
+  std::span<sample> axis[3];
+  std::span<u8> index[3];
+  std::span<u32> recip[3];
+  for (auto& section : axis) section = block.section<sample>(n);
+  const std::span<sample> grid_samples = block.section<sample>(plan.format->stored * points);
+  for (auto& section : index) section = block.section<u8>(levels);
+  for (auto& section : recip) section = block.section<u32>(n - 1);
+  if (!block.ok() || !image.take(header_bytes, 3 * 2 * n)) return check::malformed;
+
+  grid.grid_points = plan.n;
+  grid.points = reinterpret_cast<u8*>(grid_samples.data());
+  grid.bounded = 1;
+  for (u32 a = 0; a < 3; ++a) {
+    const u8* const positions = image.at(header_bytes + a * 2 * n);
+    for (u32 i = 0; i < n; ++i) axis[a][i] = sample(load_be16(positions + 2 * i) >> (16 - work));
+    if (!check_axis_increasing<sample>(axis[a])) return check::wrong_magic;
+    build_index_table<sample>(axis[a], index[a]);
+    build_reciprocal_table<work>(axis[a], recip[a]);
+    if (!is_bounded<work>(axis[a], recip[a])) grid.bounded = 0;
+    grid.axes[a].axis = reinterpret_cast<u8*>(axis[a].data());
+    grid.axes[a].index = index[a].data();
+    grid.axes[a].recip = recip[a].data();
+  }
+  const bool decoded =
+      decode_grid(image, header_bytes + 6 * n, *plan.encoding, *plan.format, points, work == 12, grid.points.get());
+  return decoded ? check::ok : check::malformed;
+}
+
+}  // namespace
+
+check check_grid_header(byte_view& image, std::span<const grid_format> formats, u8 delta, grid_plan& plan) {
+  const u8 in_channels = image.byte(8), out_channels = image.byte(9), n = image.byte(10), code = image.byte(11);
+  if (image.size() <= header_bytes || in_channels != 3 || n < 2) return check::malformed;
+  plan = {n, nullptr, nullptr};
+  for (const grid_format& format : formats) {
+    if (format.channels == out_channels) plan.format = &format;
+  }
+  for (const grid_encoding& encoding : grid_encodings) {
+    if (encoding.code == code && (!encoding.delta || code == delta)) plan.encoding = &encoding;
+  }
+  return plan.format != nullptr && plan.encoding != nullptr ? check::ok : check::malformed;
+}
+
+check build_grid(const grid_plan& plan, byte_view& image, u32 flags, carver& block, color_grid& grid) {
+  return flags & flag_prec12 ? build<12>(plan, image, block, grid) : build<8>(plan, image, block, grid);
+}
+
+void build_white_output(const color_grid& grid, const grid_format& format, u32 flags, u16* white) {
+  const u64 n = grid.grid_points, last = (n * n * n - 1) * format.stored;
+  for (u32 c = 0; c < format.channels; ++c) {
+    if (flags & flag_prec12) {
+      const u16 value = load_sample<u16>(grid.points.get() + 2 * (last + c));
+      white[c] = flags & flag_out16 ? widen_12_to_16(value) : u16(value >> 4);
+    } else {
+      white[c] = grid.points[last + c];
+    }
+  }
+}
+
+}  // namespace vrk

@@ -1,0 +1,75 @@
+// The colour grid of both converters: three axes of uneven spacing with the tables that find a level's cell on them,
+// and the grid points.
+#pragma once
+
+#include "csc/decode.h"
+#include "csc/widths.h"
+#include "frame/byte_view.h"
+#include "frame/carver.h"
+#include "frame/ref.h"
+
+namespace vrk {
+
+// One input axis. A cell is the stretch between two neighbouring positions; levels beyond the last position belong to
+// the last cell.
+struct grid_axis {
+  ref<u8> axis;    // N positions of working precision, strictly increasing
+  ref<u8> index;   // cell number, 0 ... N - 2, of every input level
+  ref<u32> recip;  // N - 1 entries: 2^16 (8-bit) or 2^22 (12-bit precision) over the cell's width, truncated
+};
+
+// The part of a handle's record that both converters share.
+struct color_grid {
+  grid_axis axes[3];  // R, G, B
+  ref<u8> points;     // N * N * N points of working precision, B index fastest
+  u32 grid_points;    // N
+  u32 bounded;        // 1 when every level's fraction stays below `fraction_limit`
+};
+
+// One axis as a kernel works with it. Points hold `stored` samples.
+template <int work>
+struct grid_axis_view {
+  const u8* index;
+  const sample_of<work>* axis;
+  const u32* recip;
+  u32 stride;  // bytes from one grid point to the next along this axis
+
+  grid_axis_view(const color_grid& grid, u32 a, u32 stored)
+      : index(grid.axes[a].index.get()),
+        axis(reinterpret_cast<const sample_of<work>*>(grid.axes[a].axis.get())),
+        recip(grid.axes[a].recip.get()),
+        stride(stored * u32(sizeof(sample_of<work>))) {
+    for (; a < 2; ++a) stride *= grid.grid_points;
+  }
+};
+
+// What the fast kernels rely on (see lookup.h and lanes.h): no level lies below an axis' first position, and beyond the
+// last one fractions do not grow past what the lanes hold.
+template <int work>
+constexpr u32 fraction_limit = work == 8 ? 129 : 4096;
+
+// What a table's header says about its grid.
+struct grid_plan {
+  u32 n;                          // grid points per axis, 2 ... 255
+  const grid_encoding* encoding;  // how the points are stored
+  const grid_format* format;      // samples of a point, in the table and in the handle
+};
+
+// Bytes of the ten sections after the record, each with what its alignment can cost.
+constexpr u64 grid_section_bytes(u64 n, u64 stored_samples, bool prec12) {
+  const u64 s = prec12 ? 2 : 1, levels = prec12 ? 4096 : 256;
+  const u64 axes = 3 * s * n, points = stored_samples * s * n * n * n, index = 3 * levels, recip = 3 * 4 * (n - 1);
+  return axes + points + index + recip + 10 * section_slack;
+}
+
+// Reads the header from offset 8 on (channel counts, N, encoding). `formats` are the channel counts that this kind of
+// table may have, `delta` is the code of its delta encoding.
+check check_grid_header(byte_view& image, std::span<const grid_format> formats, u8 delta, grid_plan& plan);
+
+// Takes the ten sections and fills them from the table's body, which begins at offset 12. `flags` as adjusted.
+check build_grid(const grid_plan& plan, byte_view& image, u32 flags, carver& block, color_grid& grid);
+
+// The output for full scale in all three samples: the highest grid point, at output width.
+void build_white_output(const color_grid& grid, const grid_format& format, u32 flags, u16* white);
+
+}  // namespace vrk

@@ -1,0 +1,144 @@
+// Pixels on their way through a kernel: read as R, G, B, written as up to six samples.
+#pragma once
+
+#include "csc/widths.h"
+#include "frame/pixel_layout.h"
+
+namespace vrk {
+
+// An input pixel as it was read. `key` tells pixels apart in one comparison; no pixel has the key `no_pixel`.
+template <csc_widths W>
+struct rgb_pixel {
+  using key_type = std::conditional_t<W.in == 8, u32, u64>;
+  static constexpr key_type no_pixel = ~key_type{0};
+
+  u32 r, g, b;
+
+  key_type key() const { return r | key_type(g) << W.in | key_type(b) << 2 * W.in; }
+
+  // Full scale at working precision in all three; 16-bit samples lose their low four bits on the way there.
+  bool is_white() const { return (r & g & b) >= (W.in == 8 ? 0xFF : 0xFFF0); }
+};
+
+// Where the samples of a layout's pixels lie, in bytes. In all layouts G stands between R and B. A layout word above 3
+// counts as 0.
+template <int bits>
+struct sample_places {
+  u32 g;             // from the pixel's start
+  std::ptrdiff_t b;  // from G; R lies as far on the other side
+  u32 pixel;         // from one pixel to the next
+
+  explicit sample_places(u32 layout) {
+    const pixel_layout& l = pixel_layouts[layout < layout_count ? layout : 0];
+    constexpr u32 s = bits / 8;
+    g = l.g * s, b = (std::ptrdiff_t(l.b) - l.g) * s, pixel = l.samples * s;
+  }
+};
+
+// Three samples a pixel, placed by the layout.
+template <csc_widths W>
+class rgb_reader {
+ public:
+  static constexpr bool gray = false;
+
+  explicit rgb_reader(u32 layout) : at_(layout) {}
+
+  u32 bytes() const { return at_.pixel; }
+  rgb_pixel<W> operator()(const u8* src) const {
+    using sample = sample_of<W.in>;
+    const u8* const g = src + at_.g;
+    return {load_sample<sample>(g - at_.b), load_sample<sample>(g), load_sample<sample>(g + at_.b)};
+  }
+
+ private:
+  sample_places<W.in> at_;
+};
+
+// One sample a pixel, which stands for all three.
+template <csc_widths W>
+class gray_reader {
+ public:
+  static constexpr bool gray = true;
+
+  explicit gray_reader(u32) {}
+
+  u32 bytes() const { return W.in / 8; }
+  rgb_pixel<W> operator()(const u8* src) const {
+    const u32 v = load_sample<sample_of<W.in>>(src);
+    return {v, v, v};
+  }
+};
+
+// An output pixel: `count` samples of `bits` bits, the first in the lowest bits of `low`, the fifth and sixth 16-bit
+// sample in `high`. Bits behind the last sample mean nothing.
+template <int bits, u32 count>
+struct out_pixel {
+  u64 low;
+  u32 high;
+
+  static out_pixel of(const u16* samples) {
+    out_pixel pixel{};
+    for (u32 i = 0; i < count; ++i) pixel.set(i, sample_of<bits>(samples[i]));
+    return pixel;
+  }
+
+  sample_of<bits> sample(u32 i) const {
+    return sample_of<bits>(i < 64 / bits ? low >> bits * i : high >> bits * (i - 64 / bits));
+  }
+
+  void set(u32 i, sample_of<bits> v) {
+    if (i < 64 / bits) {
+      low |= u64(v) << bits * i;
+    } else {
+      high |= u32(v) << bits * (i - 64 / bits);
+    }
+  }
+};
+
+// Places the first three samples as the layout tells; a fourth one of the pixel is left as it is.
+template <int bits>
+class rgb_writer {
+ public:
+  explicit rgb_writer(u32 layout) : at_(layout) {}
+
+  u32 bytes() const { return at_.pixel; }
+  void operator()(u8* dst, const out_pixel<bits, 4>& out) const {
+    put(dst, out.sample(0), out.sample(1), out.sample(2));
+  }
+  void put(u8* dst, sample_of<bits> r, sample_of<bits> g, sample_of<bits> b) const {
+    u8* const at = dst + at_.g;
+    store_sample(at - at_.b, r);
+    store_sample(at, g);
+    store_sample(at + at_.b, b);
+  }
+
+ private:
+  sample_places<bits> at_;
+};
+
+// All samples, back to back.
+template <int bits, u32 count>
+class plane_writer {
+ public:
+  explicit plane_writer(u32) {}
+
+  static constexpr u32 bytes() { return count * bits / 8; }
+  void operator()(u8* dst, const out_pixel<bits, count>& out) const {
+    static_assert(bytes() == 4 || bytes() == 6 || bytes() == 8 || bytes() == 12);
+    if constexpr (bytes() < 8) store_sample(dst, u32(out.low));
+    if constexpr (bytes() == 6) store_sample(dst + 4, u16(out.low >> 32));
+    if constexpr (bytes() >= 8) store_sample(dst, out.low);
+    if constexpr (bytes() == 12) store_sample(dst + 8, out.high);
+  }
+};
+
+// Which pixels of a run are left out.
+struct no_mask {
+  static constexpr bool covers(u32) { return false; }
+};
+struct bit_mask {
+  const u8* bits;
+  bool covers(u32 pixel) const { return is_masked(bits, pixel); }
+};
+
+}  // namespace vrk
