@@ -1,76 +1,120 @@
-// Ordered dither: a scanline of a photograph's ink planes by bit mix and input width. Items are pixels of all planes.
-#include <benchmark/benchmark.h>
+// Ordered dither: every mix of bits that has a kernel of its own and some that have none, and the ordered dither of
+// Gutenprint on the same planes.
+#include <utility>
 
-#include <array>
-#include <vector>
-
+#include "bench/inks.h"
 #include "kit/dither_table.h"
 #include "kit/level_sets.h"
-#include "kit/photograph.h"
 #include "kit/planes.h"
 #include "kit/threshold_matrices.h"
 #include "vrk.h"
+#ifdef VRK_BENCH_GUTENPRINT
+#include <gutenprint/gutenprint.h>
 
+#include <gutenprint/dither.h>
+#endif
+
+namespace vrk::bench {
 namespace {
 
-constexpr std::uint32_t width = 4800;
+struct mix {
+  const char* name;
+  unsigned planes, colour_bits, k_bits;
+};
+constexpr mix mixes[] = {{"1ch-k1", 1, 0, 1},   {"1ch-k2", 1, 0, 2},   {"1ch-k4", 1, 0, 4},   {"1ch-k8", 1, 0, 8},
+                         {"4ch-k1c1", 4, 1, 1}, {"4ch-k1c2", 4, 2, 1}, {"4ch-k2c2", 4, 2, 2}, {"4ch-k1c4", 4, 4, 1},
+                         {"4ch-k2c4", 4, 4, 2}, {"4ch-k4c4", 4, 4, 4}, {"4ch-k8c8", 4, 8, 8}, {"6ch-k1c1", 6, 1, 1},
+                         {"6ch-k2c2", 6, 2, 2}, {"6ch-k4c4", 6, 4, 4}};
 
-vrk::kit::bytes dither_table(unsigned planes, unsigned colour_bits, unsigned k_bits, bool in16, const char* matrices) {
-  const auto matrix = vrk::kit::plane_matrices(matrices);
-  std::array<vrk::kit::dither_plane, 6> record{};
-  for (unsigned p = 0; p < planes; ++p) {
-    vrk::kit::dither_plane& plane = record[p];
-    plane.bits = p == 0 ? k_bits : colour_bits;
-    plane.width = matrix[p].width;
-    plane.height = matrix[p].height;
-    plane.matrix = matrix[p].ranks;
-    plane.level_values = vrk::kit::even_levels(std::min(1u << plane.bits, 255u), in16 ? 1023 : 255);
+kit::bytes table_of(const mix& m, bool in16, const char* matrix_name) {
+  const kit::matrix_set matrices = kit::plane_matrices(matrix_name);
+  std::array<kit::dither_plane, 6> record{};
+  for (unsigned p = 0; p < m.planes; ++p) {
+    const unsigned bits = p == 0 ? m.k_bits : m.colour_bits;
+    record[p] = {matrices[p].width,
+                 matrices[p].height,
+                 {},
+                 bits,
+                 kit::even_levels(std::min(1u << bits, 255u), in16 ? 1023 : 255),
+                 matrices[p].ranks};
   }
-  vrk::kit::dither_table table;
-  table.planes = vrk::kit::in_table_order(record);
+  kit::dither_table table;
+  table.planes = kit::in_table_order(record);
   return table.encode();
 }
 
-// Bytes of a picture, as samples of any plane.
-std::vector<std::uint16_t> content(bool in16) {
-  const vrk::kit::bytes picture = vrk::kit::photograph(width, 2);
-  std::vector<std::uint16_t> src(width * 6);
-  for (std::size_t i = 0; i < src.size(); ++i) {
-    src[i] = in16 ? std::uint16_t(picture[i] * 257) : std::uint16_t(picture[2 * i % picture.size()] << 8 | picture[i]);
+void dither(benchmark::State& state, const picture& p, const mix& m, unsigned bits, const char* matrix_name) {
+  const kit::bytes table = table_of(m, bits == 16, matrix_name), src = ink_bytes(p, m.planes, bits);
+  const auto create = [&](void* mem) {
+    return vrk_create_dither(p.width, std::uint32_t(table.size()), table.data(), bits == 16 ? VRK_IN16 : 0, mem);
+  };
+  std::vector<std::uint8_t> handle(create(nullptr));
+  if (create(handle.data()) == 0) return state.SkipWithError("table refused");
+  std::array<std::vector<std::uint8_t>, 6> lines;
+  std::array<std::uint8_t*, 6> out{};
+  for (unsigned r = 0; r < m.planes; ++r) {
+    lines[r].resize(p.width);
+    out[r] = lines[r].data();
   }
-  return src;
-}
-
-void dither(benchmark::State& state, unsigned planes, unsigned colour_bits, unsigned k_bits, std::uint32_t flags,
-            const char* matrices) {
-  const auto table = dither_table(planes, colour_bits, k_bits, (flags & VRK_IN16) != 0, matrices);
-  const auto size = std::uint32_t(table.size());
-  std::vector<std::uint32_t> handle(vrk_create_dither(width, size, table.data(), flags, nullptr) / 4 + 1);
-  if (vrk_create_dither(width, size, table.data(), flags, handle.data()) == 0) return state.SkipWithError("refused");
-  const auto src = content((flags & VRK_IN16) != 0);
-  std::array<std::vector<std::uint8_t>, 6> out;
-  for (auto& line : out) line.resize(width);
-  vrk_start_dither_block(handle.data(), width, 0, 0);
+  const std::size_t line_bytes = src.size() / p.height;
   for (auto _ : state) {
-    vrk_exec_dither(handle.data(), src.data(), out[0].data(), out[1].data(), out[2].data(), out[3].data(),
-                    out[4].data(), out[5].data());
+    vrk_start_dither_block(handle.data(), p.width, 0, 0);
+    for (unsigned y = 0; y < p.height; ++y) vrk_exec_ditherx(handle.data(), &src[y * line_bytes], out.data());
     benchmark::ClobberMemory();
   }
-  state.SetItemsProcessed(state.iterations() * width);
+  count_pixels(state, p.pixels());
 }
 
-BENCHMARK_CAPTURE(dither, planes1_bits1, 1, 1, 1, 0, "bayer16");
-BENCHMARK_CAPTURE(dither, planes1_bits8, 1, 8, 8, 0, "bayer16");
-BENCHMARK_CAPTURE(dither, planes4_bits1, 4, 1, 1, 0, "bayer16");
-BENCHMARK_CAPTURE(dither, planes4_bits1_in16, 4, 1, 1, VRK_IN16, "bayer16");
-BENCHMARK_CAPTURE(dither, planes4_bits1_screens, 4, 1, 1, 0, "screens");
-BENCHMARK_CAPTURE(dither, planes4_bits1_4x4, 4, 1, 1, 0, "bayer4");
-BENCHMARK_CAPTURE(dither, planes4_bits1_blue_noise, 4, 1, 1, 0, "blue-noise");
-BENCHMARK_CAPTURE(dither, planes4_bits2, 4, 2, 2, 0, "bayer16");
-BENCHMARK_CAPTURE(dither, planes4_bits2_in16, 4, 2, 2, VRK_IN16, "bayer16");
-BENCHMARK_CAPTURE(dither, planes4_bits4_k1, 4, 4, 1, 0, "bayer16");
-BENCHMARK_CAPTURE(dither, planes4_bits4, 4, 4, 4, 0, "bayer16");
-BENCHMARK_CAPTURE(dither, planes6_bits1, 6, 1, 1, 0, "bayer16");
-BENCHMARK_CAPTURE(dither, planes6_bits4, 6, 4, 4, VRK_IN16, "bayer16");
+#ifdef VRK_BENCH_GUTENPRINT
+// Its "Ordered" algorithm with its standard matrix, four planes of one bit. Input is 16-bit.
+void gutenprint_ordered(benchmark::State& state, const picture& p) {
+  static int width;
+  width = int(p.width);
+  stp_init();
+  stp_vars_t* const vars = stp_vars_create();
+  stp_set_string_parameter(vars, "DitherAlgorithm", "Ordered");
+  stp_image_t image{};
+  image.width = [](stp_image_t*) { return width; };
+  stp_dither_init(vars, &image, width, 600, 600);
+  std::array<std::vector<std::uint8_t>, 4> lines;
+  const double one_dot = 1;
+  for (unsigned r = 0; r < lines.size(); ++r) {
+    lines[r].resize(p.width);
+    stp_dither_add_channel(vars, lines[r].data(), r, 0);
+    stp_dither_set_inks_simple(vars, int(r), 1, &one_dot, 1, 1);
+  }
+  const std::vector<std::uint16_t> src = ink_samples(p, 4);
+  for (auto _ : state) {
+    for (unsigned y = 0; y < p.height; ++y) {
+      stp_dither_internal(vars, int(y), &src[std::size_t(y) * p.width * 4], 0, 0, nullptr);
+    }
+    benchmark::ClobberMemory();
+  }
+  stp_vars_destroy(vars);
+  count_pixels(state, p.pixels());
+}
+#endif
+
+const bool registered = [] {
+  for (const picture* const p : {&photographic(), &uniform_random()}) {
+    const std::string peer = std::string("gutenprint/ordered/4ch/") + p->name;
+#ifdef VRK_BENCH_GUTENPRINT
+    benchmark::RegisterBenchmark(peer.c_str(), gutenprint_ordered, *p);
+#endif
+    for (const mix& m : mixes) {
+      for (const unsigned bits : {8u, 16u}) {
+        const std::string name = std::string(bits == 8 ? "dither/8/" : "dither/16/") + m.name + "/" + p->name;
+        benchmark::RegisterBenchmark(name.c_str(), dither, *p, m, bits, "bayer16");
+        if (m.planes == 4) compare(name, peer, m.colour_bits == 1 ? 2 : 1);
+      }
+    }
+    for (const char* const matrix : {"bayer4", "screens", "blue-noise"}) {
+      const std::string name = std::string("dither/8/4ch-k1c1-") + matrix + "/" + p->name;
+      benchmark::RegisterBenchmark(name.c_str(), dither, *p, mixes[4], 8u, matrix);
+    }
+  }
+  return true;
+}();
 
 }  // namespace
+}  // namespace vrk::bench
