@@ -71,6 +71,7 @@ table read_table(const std::string& path) {
   table read{path, {}};
   if (file) read.image.assign(std::istreambuf_iterator<char>(file), {});
   if (!file) throw user_error(path + ": " + std::strerror(errno));
+  if (read.image.empty()) throw user_error(path + ": is empty");
   return read;
 }
 

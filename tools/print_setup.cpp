@@ -47,6 +47,13 @@ void place(table found, print_tables& tables) {
   }
 }
 
+// None for a table that the second converter will refuse.
+std::optional<unsigned> inks_made_by(const table& ink) {
+  if (starts_with(ink, "1dlt")) return 1;
+  if (starts_with(ink, "csc2") && ink.size() > 9 && (ink.image[9] == 4 || ink.image[9] == 6)) return ink.image[9];
+  return {};
+}
+
 bool leaves_one_sample(const table& csc1) {
   return csc1.image.size() >= 8 && (std::equal(csc1.image.begin() + 4, csc1.image.begin() + 8, "gray") ||
                                     std::equal(csc1.image.begin() + 4, csc1.image.begin() + 8, "blck"));
@@ -64,7 +71,7 @@ print_tables choose_tables(const print_options& options) {
 
   tables.inks = options.inks.value_or(4);
   if (!tables.ink.image.empty()) {
-    const unsigned made = starts_with(tables.ink, "1dlt") ? 1 : tables.ink.image.size() > 9 ? tables.ink.image[9] : 4;
+    const unsigned made = inks_made_by(tables.ink).value_or(tables.inks);
     if (options.inks && *options.inks != made) {
       throw user_error(tables.ink.name + ": makes " + std::to_string(made) + " inks, expected " +
                        std::to_string(*options.inks) + " by --inks");

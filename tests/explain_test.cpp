@@ -1,0 +1,105 @@
+// What the kit says about refused tables: as often as the library refuses one, and never of a good one.
+#include <gtest/gtest.h>
+#include <vrk.h>
+
+#include <functional>
+
+#include "kit/color_table.h"
+#include "kit/curve_image.h"
+#include "kit/explain.h"
+#include "kit/presets.h"
+
+namespace {
+
+using vrk::kit::bytes;
+
+struct kind {
+  const char* name;
+  bytes good;
+  unsigned header;  // bytes at the front that are tried with other values
+  std::function<std::uint32_t(const bytes&, void* mem)> create;
+  std::function<std::string(const bytes&)> explain;
+};
+
+std::uint32_t size_of(const bytes& image) { return std::uint32_t(image.size()); }
+
+bytes grid(unsigned channels, vrk::kit::grid_encoding encoding) {
+  vrk::kit::color_table table;
+  table.encoding = encoding;
+  table.grid = {3, channels, std::vector<std::uint16_t>(27 * channels, 0x8000)};
+  return table.encode();
+}
+
+std::vector<kind> kinds() {
+  using vrk::kit::grid_encoding;
+  const bytes spread = vrk::kit::ed_distribution().encode();
+  const bytes levels = vrk::kit::ed_parameters(4, 4).encode();
+  vrk::kit::curve_image curve;
+  curve.curves.resize(1);
+
+  std::vector<kind> all;
+  for (const std::uint32_t flags : {0u, VRK_PREC12}) {
+    const auto csc1 = [flags](const bytes& image, void* mem) {
+      return vrk_create_csc1(size_of(image), image.data(), flags, mem);
+    };
+    const auto csc2 = [flags](const bytes& image, void* mem) {
+      return vrk_create_csc2(size_of(image), image.data(), 3, flags, mem);
+    };
+    const auto why1 = [flags](const bytes& image) { return vrk::kit::why_refused_csc1(image, flags != 0); };
+    const auto why2 = [flags](const bytes& image) { return vrk::kit::why_refused_csc2(image, 3, flags != 0); };
+    all.push_back({"csc1 raw16", grid(3, grid_encoding::raw16), 30, csc1, why1});
+    all.push_back({"csc1 packed12", grid(3, grid_encoding::packed12), 30, csc1, why1});
+    all.push_back({"csc1 packed10", grid(3, grid_encoding::packed10), 30, csc1, why1});
+    all.push_back({"csc1 subtype", vrk::kit::subtype_table("gray"), 4, csc1, why1});
+    all.push_back({"csc2 raw8", grid(4, grid_encoding::raw8), 30, csc2, why2});
+    all.push_back({"csc2 packed10", grid(6, grid_encoding::packed10), 30, csc2, why2});
+    all.push_back({"csc2 packed12", grid(6, grid_encoding::packed12), 30, csc2, why2});
+  }
+  all.push_back({"1dlt", curve.encode(), 12,
+                 [](const bytes& image, void* mem) { return vrk_create_csc2(size_of(image), image.data(), 1, 0, mem); },
+                 [](const bytes& image) { return vrk::kit::why_refused_csc2(image, 1, false); }});
+  all.push_back({"edpr", levels, 24,
+                 [=](const bytes& image, void* mem) {
+                   return vrk_create_ed(20, size_of(spread), spread.data(), size_of(image), image.data(), 0, mem);
+                 },
+                 vrk::kit::why_refused_edpr});
+  all.push_back({"edtb", spread, 12,
+                 [=](const bytes& image, void* mem) {
+                   return vrk_create_ed(20, size_of(image), image.data(), size_of(levels), levels.data(), 0, mem);
+                 },
+                 vrk::kit::why_refused_edtb});
+  return all;
+}
+
+bool refused(const kind& k, const bytes& image) {
+  const std::uint32_t size = k.create(image, nullptr);
+  if (size == 0) return true;
+  std::vector<std::uint32_t> memory(size / 4 + 1);
+  return k.create(image, memory.data()) == 0;
+}
+
+TEST(explain, finds_a_reason_exactly_when_the_library_refuses) {
+  for (const kind& k : kinds()) {
+    ASSERT_FALSE(refused(k, k.good)) << k.name;
+    ASSERT_EQ(k.explain(k.good), "") << k.name;
+    for (unsigned at = 0; at < k.header; ++at) {
+      for (const unsigned value :
+           {0, 1, 2, 3, 4, 5, 6, 7, 8, 16, 17, 32, int('0'), int('1'), int('2'), int('z'), int('{'), 128, 255}) {
+        if (at == 10 && value > 'z') continue;  // a grid of so many points is only large
+        bytes image = k.good;
+        image[at] = std::uint8_t(value);
+        const std::string why = k.explain(image);
+        // A delta stream cannot be judged by its length; this one was made from another encoding.
+        if (at == 11 && k.name[0] == 'c' && (value == 6 || value == 7)) continue;
+        ASSERT_EQ(refused(k, image), !why.empty()) << k.name << ", byte " << at << " = " << value << ": " << why;
+      }
+    }
+    for (std::size_t length = 0; length < k.good.size(); length += 1 + length / 64) {
+      const bytes image(k.good.begin(), k.good.begin() + std::ptrdiff_t(length));
+      const std::string why = k.explain(image);
+      ASSERT_EQ(refused(k, image), !why.empty()) << k.name << " cut to " << length << " bytes: " << why;
+    }
+  }
+}
+
+}  // namespace
