@@ -177,7 +177,7 @@ std::array<std::vector<std::uint16_t>, 6> ed_level_values(const bytes& edpr) {
   byte_view view(edpr.data(), edpr.size());
   std::array<std::vector<std::uint16_t>, 6> listed{};  // table order
   u64 at = is_extended(view) ? 40 : 24;
-  for (u64 p = 0; p < 6; ++p) {
+  for (std::size_t p = 0; p < 6; ++p) {
     for (u32 n = view.byte(8 + p); n != 0; --n, at += 2) listed[p].push_back(view.be16(at));
   }
   std::array<std::vector<std::uint16_t>, 6> values{};

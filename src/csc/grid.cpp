@@ -95,7 +95,7 @@ check build_grid(const grid_plan& plan, byte_view& image, u32 flags, carver& blo
 }
 
 void build_white_output(const color_grid& grid, const grid_format& format, u32 flags, u16* white) {
-  const u64 n = grid.grid_points, last = (n * n * n - 1) * format.stored;
+  const u32 n = grid.grid_points, last = (n * n * n - 1) * format.stored;
   for (u32 c = 0; c < format.channels; ++c) {
     if (flags & flag_prec12) {
       const u16 value = load_sample<u16>(grid.points.get() + 2 * (last + c));
