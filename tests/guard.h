@@ -2,8 +2,12 @@
 // address with guard bytes on both sides.
 #pragma once
 
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <sys/mman.h>
 #include <unistd.h>
+#endif
 
 #include <algorithm>
 #include <cstddef>
@@ -15,31 +19,57 @@
 
 namespace vrk::test {
 
+// Whole pages of memory, the last of which nobody may touch.
+class guarded_pages {
+ public:
+  explicit guarded_pages(std::size_t usable) {
+    usable_ = (usable + page - 1) / page * page;
+#ifdef _WIN32
+    DWORD before;
+    base_ = VirtualAlloc(nullptr, usable_ + page, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
+    if (base_ == nullptr) throw std::runtime_error("VirtualAlloc failed");
+    VirtualProtect(guard(), page, PAGE_NOACCESS, &before);
+#else
+    base_ = mmap(nullptr, usable_ + page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (base_ == MAP_FAILED) throw std::runtime_error("mmap failed");
+    mprotect(guard(), page, PROT_NONE);
+#endif
+  }
+  ~guarded_pages() {
+#ifdef _WIN32
+    VirtualFree(base_, 0, MEM_RELEASE);
+#else
+    munmap(base_, usable_ + page);
+#endif
+  }
+  guarded_pages(const guarded_pages&) = delete;
+  guarded_pages& operator=(const guarded_pages&) = delete;
+
+  std::uint8_t* guard() const { return static_cast<std::uint8_t*>(base_) + usable_; }
+
+ private:
+  static constexpr std::size_t page = 65536;  // a multiple of the page of every machine
+
+  std::size_t usable_;
+  void* base_;
+};
+
 // A copy of some bytes whose end is the start of a page that nobody may touch: one byte read too far ends the program.
 // `end()` is a pointer that may not be followed at all.
 class guarded_copy {
  public:
-  explicit guarded_copy(std::span<const std::uint8_t> bytes) : size_(bytes.size()) {
-    const std::size_t page = std::size_t(sysconf(_SC_PAGESIZE));
-    const std::size_t readable = (size_ + page - 1) / page * page;
-    mapped_ = readable + page;
-    base_ = mmap(nullptr, mapped_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (base_ == MAP_FAILED) throw std::runtime_error("mmap failed");
-    data_ = static_cast<std::uint8_t*>(base_) + readable - size_;
+  explicit guarded_copy(std::span<const std::uint8_t> bytes)
+      : size_(bytes.size()), pages_(size_), data_(pages_.guard() - size_) {
     if (size_ != 0) std::memcpy(data_, bytes.data(), size_);
-    mprotect(static_cast<std::uint8_t*>(base_) + readable, page, PROT_NONE);
   }
-  ~guarded_copy() { munmap(base_, mapped_); }
-  guarded_copy(const guarded_copy&) = delete;
-  guarded_copy& operator=(const guarded_copy&) = delete;
 
   std::uint8_t* data() { return data_; }
   std::uint8_t* end() { return data_ + size_; }
   std::uint32_t size() const { return std::uint32_t(size_); }
 
  private:
-  std::size_t size_, mapped_;
-  void* base_;
+  std::size_t size_;
+  guarded_pages pages_;
   std::uint8_t* data_;
 };
 
