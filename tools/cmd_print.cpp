@@ -106,12 +106,4 @@ void add_demo_command(CLI::App& app) {
   command->callback([arguments] { print_sample(*arguments); });
 }
 
-void add_tables_command(CLI::App& app) {
-  const auto arguments = std::make_shared<print_arguments>();
-  CLI::App* const command = app.add_subcommand("tables", "Writes the kit's tables, as `print` would use them");
-  add_output(*command, *arguments);
-  add_table_options(*command, arguments->options);
-  command->callback([arguments] { write_tables(choose_tables(arguments->options), arguments->directory); });
-}
-
 }  // namespace vrk::tool

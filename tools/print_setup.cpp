@@ -7,7 +7,6 @@
 #include "kit/ink_model.h"
 #include "kit/presets.h"
 #include "tools/blob.h"
-#include "tools/output_file.h"
 #include "tools/user_error.h"
 
 namespace vrk::tool {
@@ -94,20 +93,6 @@ print_tables choose_tables(const print_options& options) {
   }
   if (tables.spread.image.empty()) tables.spread = {"the kit's filter", kit::ed_distribution(options.filter).encode()};
   return tables;
-}
-
-void write_tables(const print_tables& tables, const std::filesystem::path& directory) {
-  std::filesystem::create_directories(directory);
-  const auto write = [&](const table& t, const char* name) {
-    output_file file(directory / name);
-    file.write(t.image.data(), t.image.size());
-    file.keep();
-  };
-  if (tables.rgb) write(*tables.rgb, "rgb.csc1");
-  if (tables.gray) write(*tables.gray, "gray.csc1");
-  write(tables.ink, starts_with(tables.ink, "1dlt") ? "ink.1dlt" : "ink.csc2");
-  write(tables.parameters, "levels.edpr");
-  write(tables.spread, "spread.edtb");
 }
 
 pipeline make_pipeline(const print_options& options, const print_tables& tables, std::uint32_t width,

@@ -1,7 +1,6 @@
 // What a print is made with: options of the command line, the tables that follow from them, and the pipeline.
 #pragma once
 
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -32,9 +31,6 @@ struct print_tables {
 
 // Throws user_error when a file cannot be read or does not go with the other options.
 print_tables choose_tables(const print_options& options);
-
-// Writes them as DIR/rgb.csc1, gray.csc1, ink.csc2 (ink.1dlt), levels.edpr, spread.edtb.
-void write_tables(const print_tables& tables, const std::filesystem::path& directory);
 
 // Throws user_error when a table is refused; the sentence names the table and what is wrong with it.
 pipeline make_pipeline(const print_options& options, const print_tables& tables, std::uint32_t width,
