@@ -18,6 +18,6 @@ modulation no_modulation();
 
 // Blue noise, other pixels for every plane: breaks up the worms of a filter and keeps planes of equal tone from putting
 // their dots on the same pixels. amplitude: 0 ... 127, on the 10-bit scale.
-modulation fine_noise(int amplitude = 64);
+modulation fine_noise(int amplitude = 127);
 
 }  // namespace vrk::kit
