@@ -51,7 +51,7 @@ void diffuse_line(const ed_handle& h, const u8* src) {
   const u8* const level_lut = h.level_lut.get();
   const spread_index* const index = h.index.get() - first_error;
   const u32* const spread = h.spread.get();
-  const u32 unchecked_values = h.unchecked_values;
+  const std::size_t unchecked_values = h.unchecked_values;
   const u16* level_values[planes];
   u8* level_line[planes];
   pending_errors pending[planes];
@@ -65,23 +65,23 @@ void diffuse_line(const ed_handle& h, const u8* src) {
     pending_errors& own = pending[p];
     u32 sum = u32(here[at * offset(planes) + p]) + (own.ahead >> 16);
     if constexpr (W.carries()) sum += own.carry_of_next();
-    const i32 error = i16(sum);
+    const offset error = i16(sum);
     own.ahead <<= 16;
     u32 two_back = own.below >> 16;
     own.below <<= 16;
     own.carry <<= 8;
     u8 level = 0;
     if (sample != 0 || error != 0) {
-      const i32 value = W.widen(sample) + error;
-      const u32 entry = u32(value - modulation[p] + W.range());
+      const offset value = W.widen(sample) + error;
+      const std::size_t entry = std::size_t(error + (W.widen(sample) - modulation[p] + W.range()));
       const u8* const lut = level_lut + p * 3 * W.range();
-      i32 rest;
+      offset rest;
       if (entry < unchecked_values) [[likely]] {
         level = lut[entry];
         rest = value - level_values[p][level];
       } else {
-        level = lut[std::clamp(i32(entry), 0, 3 * W.range() - 1)];
-        rest = std::clamp(value - level_values[p][level], -1024, 1023);
+        level = lut[std::clamp<offset>(offset(entry), 0, 3 * W.range() - 1)];
+        rest = std::clamp<offset>(value - level_values[p][level], -1024, 1023);
       }
       const spread_index& of_rest = index[rest];
       const u32* const row = spread + of_rest.row;
