@@ -4,21 +4,39 @@
 
 namespace vrk {
 
+namespace {
+
+// What each level is written as for every residue of the drawn value. The choices are 2, 3 or 4, so 12 serves them all.
+struct random_codes {
+  static constexpr u32 choices = 12;
+  u8 code[6][choices];
+
+  template <std::size_t n>
+  explicit constexpr random_codes(const u8 (&of_level_1)[n]) : code{} {
+    for (u32 level = 0; level < 6; ++level) {
+      for (u32 i = 0; i < choices; ++i) {
+        code[level][i] = level == 1 ? of_level_1[i % n] : level == 2 && i % 2 != 0 ? u8{8} : u8(level);
+      }
+    }
+  }
+};
+constexpr random_codes of_five_levels({1, 5, 6, 7}), of_six_levels({1, 6, 7});
+
+}  // namespace
+
 void to_three_level_codes(u8* levels, u32 count) {
   for (u32 i = 0; i < count; ++i) levels[i] = u8(levels[i] + (levels[i] != 0));
 }
 
 void to_random_codes(u8* levels, u32 count, u32 level_count) {
   if (level_count != 5 && level_count != 6) return;
-  static constexpr u8 of_five[] = {1, 5, 6, 7}, of_six[] = {1, 6, 7};
+  const random_codes& codes = level_count == 5 ? of_five_levels : of_six_levels;
   u32 state = random_state();
   for (u32 i = 0; i < count; ++i) {
-    if (levels[i] == 1) {
-      const u32 drawn = draw_random(state);
-      levels[i] = level_count == 5 ? of_five[drawn % 4] : of_six[drawn % 3];
-    } else if (levels[i] == 2 && draw_random(state) % 2 != 0) {
-      levels[i] = 8;
-    }
+    const u32 level = levels[i];
+    u32 drawn = state;
+    levels[i] = codes.code[level][draw_random(drawn) % random_codes::choices];
+    state = level == 1 || level == 2 ? drawn : state;  // no branch: levels are hard to foresee
   }
   random_state() = state;
 }
