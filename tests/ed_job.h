@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <random>
 
 #include "tests/ed_reference.h"
@@ -11,12 +10,7 @@
 
 namespace vrk::test {
 
-struct ed_tables {
-  kit::edpr_table params;
-  kit::edtb_table spread;
-};
-
-// What a table may hold. Wild: level values, thresholds, amounts and numbers of rows that lead outside every table.
+// What random tables are like. Wild: values, thresholds, amounts and row counts that lead outside every table.
 struct ed_traits {
   std::size_t planes = 4;  // 1, 4 or 6
   bool wild = false, extended = false, same_scale = false;
@@ -24,73 +18,69 @@ struct ed_traits {
 
 inline ed_tables random_ed_tables(const ed_traits& traits, std::mt19937& random) {
   const auto below = [&](unsigned n) { return unsigned(random() % n); };
+  const auto fill = [&](auto& list, std::size_t count, unsigned n) {
+    list.resize(count);
+    for (auto& value : list) value = std::remove_reference_t<decltype(value)>(below(n));
+  };
   ed_tables tables;
   kit::edpr_table& t = tables.params;
   t.version = traits.extended ? "0020" : "0010";
-  t.matrix_width = 1 + below(5), t.matrix_height = 1 + below(5);
-  t.matrix_column_shift = below(7), t.matrix_row_shift = below(7);
-  t.pattern_width = 1 + below(4), t.pattern_height = 1 + below(4);
-  t.pattern_column_shift = below(7), t.pattern_row_shift = below(7);
+  for (unsigned* const size : {&t.matrix_width, &t.matrix_height, &t.pattern_width, &t.pattern_height})
+    *size = 1 + below(5);
+  for (unsigned* const shift :
+       {&t.matrix_column_shift, &t.matrix_row_shift, &t.pattern_column_shift, &t.pattern_row_shift}) {
+    *shift = below(7);
+  }
+  const unsigned same_x = 1u << below(3), same_y = 1 + below(4);
   for (std::size_t p = 0; p < traits.planes; ++p) {
     kit::ed_plane& plane = t.planes[kit::table_position[p]];
     plane.bits = std::vector{1u, 2u, 4u, 3u}[below(4)];
-    const unsigned levels = 1 + below(plane.bits == 3 ? 255 : 1u << plane.bits);
-    for (unsigned i = 0; i < levels; ++i)
-      plane.level_values.push_back(std::uint16_t(below(traits.wild ? 65536 : 1024)));
-    for (unsigned i = 1; i < levels; ++i) plane.thresholds.push_back(std::uint16_t(below(traits.wild ? 65536 : 1024)));
-    if (!traits.wild) {
-      std::sort(plane.level_values.begin(), plane.level_values.end());
-      std::sort(plane.thresholds.begin(), plane.thresholds.end());
-    }
-    for (unsigned i = 0; i < t.matrix_width * t.matrix_height; ++i) plane.modulation.push_back(std::int8_t(below(256)));
-    if (!traits.extended) continue;
-    const kit::ed_plane& like = traits.same_scale && p > 0 ? t.planes[kit::table_position[0]] : plane;
-    plane.scale_x = &like != &plane ? like.scale_x : 1u << below(3);
-    plane.scale_y = &like != &plane ? like.scale_y : 1 + below(4);
-    for (unsigned i = 0; i < levels; ++i) {
-      auto& cells = plane.patterns.emplace_back(t.pattern_width * t.pattern_height);
-      for (auto& cell : cells) cell = std::uint16_t(below(65536));
-    }
+    const unsigned levels = 1 + below(plane.bits == 3 ? 255 : 1u << plane.bits), top = traits.wild ? 65536 : 1024;
+    fill(plane.level_values, levels, top);
+    fill(plane.thresholds, levels - 1, top);
+    if (!traits.wild) std::ranges::sort(plane.level_values), std::ranges::sort(plane.thresholds);
+    fill(plane.modulation, t.matrix_width * t.matrix_height, 256);
+    plane.scale_x = traits.same_scale ? same_x : 1u << below(3);
+    plane.scale_y = traits.same_scale ? same_y : 1 + below(4);
+    plane.patterns.resize(levels);
+    for (auto& cells : plane.patterns) fill(cells, t.pattern_width * t.pattern_height, 65536);
   }
-  const unsigned rows = traits.wild ? 1 + below(1400) : 511;
-  for (unsigned row = 0; row < rows; ++row) {
-    kit::edtb_row& amounts = tables.spread.rows.emplace_back();
-    for (auto& amount : amounts) amount = std::int16_t(below(65536));
+  tables.spread.rows.resize(traits.wild ? 1 + below(1400) : 511);
+  for (std::size_t row = 0; row < tables.spread.rows.size(); ++row) {
+    kit::edtb_row& amounts = tables.spread.rows[row];
+    for (i16& amount : amounts) amount = i16(below(65536));
     if (traits.wild) continue;
     int rest = int(row) - 255;
-    for (std::size_t i = 0; i < 4; ++i) rest -= amounts[i] = std::int16_t(rest * int(below(100)) / 100);
-    amounts[4] = std::int16_t(rest);
+    for (std::size_t i = 0; i < 4; ++i) rest -= amounts[i] = i16(rest * int(below(100)) / 100);
+    amounts[4] = i16(rest);
   }
   return tables;
 }
 
-inline std::vector<std::uint16_t> random_samples(std::size_t count, unsigned flags, std::mt19937& random) {
-  std::vector<std::uint16_t> samples(count);
-  for (auto& s : samples)
-    s = random() % 3 == 0 ? std::uint16_t{0} : std::uint16_t(random() % (flags & VRK_IN16 ? 65536 : 256));
-  return samples;
+inline samples random_samples(std::size_t count, unsigned flags, std::mt19937& random) {
+  samples values(count);
+  for (u16& s : values) s = u16(random() % 3 == 0 ? 0 : random() % ((flags & VRK_IN16) ? 65536 : 256));
+  return values;
 }
 
-// A handle of the library. Its memory, and every line it writes, is fenced and lies `offset` past a 32-byte boundary.
+// A handle of the library. Its memory, and every line that it writes, is fenced and lies `offset` past a boundary.
 class ed_library {
  public:
   ed_library(const ed_tables& tables, unsigned width, unsigned flags, std::size_t offset = 0)
-      : offset_(offset), flags_(flags), mem_(create(tables, width, flags, nullptr), offset, std::uint8_t(offset)) {
+      : offset_(offset), flags_(flags), mem_(create(tables, width, flags, nullptr), offset, u8(offset)) {
     used_ = create(tables, width, flags, mem_.data());
-    EXPECT_TRUE(used_ != 0 && used_ <= mem_.contents().size());
-    EXPECT_TRUE(mem_.fences_intact());
-    vrk_query_ed_info(handle(), &info_);
+    EXPECT_TRUE(used_ != 0 && used_ <= mem_.contents().size() && mem_.fences_intact());
+    EXPECT_EQ(vrk_query_ed_info(handle(), &info), 1u);
   }
 
-  static std::uint32_t create(const ed_tables& tables, unsigned width, unsigned flags, void* mem) {
+  static u32 create(const ed_tables& tables, unsigned width, unsigned flags, void* mem) {
     const kit::bytes spread = tables.spread.encode(), params = tables.params.encode();
-    return vrk_create_ed(width, std::uint32_t(spread.size()), spread.data(), std::uint32_t(params.size()),
-                         params.data(), flags, mem);
+    return vrk_create_ed(width, u32(spread.size()), spread.data(), u32(params.size()), params.data(), flags, mem);
   }
 
+  vrk_ht_info info{};
   void* handle() { return mem_.data(); }
-  const vrk_ht_info& info() const { return info_; }
-  std::span<const std::uint8_t> bytes() const { return mem_.contents().first(used_); }
+  std::span<const u8> bytes() const { return mem_.contents().first(used_); }
   bool start(unsigned block_width, unsigned x, unsigned line) {
     const bool started = vrk_start_ed_block(handle(), block_width, x, line) == 1;
     if (started) block_width_ = block_width;
@@ -99,42 +89,32 @@ class ed_library {
   void end() { vrk_end_ed_block(handle()); }
   void clear() { vrk_clear_ed_buf(handle()); }
 
-  // Through vrk_exec_edx, or through the six arguments of vrk_exec_ed; lines that are not produced are null there.
-  packed_lines line(const std::vector<std::uint16_t>& samples, bool through_array) {
-    kit::bytes src(offset_ % 2);  // 16-bit samples at odd addresses too
-    for (const std::uint16_t s : samples) {
-      const auto* const bytes = reinterpret_cast<const std::uint8_t*>(&s);
-      src.insert(src.end(), bytes, bytes + (flags_ & VRK_IN16 ? 2 : 1));
-    }
+  // Through vrk_exec_edx, or through the six arguments of vrk_exec_ed, null for planes that are not produced.
+  output_lines line(const samples& values, bool through_array) {
+    std::vector<u8> src = packed(values, (flags_ & VRK_IN16) != 0);
+    src.insert(src.begin(), offset_ / 4 % 2, 0);  // to odd addresses
     guarded_copy page(src);
     std::vector<fenced_block> blocks;
-    for (std::size_t p = 0; p < info_.plane_count; ++p) {
-      const std::uint32_t bits = info_.plane_bits[p] * info_.plane_scale[p].scale_x;
-      for (unsigned y = 0; y < info_.plane_scale[p].scale_y; ++y) {
-        blocks.emplace_back((std::size_t(bits) * block_width_ + 7) / 8, (offset_ + p) % 8);
-      }
+    for (std::size_t p = 0; p < info.plane_count; ++p) {
+      const std::size_t bits = info.plane_bits[p] * info.plane_scale[p].scale_x;
+      for (unsigned y = 0; y < info.plane_scale[p].scale_y; ++y) blocks.emplace_back((bits * block_width_ + 7) / 8, p);
     }
-    std::vector<std::uint8_t*> out(std::max(blocks.size(), std::size_t{6}));
-    for (std::size_t i = 0; i < blocks.size(); ++i) out[i] = blocks[i].data();
-    const void* const first = page.data() + offset_ % 2;
+    std::vector<u8*> out(std::max(blocks.size(), std::size_t{6}));
+    std::ranges::transform(blocks, out.begin(), [](fenced_block& block) { return block.data(); });
+    const void* const first = page.data() + offset_ / 4 % 2;
     EXPECT_EQ(through_array ? vrk_exec_edx(handle(), first, out.data())
                             : vrk_exec_ed(handle(), first, out[0], out[1], out[2], out[3], out[4], out[5]),
               1u);
-    packed_lines lines;
-    for (const fenced_block& block : blocks) {
-      EXPECT_TRUE(block.fences_intact());
-      lines.emplace_back(block.contents().begin(), block.contents().end());
-    }
-    EXPECT_TRUE(mem_.fences_intact());
+    EXPECT_TRUE(mem_.fences_intact() && std::ranges::all_of(blocks, &fenced_block::fences_intact));
+    output_lines lines;
+    for (const fenced_block& block : blocks) lines.emplace_back(block.contents().begin(), block.contents().end());
     return lines;
   }
 
  private:
-  std::size_t offset_;
+  std::size_t offset_, used_ = 0;
   unsigned flags_, block_width_ = 0;
-  std::size_t used_ = 0;
   fenced_block mem_;
-  vrk_ht_info info_{};
 };
 
 }  // namespace vrk::test
