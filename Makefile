@@ -2,7 +2,7 @@
 build_packages = g++ cmake ninja-build pkg-config
 tool_packages = libpng-dev libjpeg-dev libcli11-dev libnetpbm-dev
 test_packages = libgtest-dev
-bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libgutenprint-dev
+bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev libgutenprint-dev
 
 .PHONY: demo test bench clean
 
