@@ -11,6 +11,22 @@
 #include "kit/tone_curves.h"
 
 namespace vrk::kit {
+namespace {
+
+// Handles that read bytes tell only every fourth rank from the next one. Four tiles of four times the rank leave them
+// every step that a small matrix has; a large one has more steps than bytes have.
+threshold_matrix for_bytes(const threshold_matrix& matrix) {
+  if (matrix.ranks.size() >= 4 * 256) return matrix;
+  threshold_matrix tiles{2 * matrix.width, 2 * matrix.height, {}};
+  for (unsigned y = 0; y < tiles.height; ++y) {
+    for (unsigned x = 0; x < tiles.width; ++x) {
+      tiles.ranks.push_back(std::uint16_t(4 * matrix.ranks[y % matrix.height * matrix.width + x % matrix.width]));
+    }
+  }
+  return tiles;
+}
+
+}  // namespace
 
 edpr_table ed_parameters(unsigned planes, unsigned levels, const modulation& modulation) {
   edpr_table table;
@@ -46,9 +62,10 @@ edpr_table cell_parameters(unsigned planes, unsigned scale_x, unsigned scale_y, 
 }
 
 dither_table dither_parameters(unsigned planes, unsigned levels, std::string_view matrix, bool in16) {
-  const matrix_set matrices = plane_matrices(matrix);
+  matrix_set matrices = plane_matrices(matrix);
   dither_table table;
   for (std::size_t p = 0; p < planes; ++p) {
+    if (!in16) matrices[p] = for_bytes(matrices[p]);
     table.planes[table_position[p]] = {.width = matrices[p].width,
                                        .height = matrices[p].height,
                                        .bits = bits_for_levels(levels),
