@@ -10,9 +10,14 @@ namespace vrk::kit {
 namespace {
 
 constexpr std::string_view plane_names[] = {"C", "M", "Y", "K", "fifth", "sixth"};  // table order
+constexpr char no_k[] = "has no levels for K, expected K, or K, C, M, Y, or all six planes";
 constexpr u32 edtb_newest = tag("0010"), extended_form = tag("0020");
 
 std::string number(u64 v) { return std::to_string(v); }
+
+std::string no_levels(u64 plane) {
+  return "has no levels for plane " + std::string(plane_names[plane]) + ", expected all six planes";
+}
 
 std::string mismatch(std::string_view field, u64 found, std::string_view expected) {
   return "has " + std::string(field) + " " + number(found) + ", expected " + std::string(expected);
@@ -110,6 +115,17 @@ std::string wrong_curve(byte_view image, unsigned input_samples) {
   return {};
 }
 
+// Level values of all planes, in record order: the image lists them from `at` on, as many as the bytes at `counts` say.
+std::array<std::vector<std::uint16_t>, 6> listed_levels(byte_view image, u64 counts, u64 at) {
+  std::array<std::vector<std::uint16_t>, 6> listed{};
+  for (u64 p = 0; p < 6; ++p) {
+    for (u32 n = image.byte(counts + p); n != 0; --n, at += 2) listed[p].push_back(image.be16(at));
+  }
+  std::array<std::vector<std::uint16_t>, 6> values{};
+  for (std::size_t p = 0; p < 6; ++p) values[p] = std::move(listed[table_position[p]]);
+  return values;
+}
+
 bool is_extended(byte_view image) { return image.be32(4) >= extended_form; }
 
 }  // namespace
@@ -141,13 +157,13 @@ std::string why_refused_edpr(const bytes& image) {
   if (cells == 0) return "has an empty modulation matrix, expected at least 1 x 1";
   if (extended && pattern == 0) return "has an empty dot pattern, expected at least 1 x 1";
   const bool six = levels(4) != 0 && levels(5) != 0;
-  if (levels(3) == 0) return "has no levels for K, expected K, or K, C, M, Y, or all six planes";
+  if (levels(3) == 0) return no_k;
   u64 expected = extended ? 40 : 24;
   for (u64 p = 0; p < 6; ++p) {
     const u64 n = levels(p), bits = view.byte(18 + p);
     const std::string plane = " of plane " + std::string(plane_names[p]);
     if (n == 0) {
-      if (six) return "has no levels for plane " + std::string(plane_names[p]) + ", expected all six planes";
+      if (six) return no_levels(p);
       continue;
     }
     if (!extended && (bits == 1 || bits == 2 || bits == 4) && n > u64{1} << bits) {
@@ -173,15 +189,42 @@ std::string why_refused_edtb(const bytes& image) {
   return {};
 }
 
+std::string why_refused_dith(const bytes& image) {
+  byte_view view(image.data(), image.size());
+  if (std::string why = wrong_start(view, "dith", version_001z, 32); !why.empty()) return why;
+  const auto levels = [&view](u64 plane) -> u64 { return view.byte(20 + plane); };
+  if (levels(3) == 0) return no_k;
+  const bool six = levels(4) != 0 && levels(5) != 0;
+  u64 expected = 32;
+  for (u64 p = 0; p < 6; ++p) {
+    const u64 n = levels(p), bits = view.byte(26 + p), cells = u64{view.byte(8 + 2 * p)} * view.byte(9 + 2 * p);
+    const std::string plane = " of plane " + std::string(plane_names[p]);
+    if (n == 0) {
+      if (six) return no_levels(p);
+      continue;
+    }
+    if (cells == 0) return mismatch("matrix cells" + plane, cells, "at least 1 x 1");
+    if (n < 2) return mismatch("level count" + plane, n, "at least 2");
+    if (bits != 1 && bits != 2 && bits != 4 && bits != 8) return mismatch("bits" + plane, bits, "1, 2, 4 or 8");
+    expected += 2 * n + 2 * cells;
+  }
+  if (view.size() < expected) return mismatch("length", view.size(), number(expected) + " bytes for its lists");
+  return {};
+}
+
 std::array<std::vector<std::uint16_t>, 6> ed_level_values(const bytes& edpr) {
   byte_view view(edpr.data(), edpr.size());
-  std::array<std::vector<std::uint16_t>, 6> listed{};  // table order
-  u64 at = is_extended(view) ? 40 : 24;
-  for (std::size_t p = 0; p < 6; ++p) {
-    for (u32 n = view.byte(8 + p); n != 0; --n, at += 2) listed[p].push_back(view.be16(at));
+  return listed_levels(view, 8, is_extended(view) ? 40 : 24);
+}
+
+std::array<std::vector<std::uint16_t>, 6> dither_level_values(const bytes& dith, bool in16) {
+  auto values = listed_levels(byte_view(dith.data(), dith.size()), 20, 32);
+  const unsigned top = in16 ? 1023 : 255;
+  for (std::vector<std::uint16_t>& plane : values) {
+    if (plane.size() < 2 || plane.back() == top) continue;
+    for (std::size_t i = 0; i < plane.size(); ++i) plane[i] = std::uint16_t(i * (top + 1) / (plane.size() - 1));
+    plane.back() = std::uint16_t(top);
   }
-  std::array<std::vector<std::uint16_t>, 6> values{};
-  for (std::size_t p = 0; p < 6; ++p) values[p] = listed[table_position[p]];
   return values;
 }
 

@@ -15,9 +15,13 @@ std::string why_refused_csc1(const bytes& image, bool prec12);
 std::string why_refused_csc2(const bytes& image, unsigned input_samples, bool prec12);
 std::string why_refused_edpr(const bytes& image);
 std::string why_refused_edtb(const bytes& image);
+std::string why_refused_dith(const bytes& image);
 
 // The input value (0 ... 1023) that each level of each plane stands for, in record order K, C, M, Y, fifth, sixth; none
 // for a plane that is not in use. The image is one that the library takes.
 std::array<std::vector<std::uint16_t>, 6> ed_level_values(const bytes& edpr);
+
+// The same of a dither table, as a handle of that input width takes them: 0 ... 255, or 0 ... 1023 under in16.
+std::array<std::vector<std::uint16_t>, 6> dither_level_values(const bytes& dith, bool in16);
 
 }  // namespace vrk::kit

@@ -54,7 +54,8 @@ void dots::read_line(const std::vector<plane_line>& planes) {
     const std::uint8_t* const packed = planes[p].packed.data();
     planes[p].bits == 1   ? unpack<1>(packed, to.codes)
     : planes[p].bits == 2 ? unpack<2>(packed, to.codes)
-                          : unpack<4>(packed, to.codes);
+    : planes[p].bits == 4 ? unpack<4>(packed, to.codes)
+                          : unpack<8>(packed, to.codes);
     for (std::size_t code = 1; code < to.counts.size(); ++code) {
       to.counts[code] += std::uint64_t(std::count(to.codes.begin(), to.codes.end(), std::uint8_t(code)));
     }

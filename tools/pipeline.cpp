@@ -108,11 +108,30 @@ std::uint32_t ed_flags(ed_precision precision) {
   }
 }
 
-// One block as wide as the page, from line 0 to the last.
-class error_diffusion final : public halftone {
+// Both halftones run one block as wide as the page, from line 0 to the last, into a packed line per plane.
+class packed_halftone : public halftone {
+ protected:
+  using halftone::halftone;
+
+  // Planes as `info` tells them; their levels stand for `values`, of which `full` is all the ink.
+  void add_planes(const vrk_ht_info& info, const std::array<std::vector<std::uint16_t>, 6>& values, double full) {
+    for (std::size_t p = 0; p < info.plane_count; ++p) {
+      plane_line plane{plane_names[p], info.plane_bits[p], unsigned(values[p].size()), {}, {}};
+      for (const std::uint16_t value : values[p]) plane.ink.push_back(value / full);
+      plane.packed.resize(info.line_bytes[p]);
+      planes_.push_back(std::move(plane));
+    }
+    for (std::size_t p = 0; p < planes_.size(); ++p) out_[p] = planes_[p].packed.data();
+  }
+
+  handle handle_;
+  std::array<std::uint8_t*, 6> out_{};
+};
+
+class error_diffusion final : public packed_halftone {
  public:
   error_diffusion(const table& spread, const table& parameters, std::uint32_t width, ed_precision precision)
-      : halftone("error diffusion") {
+      : packed_halftone("error diffusion") {
     if (!handle_.build([&](void* mem) {
           return vrk_create_ed(width, spread.size(), spread.image.data(), parameters.size(), parameters.image.data(),
                                ed_flags(precision), mem);
@@ -123,14 +142,7 @@ class error_diffusion final : public halftone {
     vrk_ht_info info;
     vrk_query_ed_info(handle_.get(), &info);
     if (info.dot_expansion != 0) refuse(parameters, "makes dot cells, expected packed lines (version \"0010\")");
-    const auto values = kit::ed_level_values(parameters.image);
-    for (std::size_t p = 0; p < info.plane_count; ++p) {
-      plane_line plane{plane_names[p], info.plane_bits[p], unsigned(values[p].size()), {}, {}};
-      for (const std::uint16_t value : values[p]) plane.ink.push_back(value / 1023.0);
-      plane.packed.resize(info.line_bytes[p]);
-      planes_.push_back(std::move(plane));
-    }
-    for (std::size_t p = 0; p < planes_.size(); ++p) out_[p] = planes_[p].packed.data();
+    add_planes(info, kit::ed_level_values(parameters.image), 1023);
     vrk_start_ed_block(handle_.get(), width, 0, 0);
   }
   ~error_diffusion() override {
@@ -141,10 +153,27 @@ class error_diffusion final : public halftone {
   void run(const void* src) override {
     vrk_exec_ed(handle_.get(), src, out_[0], out_[1], out_[2], out_[3], out_[4], out_[5]);
   }
+};
 
- private:
-  handle handle_;
-  std::array<std::uint8_t*, 6> out_{};
+class ordered_dither final : public packed_halftone {
+ public:
+  ordered_dither(const table& parameters, std::uint32_t width, bool samples16) : packed_halftone("ordered dither") {
+    if (!handle_.build([&](void* mem) {
+          return vrk_create_dither(width, parameters.size(), parameters.image.data(), samples16 ? VRK_IN16 : 0, mem);
+        })) {
+      refuse(parameters, kit::why_refused_dith(parameters.image));
+    }
+    vrk_ht_info info;
+    vrk_query_dither_info(handle_.get(), &info);
+    add_planes(info, kit::dither_level_values(parameters.image, samples16), samples16 ? 1023 : 255);
+    vrk_start_dither_block(handle_.get(), width, 0, 0);
+  }
+  ~ordered_dither() override {
+    vrk_end_dither_block(handle_.get());
+    vrk_free_dither(handle_.get());
+  }
+
+  void run(const void* src) override { vrk_exec_ditherx(handle_.get(), src, out_.data()); }
 };
 
 }  // namespace
@@ -162,6 +191,10 @@ std::unique_ptr<stage> make_csc2(const table& colors, line_format input, unsigne
 std::unique_ptr<halftone> make_error_diffusion(const table& spread, const table& parameters, std::uint32_t width,
                                                ed_precision precision) {
   return std::make_unique<error_diffusion>(spread, parameters, width, precision);
+}
+
+std::unique_ptr<halftone> make_dither(const table& parameters, std::uint32_t width, bool samples16) {
+  return std::make_unique<ordered_dither>(parameters, width, samples16);
 }
 
 void pipeline::append(std::unique_ptr<stage> next) {

@@ -77,6 +77,8 @@ enum class ed_precision { bits8, bits10, samples16 };
 std::unique_ptr<halftone> make_error_diffusion(const table& spread, const table& parameters, std::uint32_t width,
                                                ed_precision precision);
 
+std::unique_ptr<halftone> make_dither(const table& parameters, std::uint32_t width, bool samples16);
+
 // Stages in a row and the halftone at their end, with the buffers between them and the time that each took.
 class pipeline {
  public:
