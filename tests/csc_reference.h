@@ -1,0 +1,220 @@
+// What both converters' tests stand on: random tables, handles in hostile memory, and what a grid shall give, pixel by
+// pixel, straight from the definition.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <random>
+#include <stdexcept>
+#include <vector>
+
+#include "kit/color_table.h"
+#include "tests/guard.h"
+#include "tests/samples.h"
+#include "vrk.h"
+
+namespace vrk::test {
+
+// Flags that lead to the five combinations of widths.
+constexpr std::uint32_t csc_flags[] = {0, VRK_PREC12, VRK_OUT16, VRK_IN16 | VRK_OUT16, VRK_IN16};
+
+struct axis_span {
+  unsigned first, last;  // 16-bit scale
+  bool narrow = false;   // the last cell is one level wide at 12-bit precision, the thinnest there is
+};
+constexpr axis_span full_axis{0, 0xFFFF}, early_end{0, 0xFF00}, inner_axis{0x2345, 0xD000}, steep_axis{0, 0x2100},
+    steepest_axis{0, 0x2100, true};
+
+// Random positions that differ at 8-bit precision, but for a narrow last cell.
+inline kit::axis_positions random_axis(std::mt19937& random, unsigned points, axis_span span) {
+  std::vector<unsigned> levels;
+  for (unsigned level = (span.first >> 8) + 1; level < span.last >> 8; ++level) levels.push_back(level);
+  std::shuffle(levels.begin(), levels.end(), random);
+  levels.resize(points - 2);
+  kit::axis_positions axis{std::uint16_t(span.first), std::uint16_t(span.last)};
+  for (const unsigned level : levels) axis.push_back(std::uint16_t(level << 8 | (random() & 0xFF)));
+  std::sort(axis.begin(), axis.end());
+  if (span.narrow && points > 2) axis[points - 2] = std::uint16_t(span.last - 0x10);
+  return axis;
+}
+
+inline kit::color_table random_table(unsigned channels, unsigned points, unsigned seed, axis_span r = full_axis,
+                                     axis_span g = full_axis, axis_span b = full_axis) {
+  std::mt19937 random(seed);
+  kit::color_table table;
+  table.grid = {.points = points, .channels = channels, .samples = {}};
+  for (unsigned i = 0; i < points * points * points * channels; ++i) {
+    table.grid.samples.push_back(std::uint16_t(random()));
+  }
+  table.axes = {random_axis(random, points, r), random_axis(random, points, g), random_axis(random, points, b)};
+  return table;
+}
+
+// channels: 3 for the first converter, else the second.
+inline std::uint32_t create_csc(const kit::bytes& image, unsigned channels, unsigned input_samples, std::uint32_t flags,
+                                void* mem) {
+  guarded_copy table(image);
+  return channels == 3 ? vrk_create_csc1(table.size(), table.data(), flags, mem)
+                       : vrk_create_csc2(table.size(), table.data(), input_samples, flags, mem);
+}
+
+// A handle of the converter that the table is for.
+class converter {
+ public:
+  converter(const kit::bytes& image, std::uint32_t flags, unsigned input_samples = 3, std::size_t mem_offset = 4)
+      : first_(image[3] == '1'),
+        flags_(flags),
+        memory_(create_csc(image, first_ ? 3 : 4, input_samples, flags, nullptr), mem_offset) {
+    if (create_csc(image, first_ ? 3 : 4, input_samples, flags, memory_.data()) != memory_.contents().size()) {
+      throw std::runtime_error("the converter was refused");
+    }
+  }
+
+  const fenced_block& memory() const { return memory_; }
+  void set_layout(std::uint32_t layout) {
+    first_ ? vrk_set_csc1_rgb(memory_.data(), layout) : vrk_set_csc2_rgb(memory_.data(), layout);
+  }
+
+  // Raw call.
+  std::uint32_t run(const void* src, const std::uint8_t* mask, std::uint32_t pixel_count, void* dst) {
+    return first_ ? vrk_xform_csc1(memory_.data(), src, mask, pixel_count, dst)
+                  : vrk_xform_csc2(memory_.data(), src, pixel_count, dst);
+  }
+
+  // A run whose input ends at an unreadable page and whose output lies fenced, both at odd addresses, in a memory
+  // filled with 0xA5.
+  samples run(const samples& in, unsigned pixel_count, unsigned out_pixel_samples, const std::uint8_t* mask = nullptr) {
+    const bool out16 = flags_ & VRK_OUT16;
+    std::vector<std::uint8_t> bytes = packed(in, flags_ & VRK_IN16);
+    if (flags_ & VRK_IN16) bytes.push_back(0);
+    guarded_copy src(bytes);
+    fenced_block dst(std::size_t(pixel_count) * out_pixel_samples * (out16 ? 2 : 1), 1);
+    const std::vector<std::uint8_t> before(memory_.contents().begin(), memory_.contents().end());
+    if (run(src.data(), mask, pixel_count, dst.data()) != 1 || !dst.fences_intact() || !memory_.fences_intact() ||
+        !std::equal(before.begin(), before.end(), memory_.contents().begin())) {
+      throw std::runtime_error("a transform wrote elsewhere");
+    }
+    return unpacked(dst.contents(), out16);
+  }
+
+ private:
+  bool first_;
+  std::uint32_t flags_;
+  fenced_block memory_;
+};
+
+class csc_reference {
+ public:
+  csc_reference(const kit::color_table& table, std::uint32_t flags, bool gray = false)
+      : n_(table.grid.points),
+        channels_(table.grid.channels),
+        in16_(flags & VRK_IN16),
+        out16_(flags & VRK_OUT16),
+        twelve_(flags != 0),
+        gray_(gray) {
+    for (unsigned a = 0; a < 3; ++a) {
+      for (const unsigned position : table.axes[a]) axis_[a].push_back(position >> (twelve_ ? 4 : 8));
+    }
+    for (const unsigned sample : table.grid.samples) grid_.push_back(kept(sample, table.encoding));
+  }
+
+  // The samples that a pixel of these raw input samples becomes.
+  samples operator()(const std::array<unsigned, 3>& rgb) const {
+    std::array<unsigned, 3> level, cell;
+    std::array<std::uint32_t, 3> product;
+    std::array<std::uint16_t, 3> frac;
+    const unsigned full = twelve_ ? 4095 : 255;
+    for (unsigned a = 0; a < 3; ++a) {
+      level[a] = working(rgb[a]);
+      for (cell[a] = n_ - 2; cell[a] != 0 && axis_[a][cell[a]] > level[a];) --cell[a];
+      const unsigned low = axis_[a][cell[a]], width = axis_[a][cell[a] + 1] - low;
+      const auto reciprocal = std::uint32_t((twelve_ ? 4194304.0 : 65536.0) / width);
+      product[a] = (level[a] < low ? 0 : level[a] - low) * reciprocal;
+      frac[a] = std::uint16_t(product[a] >> (twelve_ ? 12 : 9));
+      if (gray_) product[a] = frac[a];
+    }
+    const bool white = !gray_ && level == std::array<unsigned, 3>{full, full, full};
+
+    // The corners between the lowest and the highest one, and which step of the path goes along R, G and B.
+    struct tetrahedron {
+      std::array<unsigned, 3> c1, c2, step;
+    };
+    const auto [r, g, b] = product;
+    const tetrahedron t = r >= g && g >= b  ? tetrahedron{{1, 0, 0}, {1, 1, 0}, {0, 1, 2}}
+                          : r >= b && b > g ? tetrahedron{{1, 0, 0}, {1, 0, 1}, {0, 2, 1}}
+                          : b > r && r >= g ? tetrahedron{{0, 0, 1}, {1, 0, 1}, {1, 2, 0}}
+                          : g > r && r >= b ? tetrahedron{{0, 1, 0}, {1, 1, 0}, {1, 0, 2}}
+                          : g >= b && b > r ? tetrahedron{{0, 1, 0}, {0, 1, 1}, {2, 0, 1}}
+                                            : tetrahedron{{0, 0, 1}, {0, 1, 1}, {2, 1, 0}};
+    samples out;
+    for (unsigned c = 0; c < channels_; ++c) {
+      const std::array<int, 4> corner{at(cell, {0, 0, 0}, c), at(cell, t.c1, c), at(cell, t.c2, c),
+                                      at(cell, {1, 1, 1}, c)};
+      std::int64_t sum = 0;
+      for (unsigned a = 0; a < 3; ++a) sum += (corner[t.step[a] + 1] - corner[t.step[a]]) * std::int64_t{frac[a]};
+      const auto value = std::uint16_t(corner[0] + (sum >> (twelve_ ? 10 : 7)));
+      out.push_back(output(white ? grid_[grid_.size() - channels_ + c] : value));
+    }
+    return out;
+  }
+
+  unsigned working(unsigned sample) const { return in16_ ? sample >> 4 : twelve_ ? sample << 4 | sample >> 4 : sample; }
+  std::uint16_t output(unsigned value) const {
+    return std::uint16_t(out16_ ? value << 4 | value >> 8 : twelve_ ? value >> 4 & 0xFF : value & 0xFF);
+  }
+
+ private:
+  unsigned kept(unsigned sample, kit::grid_encoding encoding) const {
+    using enum kit::grid_encoding;
+    if (!twelve_) return sample >> 8;
+    if (encoding == raw16 || encoding == packed12) return sample >> 4;
+    const bool ten = encoding == packed10 || encoding == delta10;
+    return ten ? sample >> 6 << 2 | sample >> 14 : sample >> 8 << 4 | sample >> 12;
+  }
+
+  int at(const std::array<unsigned, 3>& cell, const std::array<unsigned, 3>& step, unsigned c) const {
+    const unsigned point = ((cell[0] + step[0]) * n_ + cell[1] + step[1]) * n_ + cell[2] + step[2];
+    return int(grid_[point * channels_ + c]);
+  }
+
+  unsigned n_, channels_;
+  bool in16_, out16_, twelve_, gray_;
+  std::array<std::vector<unsigned>, 3> axis_;
+  std::vector<unsigned> grid_;
+};
+
+// Pixels of every sort: single random ones, repeated ones, whites, near-whites and other ends of the scale.
+inline std::vector<std::array<unsigned, 3>> varied_pixels(unsigned count, bool in16, unsigned seed = 5) {
+  std::mt19937 random(seed);
+  const unsigned full = in16 ? 0xFFFF : 0xFF;
+  std::vector<std::array<unsigned, 3>> pixels;
+  while (pixels.size() < count) {
+    std::array<unsigned, 3> pixel;
+    const unsigned kind = unsigned(random() % 8);
+    for (unsigned& sample : pixel) {
+      const unsigned ends[] = {0, full, full - 1, full - 15, full - 16};
+      sample = kind == 0 ? full : kind == 1 ? ends[random() % 5] : unsigned(random() & full);
+    }
+    pixels.push_back(kind == 2 && !pixels.empty() ? pixels.back() : pixel);
+  }
+  return pixels;
+}
+
+// Pixels as a layout has them; a fourth sample is anything.
+struct layout_places {
+  unsigned samples, r, g, b;
+};
+constexpr layout_places layouts[] = {{3, 0, 1, 2}, {3, 2, 1, 0}, {4, 2, 1, 0}, {4, 1, 2, 3}};
+
+inline samples laid_out(const std::vector<std::array<unsigned, 3>>& pixels, const layout_places& l) {
+  samples out(pixels.size() * l.samples, 0x5A);
+  for (std::size_t p = 0; p < pixels.size(); ++p) {
+    std::uint16_t* const at = &out[p * l.samples];
+    at[l.r] = std::uint16_t(pixels[p][0]);
+    at[l.g] = std::uint16_t(pixels[p][1]);
+    at[l.b] = std::uint16_t(pixels[p][2]);
+  }
+  return out;
+}
+
+}  // namespace vrk::test
