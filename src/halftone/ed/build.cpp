@@ -25,13 +25,12 @@ void build_level_lut(std::span<u8> lut, i32 range, u32 level_count, const u8* th
   std::fill(value, lut.end(), u8(level_count - 1));
 }
 
-void build_spread(std::span<u32> words, const u8* rows, u32 flags) {
+void build_spread(std::span<spread_row> rows, const u8* entries, u32 flags) {
   const u32 scale = (flags & flag_prec10) != 0 ? 4 : 1;
-  const auto entry = [&](u32 column) { return load_be16(rows + 2 * column) * scale & 0xFFFF; };
-  for (std::size_t at = 0; at < words.size(); at += spread_row_words, rows += 2 * spread_columns) {
-    words[at] = entry(0) << 16 | entry(1);
-    words[at + 1] = entry(3) << 16 | entry(4);
-    words[at + 2] = entry(2);
+  const auto entry = [&](u32 column) { return load_be16(entries + 2 * column) * scale & 0xFFFF; };
+  for (spread_row& row : rows) {
+    row = {.ahead = entry(0) << 16 | entry(1), .below = entry(3) << 16 | entry(4), .two_back = entry(2)};
+    entries += 2 * spread_columns;
   }
 }
 
@@ -41,7 +40,7 @@ void build_index(std::span<spread_index> index, u32 row_count, u32 flags) {
     const i32 error = std::clamp(first_error + i, -1024, 1023);
     const i32 row = std::clamp((prec10 ? error / 4 : error) + 255, 0, i32(row_count) - 1);
     const i32 carry2 = error % 2, carry4 = error % 4 - carry2;
-    index[std::size_t(i)] = {u16(u32(row) * spread_row_words), i16(carry4 * 256 + carry2)};
+    index[std::size_t(i)] = {u16(row), i16(carry4 * 256 + carry2)};
   }
 }
 
@@ -69,7 +68,7 @@ bool lay_out(const ed_plan& plan, ed_handle& h, carver& block) {
   const ed_header& header = plan.header;
   const u64 planes = plan.planes, width = plan.width, line = planes * (width + 2 * guard_columns);
   h.index = block.take<spread_index>(error_count).data();
-  h.spread = block.take<u32>(u64(spread_row_words) * plan.spread_rows).data();
+  h.spread = block.take<spread_row>(plan.spread_rows).data();
   h.error_line[0] = block.take<i16>(line).data();
   h.error_line[1] = block.take<i16>(line).data();
   for (u32 p = 0; p < planes; ++p) {
@@ -131,8 +130,7 @@ check ed_build(const ed_plan& plan, byte_view params, byte_view spread, carver& 
   h.header = plan.header;
 
   build_index({h.index.get(), error_count}, plan.spread_rows, plan.flags);
-  build_spread({h.spread.get(), std::size_t(spread_row_words) * plan.spread_rows}, spread.at(spread_header_bytes),
-               plan.flags);
+  build_spread({h.spread.get(), plan.spread_rows}, spread.at(spread_header_bytes), plan.flags);
   build_columns({h.matrix_column.get(), plan.width}, plan.header.matrix);
   if (plan.header.extended) build_columns({h.pattern_column.get(), plan.width}, plan.header.pattern);
   for (u32 p = 0; p < plan.planes; ++p) {

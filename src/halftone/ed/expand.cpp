@@ -25,7 +25,7 @@ void expand_planes(const ed_handle& h, u8* const* out) {
     const u32 dots = h.header.scale_x[table_slot[p]], lines = h.header.scale_y[table_slot[p]];
     u8* const levels = h.level_line.get() + std::size_t(p) * h.width;
     look_up_cells(h, p, levels);
-    u8* const codes = levels;
+    u8* const codes = levels;  // which have done their work
     for (u32 y = 0; y < lines; ++y) {
       const u32 shift = 16 - 4 * y - dots, mask = (1u << dots) - 1;  // the first dots of row y of a cell
       for (u32 i = 0; i < width; ++i) codes[i] = u8(cell[i] >> shift & mask);

@@ -17,11 +17,10 @@ struct spread_row {
   u32 below;     // next line: one pixel back << 16 | same column
   u32 two_back;  // next line: two pixels back; lower 16 bits
 };
-constexpr u32 spread_row_words = sizeof(spread_row) / sizeof(u32);
 
 // What a quantisation error selects.
 struct spread_index {
-  u16 row;    // position of the row among the words of all rows
+  u16 row;    // of the distribution
   i16 carry;  // what the row leaves out in 10-bit precision: digit of the third pixel ahead * 256 + that of the fourth
 };
 
@@ -39,7 +38,7 @@ struct ed_handle {
   ed_header header;
 
   ref<spread_index> index;             // error_count
-  ref<u32> spread;                     // words of the spread rows
+  ref<spread_row> spread;              // rows of the distribution table
   ref<i16> error_line[2];              // even and odd lines: (W + 2 * guard_columns) * planes, columns first
   ref<u16> level_values[plane_slots];  // input value of each level
   ref<i8> modulation;                  // matrix cells * planes, cells first

@@ -10,7 +10,7 @@ struct ed_kernel_forms {
   ed_kernel even, odd;
 };
 
-template <ed_widths W, u32 planes>
+template <ed_widths W, int planes>
 constexpr ed_kernel_forms forms{diffuse_line<W, planes, +1>, diffuse_line<W, planes, -1>};
 
 constexpr ed_widths in16{16, 10}, prec10{8, 10}, plain{8, 8};
