@@ -28,7 +28,9 @@ table gray_to_k() {
 }
 
 kit::modulation modulation_named(const std::string& name) {
-  return name == "noise" ? kit::fine_noise() : kit::no_modulation();
+  // The full range: with less, planes near half coverage fall into checks whose phase against each other tints the
+  // page.
+  return name == "noise" ? kit::fine_noise(127) : kit::no_modulation();
 }
 
 // Puts a table that a blob held where its magic says it belongs.
