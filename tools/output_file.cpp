@@ -8,6 +8,12 @@
 
 namespace vrk::tool {
 
+void make_directory(const std::filesystem::path& directory) {
+  std::error_code failed;
+  std::filesystem::create_directories(directory, failed);
+  if (failed) throw user_error(directory.string() + ": " + failed.message());
+}
+
 output_file::output_file(std::filesystem::path path) : path_(std::move(path)), temporary_(path_) {
   temporary_ += ".part";
   file_ = std::fopen(temporary_.string().c_str(), "wb");

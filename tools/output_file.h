@@ -1,4 +1,4 @@
-// A file that exists only when it is complete.
+// Files that exist only when they are complete.
 #pragma once
 
 #include <cstddef>
@@ -7,6 +7,9 @@
 #include <memory>
 
 namespace vrk::tool {
+
+// Makes the directory and those above it where they are missing; throws user_error when it cannot.
+void make_directory(const std::filesystem::path& directory);
 
 // Writes under a temporary name beside `path`. `keep` gives the file its name; without it, the destructor removes it.
 class output_file {

@@ -5,7 +5,6 @@
 
 #include "tools/image_writer.h"
 #include "tools/progress.h"
-#include "tools/user_error.h"
 
 namespace vrk::tool {
 namespace {
@@ -46,9 +45,7 @@ print_report print_page(image_reader& source, const print_options& options, cons
   const unsigned width = source.width(), height = source.height();
   pipeline road = make_pipeline(options, choose_tables(options), width, {source.channels(), source.bits()});
 
-  std::error_code failed;
-  std::filesystem::create_directories(directory, failed);
-  if (failed) throw user_error(directory.string() + ": " + failed.message());
+  make_directory(directory);
   std::vector<plane_file> files;
   for (const plane_line& plane : road.planes()) files.emplace_back(plane, directory, width, height);
   preview small(directory / "preview.png", width, height);

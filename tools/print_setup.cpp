@@ -28,8 +28,7 @@ table gray_to_k() {
 }
 
 kit::modulation modulation_named(const std::string& name) {
-  // The full range: with less, planes near half coverage fall into checks whose phase against each other tints the
-  // page.
+  // The full range: with less, planes near half coverage fall into checks whose phase against each other tints grays.
   return name == "noise" ? kit::fine_noise(127) : kit::no_modulation();
 }
 
