@@ -8,7 +8,6 @@
 #include "kit/tone_curves.h"
 #include "tools/commands.h"
 #include "tools/output_file.h"
-#include "tools/user_error.h"
 
 namespace vrk::tool {
 namespace {
@@ -24,9 +23,7 @@ class shelf {
 
   void put(const std::string& name, const kit::bytes& image) {
     const fs::path path = top_ / name;
-    std::error_code failed;
-    fs::create_directories(path.parent_path(), failed);
-    if (failed) throw user_error(path.parent_path().string() + ": " + failed.message());
+    make_directory(path.parent_path());
     output_file file(path);
     file.write(image.data(), image.size());
     file.keep();
@@ -98,7 +95,7 @@ void put_blobs(shelf& to) {
   const auto put = [&](const char* name, const char* type, std::vector<kit::blob_entry> entries) {
     to.put(std::string("blobs/") + name, kit::blob{.type = type, .entries = std::move(entries)}.encode());
   };
-  put("inks.ctsi", "CS2T", {{"FN", kit::ink_table(4).encode()}, {"FNP", kit::ink_table(6).encode()}});
+  put("inks.ctsi", "CS2T", {{"HN", kit::ink_table(4).encode()}, {"HNP", kit::ink_table(6).encode()}});
   put("levels.ctsi", "HATT",
       {{"HH1", kit::ed_parameters(1, 2).encode()},
        {"HH4", kit::ed_parameters(4, 2).encode()},

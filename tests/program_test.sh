@@ -1,0 +1,26 @@
+#!/bin/sh
+# The program from its command line: its own tables serve it, a broken picture leaves nothing behind.
+# usage: program_test.sh VRK
+set -eu
+vrk=$1
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+
+"$vrk" demo --dpi 20 -o demo --inks 6 >/dev/null
+for file in k.pbm c.pbm m.pbm y.pbm lc.pbm lm.pbm preview.png detail.png; do test -s "demo/$file"; done
+
+"$vrk" tables -o t >/dev/null
+{ printf 'P6 40 20 255\n' && head -c 2400 /dev/zero | tr '\0' '\147'; } >page.ppm
+print() { "$vrk" print page.ppm -o out "$@" >/dev/null; }
+for table in t/colors/*.csc1; do print --csc1 "$table"; done
+for table in t/levels/*.edpr; do print --edpr "$table"; done
+for table in t/filters/*.edtb; do print --edtb "$table"; done
+print --csc2 t/six/inks.csc2 --edpr t/six/levels.edpr
+print --blob t/blobs/inks.ctsi
+print --blob t/blobs/inks.ctsi:b=1 --blob t/blobs/levels.ctsi:levels=6
+
+if head -c 1000 page.ppm | "$vrk" print - -o broken 2>complaint; then exit 1; fi
+test "$(wc -l <complaint)" -eq 1
+grep -q '^vrk: standard input: ' complaint
+test -z "$(ls -A broken)"
