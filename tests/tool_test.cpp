@@ -118,6 +118,7 @@ TEST_F(tool, says_why_a_table_is_refused) {
       {&print_options::edpr, changed(levels, 14, 0), "has an empty modulation matrix"},
       {&print_options::edpr, changed(levels, 11, 0), "has no levels for K"},
       {&print_options::edpr, changed(levels, 8, 3), "has level count of plane C 3, expected at most 2"},
+      {&print_options::edpr, changed(levels, 21, 3), "has 3 bits per pixel, expected 1, 2, 4 or 8"},
       {&print_options::edpr, short_levels, "for its lists"},
       {&print_options::edtb, changed(spread, 10, 5), "has column count 5, expected 7"},
       {&print_options::edtb, kit::bytes(spread.begin(), spread.begin() + 500), "has length 500, expected 7166"},

@@ -1,6 +1,7 @@
 #include "tools/pipeline.h"
 
 #include <algorithm>
+#include <bit>
 
 #include "kit/explain.h"
 #include "tools/user_error.h"
@@ -114,9 +115,14 @@ class packed_halftone : public halftone {
   using halftone::halftone;
 
   // Planes as `info` tells them; their levels stand for `values`, of which `full` is all the ink.
-  void add_planes(const vrk_ht_info& info, const std::array<std::vector<std::uint16_t>, 6>& values, double full) {
+  void add_planes(const table& parameters, const vrk_ht_info& info,
+                  const std::array<std::vector<std::uint16_t>, 6>& values, double full) {
     for (std::size_t p = 0; p < info.plane_count; ++p) {
-      plane_line plane{plane_names[p], info.plane_bits[p], unsigned(values[p].size()), {}, {}};
+      const unsigned bits = info.plane_bits[p];
+      if (!std::has_single_bit(bits) || bits > 8) {
+        refuse(parameters, "has " + std::to_string(bits) + " bits per pixel, expected 1, 2, 4 or 8");
+      }
+      plane_line plane{plane_names[p], bits, unsigned(values[p].size()), {}, {}};
       for (const std::uint16_t value : values[p]) plane.ink.push_back(value / full);
       plane.packed.resize(info.line_bytes[p]);
       planes_.push_back(std::move(plane));
@@ -142,7 +148,7 @@ class error_diffusion final : public packed_halftone {
     vrk_ht_info info;
     vrk_query_ed_info(handle_.get(), &info);
     if (info.dot_expansion != 0) refuse(parameters, "makes dot cells, expected packed lines (version \"0010\")");
-    add_planes(info, kit::ed_level_values(parameters.image), 1023);
+    add_planes(parameters, info, kit::ed_level_values(parameters.image), 1023);
     vrk_start_ed_block(handle_.get(), width, 0, 0);
   }
   ~error_diffusion() override {
@@ -165,7 +171,7 @@ class ordered_dither final : public packed_halftone {
     }
     vrk_ht_info info;
     vrk_query_dither_info(handle_.get(), &info);
-    add_planes(info, kit::dither_level_values(parameters.image, samples16), samples16 ? 1023 : 255);
+    add_planes(parameters, info, kit::dither_level_values(parameters.image, samples16), samples16 ? 1023 : 255);
     vrk_start_dither_block(handle_.get(), width, 0, 0);
   }
   ~ordered_dither() override {

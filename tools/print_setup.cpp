@@ -1,10 +1,7 @@
 #include "tools/print_setup.h"
 
-#include <cmath>
+#include <algorithm>
 
-#include "kit/color_grids.h"
-#include "kit/curve_image.h"
-#include "kit/ink_model.h"
 #include "kit/presets.h"
 #include "tools/blob.h"
 #include "tools/user_error.h"
@@ -14,17 +11,6 @@ namespace {
 
 bool starts_with(const table& t, std::string_view magic) {
   return t.image.size() >= magic.size() && std::equal(magic.begin(), magic.end(), t.image.begin());
-}
-
-// Gray to K by light: white stays paper, black is all the ink, and what lies between keeps its share of the way.
-table gray_to_k() {
-  kit::curve tone;
-  for (std::size_t i = 0; i < tone.size(); ++i) {
-    tone[i] = std::uint16_t(std::lround(65535 * (1 - kit::srgb_to_linear(double(i) / 1023))));
-  }
-  kit::curve_image image;
-  image.curves.push_back(tone);
-  return {"the kit's tone curve", image.encode()};
 }
 
 kit::modulation modulation_named(const std::string& name) {
@@ -78,11 +64,9 @@ print_tables choose_tables(const print_options& options) {
     }
     tables.inks = made;
   } else if (tables.inks == 1) {
-    tables.ink = gray_to_k();
+    tables.ink = {"the kit's tone curve", kit::black_ink_curve().encode()};
   } else {
-    kit::color_table grid;
-    grid.grid = kit::ink_grid(tables.inks);
-    tables.ink = {"the kit's colour table", grid.encode()};
+    tables.ink = {"the kit's colour table", kit::ink_table(tables.inks).encode()};
   }
   if (tables.inks == 1 && !(tables.rgb && leaves_one_sample(*tables.rgb))) {
     tables.gray = table{"the kit's gray table", kit::subtype_table("gray")};
