@@ -13,8 +13,8 @@ struct csc1_handle {
   color_grid grid;   // references nothing under a fixed rule
   u32 layout;        // pixel layout of input and output; anything above 3 counts as 0
   u32 flags;         // as adjusted
-  u16 white_out[4];  // output for full scale in all three samples, at output width
-  u16 kernel;        // row of the table in csc1_kernels.cpp
+  u16 white_out[4];  // output for full scale in all three samples, at output width; the fourth is 0
+  u32 kernel;        // row of the table in csc1_kernels.cpp
 };
 
 constexpr u32 csc1_record_bytes = 324;  // counted for the record; a fixed rule needs nothing more
@@ -28,7 +28,7 @@ static_assert(csc1_grid_bytes(17, false) == 21297 && csc1_grid_bytes(17, true) =
 
 using csc1_kernel = void(const csc1_handle& h, const u8* src, const u8* mask, u32 pixel_count, u8* dst);
 
-u16 csc1_select_kernel(csc1_rule rule, u32 flags, bool bounded);
+u32 csc1_select_kernel(csc1_rule rule, u32 flags, bool bounded);
 csc1_kernel* csc1_kernel_of(const csc1_handle& h);
 
 }  // namespace vrk

@@ -28,18 +28,16 @@ constexpr family rule_family(std::index_sequence<i...>) {
 
 constexpr auto widths = std::make_index_sequence<csc_width_count>();
 constexpr family csc1_rows[] = {
-    grid_family<method::tetra>(widths),      grid_family<method::lanes>(widths),  // csc1_lut_kernel
-    rule_family<csc1_rule::through>(widths),                                      // csc1_through_kernel
-    rule_family<csc1_rule::gray>(widths),                                         // csc1_gray_kernel
-    rule_family<csc1_rule::black>(widths),                                        // csc1_black_kernel
-    rule_family<csc1_rule::solid>(widths),                                        // csc1_solid_kernel
+    grid_family<method::tetra>(widths),      grid_family<method::lanes>(widths),
+    rule_family<csc1_rule::through>(widths), rule_family<csc1_rule::gray>(widths),
+    rule_family<csc1_rule::black>(widths),   rule_family<csc1_rule::solid>(widths),
 };
 
 }  // namespace
 
-u16 csc1_select_kernel(csc1_rule rule, u32 flags, bool bounded) {
-  const u32 row = rule == csc1_rule::grid ? bounded : 1 + u32(rule);
-  return u16(row * csc_width_count + csc_width_row(flags));
+u32 csc1_select_kernel(csc1_rule rule, u32 flags, bool bounded) {
+  const u32 row = rule == csc1_rule::grid ? (bounded ? 1 : 0) : 1 + u32(rule);
+  return row * csc_width_count + csc_width_row(flags);
 }
 
 csc1_kernel* csc1_kernel_of(const csc1_handle& h) {

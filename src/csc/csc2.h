@@ -12,7 +12,7 @@ struct csc2_handle {
   u32 layout;        // pixel layout of RGB input; anything above 3 counts as 0
   u32 flags;         // as adjusted
   u16 white_out[6];  // output for full scale in all three samples, at output width
-  u16 kernel;        // row of the table in csc2_kernels.cpp
+  u32 kernel;        // row of the table in csc2_kernels.cpp
 };
 
 constexpr u32 csc2_record_bytes = 416;  // counted for the record
@@ -34,8 +34,8 @@ static_assert(csc2_curve_bytes(flag_in16) == 65983 && csc2_curve_bytes(flag_in16
 using csc2_kernel = void(const csc2_handle& h, const u8* src, u32 pixel_count, u8* dst);
 
 // Rows of grid handles (inks 4 or 6; gray: one input sample a pixel) and of curve handles.
-u16 csc2_select_kernel(u32 inks, bool gray, u32 flags, bool bounded);
-u16 csc2_select_curve_kernel(u32 flags);
+u32 csc2_select_kernel(u32 inks, bool gray, u32 flags, bool bounded);
+u32 csc2_select_curve_kernel(u32 flags);
 csc2_kernel* csc2_kernel_of(const csc2_handle& h);
 
 }  // namespace vrk

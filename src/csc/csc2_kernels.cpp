@@ -48,13 +48,13 @@ constexpr csc2_kernel* csc2_curve_rows[] = {
 
 }  // namespace
 
-u16 csc2_select_kernel(u32 inks, bool gray, u32 flags, bool bounded) {
+u32 csc2_select_kernel(u32 inks, bool gray, u32 flags, bool bounded) {
   const u32 row = (gray ? 4u : 0u) + (inks == 6 ? 2u : 0u) + (bounded ? 1u : 0u);
-  return u16(row * csc_width_count + csc_width_row(flags));
+  return row * csc_width_count + csc_width_row(flags);
 }
 
-u16 csc2_select_curve_kernel(u32 flags) {
-  return u16(curve_row + (flags & flag_in16 ? 2 : 0) + (flags & flag_out16 ? 1 : 0));
+u32 csc2_select_curve_kernel(u32 flags) {
+  return curve_row + (flags & flag_in16 ? 2 : 0) + (flags & flag_out16 ? 1 : 0);
 }
 
 csc2_kernel* csc2_kernel_of(const csc2_handle& h) {

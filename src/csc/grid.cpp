@@ -1,7 +1,5 @@
 #include "csc/grid.h"
 
-#include "csc/widths.h"
-
 namespace vrk {
 namespace {
 
@@ -32,7 +30,7 @@ void build_reciprocal_table(std::span<const sample_of<work>> axis, std::span<u32
   for (std::size_t i = 0; i < recip.size(); ++i) recip[i] = one / u32(axis[i + 1] - axis[i]);
 }
 
-// The largest fraction is that of full scale or of a last level in some cell; the latter never passes a whole cell.
+// Within a cell fractions never pass the whole cell, so the largest one is that or the fraction of full scale.
 template <int work>
 bool is_bounded(std::span<const sample_of<work>> axis, std::span<const u32> recip) {
   constexpr csc_widths widths{work, work, work};

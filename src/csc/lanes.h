@@ -88,19 +88,25 @@ class lane_interpolation {
       const u64 x = mean.word[0] >> 7 & point::mask;
       return {x | x >> 24, 0};
     } else if constexpr (W.work == 8) {
-      return {(mean.word[0] >> 7 & point::mask) | (mean.word[1] << 1 & ~point::mask), 0};
+      return {interleaved<7, 8>(mean.word[0], mean.word[1], point::mask), 0};
     } else if constexpr (W.out == 8) {
-      constexpr u64 low_byte = 0x000000FF000000FF;
-      const u64 x = (mean.word[0] >> 14 & low_byte) | (mean.word[1] >> 6 & low_byte << 8);
+      constexpr u64 low_byte = 0x000000FF000000FF;  // of the 16-bit value, without its low 4 bits
+      const u64 x = interleaved<10 + 4, 8>(mean.word[0], mean.word[1], low_byte);
       u64 rest = 0;
-      if constexpr (stored == 6) rest = mean.word[2] >> 14 & low_byte;
+      if constexpr (stored == 6) rest = mean.word[2] >> (10 + 4) & low_byte;
       return {u32(x | x >> 16) | (rest | rest >> 24) << 32, 0};
     } else {
-      const u64 x = (mean.word[0] >> 10 & point::mask) | (mean.word[1] << 6 & ~point::mask);
+      const u64 x = interleaved<10, 16>(mean.word[0], mean.word[1], point::mask);
       u64 rest = 0;
       if constexpr (stored == 6) rest = mean.word[2] >> 10 & point::mask;
       return {widen(x), u32(widen(rest | rest >> 16))};
     }
+  }
+
+  // What `mask` leaves of two words after a shift to the right, that of the second word `apart` bits above.
+  template <int shift, int apart>
+  static u64 interleaved(u64 even, u64 odd, u64 mask) {
+    return (even >> shift & mask) | (odd >> shift & mask) << apart;
   }
 
   // Four 16-bit values of 12-bit precision to 16 bits, as widen_12_to_16.

@@ -9,7 +9,7 @@ namespace vrk {
 // A place on one axis, in 64 bits:
 //   from bit 20  the fraction within the cell, below 2^12
 //   from bit 0   the axis' stride, so that the order of three places tells the order of their axes
-//   from bit 34  the axis' part of the cell's lowest corner, in bytes from the first grid point
+//   from bit 34  the axis' part in the cell's lowest corner, in bytes from the first grid point
 // The fields leave room for the sum of three places.
 using axis_place = u64;
 constexpr int fraction_bit = 20, corner_bit = 34;
