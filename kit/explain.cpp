@@ -1,5 +1,6 @@
 #include "kit/explain.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "frame/byte_view.h"
@@ -107,12 +108,11 @@ std::string wrong_grid(byte_view image, bool second, bool prec12) {
   return wrong_axes_or_length(image, h, prec12);
 }
 
-std::string wrong_curve(byte_view image, unsigned input_samples) {
-  if (input_samples != 1) return "is a tone curve, which takes one-sample pixels, expected a \"csc2\" table";
-  if (std::string why = wrong_start(image, "1dlt", version_001z, 12 + 2048); !why.empty()) return why;
-  if (image.byte(8) != 1) return mismatch("curve count", image.byte(8), "1");
+std::string wrong_curves_or_length(byte_view image, u64 curves) {
   if (image.be16(10) != 1024) return mismatch("entry count", image.be16(10), "1024");
-  return {};
+  const u64 expected = 12 + 2048 * curves;
+  if (image.size() >= expected) return {};
+  return mismatch("length", image.size(), number(expected) + " bytes for its curves");
 }
 
 // Level values of all planes, in record order: the image lists them from `at` on, as many as the bytes at `counts` say.
@@ -142,7 +142,10 @@ std::string why_refused_csc1(const bytes& image, bool prec12) {
 
 std::string why_refused_csc2(const bytes& image, unsigned input_samples, bool prec12) {
   byte_view view(image.data(), image.size());
-  if (view.be32(0) == tag("1dlt")) return wrong_curve(view, input_samples);
+  if (view.be32(0) == tag("1dlt")) {
+    if (input_samples == 1) return why_refused_curves(image, 1);
+    return "is a tone curve, which takes one-sample pixels, expected a \"csc2\" table";
+  }
   if (std::string why = wrong_start(view, "csc2", version_001z, 13); !why.empty()) return why;
   return wrong_grid(view, true, prec12);
 }
@@ -210,6 +213,27 @@ std::string why_refused_dith(const bytes& image) {
   }
   if (view.size() < expected) return mismatch("length", view.size(), number(expected) + " bytes for its lists");
   return {};
+}
+
+std::string why_refused_curves(const bytes& image, unsigned count) {
+  byte_view view(image.data(), image.size());
+  if (std::string why = wrong_start(view, "1dlt", version_001z, 12); !why.empty()) return why;
+  if (view.byte(8) != count) return mismatch("curve count", view.byte(8), number(count));
+  return wrong_curves_or_length(view, count);
+}
+
+std::string why_refused_main_curves(const bytes& image, unsigned planes) {
+  byte_view view(image.data(), image.size());
+  if (std::string why = wrong_start(view, "1dlt", version_002z, 12); !why.empty()) return why;
+  const u64 curves = view.byte(8), stored = view.byte(9), made = stored == 0 ? curves : stored;
+  if (curves != 1 && curves != 4 && curves != 6) return mismatch("curve count", curves, "1, 4 or 6");
+  if (curves < planes) return mismatch("curve count", curves, "one for each of " + number(planes) + " planes");
+  if (view.be32(4) == tag("0010")) return wrong_curves_or_length(view, curves);
+  if (curves != planes) return mismatch("curve count", curves, number(planes) + ", as many as planes come in");
+  if (made != curves && !(curves == 4 && made == 6)) {
+    return mismatch("output count", made, curves == 4 ? "4 or 6" : number(curves));
+  }
+  return wrong_curves_or_length(view, std::max(curves, made));
 }
 
 std::array<std::vector<std::uint16_t>, 6> ed_level_values(const bytes& edpr) {

@@ -17,6 +17,11 @@ std::string why_refused_edpr(const bytes& image);
 std::string why_refused_edtb(const bytes& image);
 std::string why_refused_dith(const bytes& image);
 
+// Curve images of `count` curves, and post-processing main tables for pixels of `planes` samples. The library is not
+// told how long these are: one that is too short must not be passed to it.
+std::string why_refused_curves(const bytes& image, unsigned count);
+std::string why_refused_main_curves(const bytes& image, unsigned planes);
+
 // The input value (0 ... 1023) that each level of each plane stands for, in record order K, C, M, Y, fifth, sixth; none
 // for a plane that is not in use. The image is one that the library takes.
 std::array<std::vector<std::uint16_t>, 6> ed_level_values(const bytes& edpr);

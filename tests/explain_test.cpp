@@ -68,6 +68,17 @@ std::vector<kind> kinds() {
                    return vrk_create_ed(20, size_of(image), image.data(), size_of(levels), levels.data(), 0, mem);
                  },
                  vrk::kit::why_refused_edtb});
+  const auto edpr_of_cells = [=](const bytes& image, void* mem) {
+    return vrk_create_ed(20, size_of(spread), spread.data(), size_of(image), image.data(), 0, mem);
+  };
+  all.push_back(
+      {"edpr of cells", vrk::kit::cell_parameters(4, 2, 2, 5).encode(), 40, edpr_of_cells, vrk::kit::why_refused_edpr});
+  for (const unsigned planes : {1u, 6u}) {
+    all.push_back(
+        {"dith", vrk::kit::dither_parameters(planes, 3, "bayer4").encode(), 32,
+         [](const bytes& image, void* mem) { return vrk_create_dither(20, size_of(image), image.data(), 0, mem); },
+         vrk::kit::why_refused_dith});
+  }
   return all;
 }
 
@@ -100,6 +111,31 @@ TEST(explain, finds_a_reason_exactly_when_the_library_refuses) {
       ASSERT_EQ(refused(k, image), !why.empty()) << k.name << " cut to " << length << " bytes: " << why;
     }
   }
+}
+
+// Images whose size the library is not told: by their headers only, and always long enough for what those announce.
+TEST(explain, finds_a_reason_exactly_when_the_library_refuses_curves) {
+  vrk::kit::curve_image six;
+  six.curves.resize(6);
+  for (unsigned at = 0; at < 12; ++at) {
+    for (const unsigned value : {0, 1, 2, 3, 4, 6, 16, int('0'), int('1'), int('2'), int('z'), int('{'), 255}) {
+      bytes image = six.encode();
+      image[8] = 3;  // curves
+      image[at] = std::uint8_t(value);
+      EXPECT_EQ(vrk_create_preproc(nullptr, 0, 0, 0, nullptr, 1, image.data(), 0, nullptr) == 0,
+                !vrk::kit::why_refused_curves(image, 3).empty())
+          << "byte " << at << " = " << value;
+      image[8] = 6;
+      image[at] = std::uint8_t(value);
+      EXPECT_EQ(vrk_create_postproc(6, 1, image.data(), 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0,
+                                    nullptr, 0, nullptr) == 0,
+                !vrk::kit::why_refused_main_curves(image, 6).empty())
+          << "byte " << at << " = " << value;
+    }
+  }
+  const bytes good = six.encode(), cut(good.begin(), good.end() - 1);
+  EXPECT_EQ(vrk::kit::why_refused_main_curves(good, 6), "");
+  EXPECT_NE(vrk::kit::why_refused_main_curves(cut, 6), "");
 }
 
 }  // namespace
