@@ -184,6 +184,11 @@ std::vector<picture> pictures() {
       {"gray.jpg", [](auto& path) { write_jpeg(path, 1, JCS_GRAYSCALE); }, gray, 8},
       {"rgb.jpg", [](auto& path) { write_jpeg(path, 3, JCS_RGB); },
        expected(3, [](unsigned x, unsigned y, unsigned) { return sample(x, y, 0); }), 12},
+      {"cmyk.jpg", [](auto& path) { write_jpeg(path, 4, JCS_CMYK); },  // with the marker of inverted samples
+       expected(4, [](unsigned x, unsigned y, unsigned) { return 255 - sample(x, y, 0); }), 8},
+      {"cmyk.pam",
+       [](auto& path) { keep(path, pnm("P7\nWIDTH 21\nHEIGHT 13\nDEPTH 4\nMAXVAL 255\nTUPLTYPE CMYK\nENDHDR\n", 4)); },
+       expected(4, sample)},
   };
 }
 
@@ -212,10 +217,10 @@ TEST_F(image, every_part_of_a_picture_is_refused_by_name) {
 }
 
 TEST_F(image, says_what_a_picture_is_when_it_cannot_be_read) {
-  write_jpeg(path("cmyk.jpg"), 4, JCS_CMYK);
   const struct {
     std::string file, said;
-  } cases[] = {{path("cmyk.jpg"), "CMYK"},
+  } cases[] = {{save("alpha.pam", pnm("P7\nWIDTH 21\nHEIGHT 13\nDEPTH 4\nMAXVAL 255\nTUPLTYPE RGB_ALPHA\nENDHDR\n", 4)),
+                "holds neither gray, RGB nor CMYK"},
                {save("empty.png", std::string()), "is empty"},
                {save("letter.txt", std::string("Dear Sir")), "neither PNG, JPEG nor PNM"},
                {save("zero.ppm", std::string("P6 0 5 255\n")), ""},

@@ -1,8 +1,12 @@
+#include <cstdio>
 #include <memory>
 #include <string>
 
 #include "kit/error_filters.h"
+#include "kit/threshold_matrices.h"
+#include "tools/blob.h"
 #include "tools/commands.h"
+#include "tools/curve_argument.h"
 #include "tools/print_page.h"
 
 namespace vrk::tool {
@@ -12,57 +16,139 @@ struct print_arguments {
   std::string image, directory;
   print_options options;
   std::vector<unsigned> detail_centre;
-  bool sample = false;
   unsigned dpi = 600;
 };
 
-std::vector<std::string> filter_names() {
+// Whatever has a name, as a list for a check.
+template <class Named>
+std::vector<std::string> names_of(const Named& all) {
   std::vector<std::string> names;
-  for (const kit::error_filter& filter : kit::error_filters) names.emplace_back(filter.name);
+  for (const auto& one : all) names.emplace_back(one.name);
   return names;
 }
 
-void add_output(CLI::App& command, print_arguments& to) {
-  command.add_option("-o,--output", to.directory, "directory for the files")->type_name("DIR")->required();
+std::string parse_cells(const std::string& text, std::optional<dot_scale>& cells) {
+  dot_scale size;
+  char rest;
+  if (std::sscanf(text.c_str(), "%1ux%1u%c", &size.x, &size.y, &rest) != 2 ||
+      (size.x != 1 && size.x != 2 && size.x != 4) || size.y < 1 || size.y > 4) {
+    return "--cells " + text + ": expected SXxSY with SX 1, 2 or 4 and SY 1 to 4, such as 2x2";
+  }
+  cells = size;
+  return {};
 }
 
-// What the kit's tables are made with.
-void add_table_options(CLI::App& command, print_options& to) {
-  command.add_option("--inks", to.inks, "1: K, 4: K C M Y, 6: with light cyan and light magenta (default 4)")
-      ->check(CLI::IsMember({1, 4, 6}));
-  command.add_option("--levels", to.levels, "levels of a dot; bits per pixel follow")
-      ->check(CLI::IsMember({2, 3, 4, 16}))
-      ->capture_default_str();
-  command.add_option("--filter", to.filter, "error filter")
-      ->check(CLI::IsMember(filter_names()))
-      ->capture_default_str();
-  command.add_option("--modulation", to.modulation, "threshold modulation")
-      ->check(CLI::IsMember({"none", "noise"}))
-      ->capture_default_str();
-}
-
-void add_print_options(CLI::App& command, print_arguments& to) {
-  add_output(command, to);
-  add_table_options(command, to.options);
+void add_picture_options(CLI::App& command, print_options& to) {
+  const std::string group = "Tone of the picture";
+  command.add_option("--balance", to.balance, "first pre-processor: steps that lift the middle of R, G, B")
+      ->type_name("R,G,B")
+      ->delimiter(',')
+      ->expected(3)
+      ->group(group);
+  command.add_option("--lift", to.lift, "first pre-processor: steps of 5 % that lift all levels, fading out at white")
+      ->check(CLI::Range(-128, 127))
+      ->group(group);
+  command.add_option("--contrast", to.contrast, "steps of contrast about the middle")
+      ->check(CLI::Range(-128, 127))
+      ->group(group);
   command
-      .add_option("--precision", to.options.precision,
-                  "8 or 10: 8-bit samples, diffused at so many bits; 16: 16-bit samples all the way")
-      ->check(CLI::IsMember({8, 10, 16}))
-      ->capture_default_str();
+      .add_option("--balance2", to.balance2, "second pre-processor: A raises R against G and B, B lowers B against G")
+      ->type_name("A,B")
+      ->delimiter(',')
+      ->expected(2)
+      ->check(CLI::Range(-5, 5))
+      ->group(group);
+  command.add_option("--curve", to.curves, "tone curve of all channels, or of one that r=, g= or b= names")
+      ->type_name("[CHANNEL=]CURVE...")
+      ->group(group);
+  const std::map<std::string, pixel_layout> layouts{{"rgb", pixel_layout::rgb},
+                                                    {"bgr", pixel_layout::bgr},
+                                                    {"bgrx", pixel_layout::bgrx},
+                                                    {"xrgb", pixel_layout::xrgb}};
+  command
+      .add_option("--layout", to.layout, "how RGB pixels lie on the road, which changes nothing: rgb, bgr, bgrx, xrgb")
+      ->transform(CLI::CheckedTransformer(layouts).description(""))
+      ->type_name("NAME")
+      ->group(group);
 }
 
-void add_user_tables(CLI::App& command, print_options& to) {
+void add_ink_options(CLI::App& command, print_options& to) {
+  const std::string group = "Inks";
+  command.add_option("--inks", to.inks, "1: K, 4: K C M Y, 6: with light cyan and light magenta (default 4)")
+      ->check(CLI::IsMember({1, 4, 6}))
+      ->group(group);
+  command.add_flag("--split", to.split, "six inks by splitting cyan and magenta of four")->group(group);
+  command
+      .add_option("--post", to.plane_curves,
+                  "post-processing: curve of all planes (a file may hold one for each), or of one that k=, c=, m=, y=, "
+                  "lc= or lm= names")
+      ->type_name("[PLANE=]CURVE...")
+      ->group(group);
+}
+
+void add_dot_options(CLI::App& command, print_options& to) {
+  const std::string group = "Dots";
+  command.add_option("--halftone", to.halftone, "ed: error diffusion, dither: by a threshold matrix (default ed)")
+      ->check(CLI::IsMember({"ed", "dither"}))
+      ->group(group);
+  command
+      .add_option("--levels", to.levels,
+                  "levels of a dot, up to 16, by dither up to 255 (default 2), or of a cell; bits per pixel follow")
+      ->check(CLI::Range(2, 255))
+      ->group(group);
+  command.add_option("--filter", to.filter, "error diffusion: error filter (default fan)")
+      ->check(CLI::IsMember(names_of(kit::error_filters)))
+      ->group(group);
+  command.add_option("--modulation", to.modulation, "error diffusion: of the thresholds (default noise)")
+      ->check(CLI::IsMember({"none", "noise"}))
+      ->group(group);
+  command
+      .add_option("--precision", to.precision,
+                  "error diffusion: 8 or 10, bits at which 8-bit samples are diffused (default 10); 16: as --width16")
+      ->check(CLI::IsMember({8, 10, 16}))
+      ->group(group);
+  command
+      .add_option_function<std::string>(
+          "--cells",
+          [&to](const std::string& text) {
+            if (const std::string wrong = parse_cells(text, to.cells); !wrong.empty())
+              throw CLI::ValidationError(wrong);
+          },
+          "error diffusion: every pixel becomes SX x SY dots")
+      ->type_name("SXxSY")
+      ->group(group);
+  command.add_option("--matrix", to.matrix, "dither: threshold matrix (default blue-noise)")
+      ->check(CLI::IsMember(std::vector<std::string>(kit::matrix_names.begin(), kit::matrix_names.end())))
+      ->group(group);
+}
+
+void add_run_options(CLI::App& command, print_options& to) {
+  command.add_flag("--width16", to.width16, "16-bit samples from the first stage to the last");
+  command
+      .add_option("--threads", to.threads, "threads to work with, which changes nothing but the time (default: all)")
+      ->check(CLI::Range(1, 256));
+}
+
+void add_own_tables(CLI::App& command, print_options& to) {
   const std::string group = "Tables of your own";
   command.add_option("--csc1", to.csc1, "RGB to RGB, before the inks")->type_name("FILE")->group(group);
   command.add_option("--csc2", to.csc2, "RGB to inks")->type_name("FILE")->group(group);
-  command.add_option("--edpr", to.edpr, "error diffusion parameters")->type_name("FILE")->group(group);
-  command.add_option("--edtb", to.edtb, "error distribution")->type_name("FILE")->group(group);
-  command
-      .add_option("--blob", to.blobs,
-                  "parameter blob; its type says what it holds. Selectors follow a colon: family=H|X, kind, a, b, c, d "
-                  "(colour), levels (halftone), such as colors.bin:family=X,kind=0,a=1")
-      ->type_name("FILE[:SELECTOR=VALUE,...]")
+  command.add_option("--edpr", to.edpr, "error diffusion: levels, thresholds, cells")->type_name("FILE")->group(group);
+  command.add_option("--edtb", to.edtb, "error diffusion: error distribution")->type_name("FILE")->group(group);
+  command.add_option("--dith", to.dith, "dither: levels and threshold matrices")->type_name("FILE")->group(group);
+  command.add_option("--blob", to.blobs, "table out of a parameter blob")
+      ->type_name("FILE[:SELECTOR=VALUE,...]...")
       ->group(group);
+}
+
+void add_print_options(CLI::App& command, print_arguments& to) {
+  command.add_option("-o,--output", to.directory, "directory for the files")->type_name("DIR")->required();
+  add_picture_options(command, to.options);
+  add_ink_options(command, to.options);
+  add_dot_options(command, to.options);
+  add_own_tables(command, to.options);
+  add_run_options(command, to.options);
+  command.footer(std::string(curve_help) + "\n\n" + blob_help);
 }
 
 void print_sample(const print_arguments& arguments) {
@@ -92,7 +178,6 @@ void add_print_command(CLI::App& app) {
   command->add_option("--detail", arguments->detail_centre, "centre of detail.png, in pixels (default: the page's)")
       ->type_name("X Y")
       ->expected(2);
-  add_user_tables(*command, arguments->options);
   command->callback([arguments] { run_print(*arguments); });
 }
 

@@ -1,6 +1,7 @@
 #include "tools/dots.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "kit/ink_model.h"
 
@@ -30,10 +31,17 @@ light through(std::size_t plane, double ink) {
 
 }  // namespace
 
-dots::dots(const std::vector<plane_line>& planes, std::uint32_t width) : index_(width), colors_(width) {
-  for (const plane_line& p : planes) {
-    planes_.push_back({std::vector<std::uint8_t>(width), p.ink, std::vector<std::uint64_t>(p.ink.size())});
+dots::dots(const std::vector<plane_line>& planes, std::uint32_t width) {
+  for (const plane_line& line : planes) {
+    scale_.x = std::lcm(scale_.x, line.scale_x);
+    scale_.y = std::lcm(scale_.y, line.scale_y);
   }
+  for (const plane_line& line : planes) {
+    planes_.push_back({&line, scale_.x / line.scale_x, std::vector<std::uint8_t>(std::size_t{width} * line.scale_x),
+                       std::vector<std::uint64_t>(line.levels())});
+  }
+  index_.resize(std::size_t{width} * scale_.x);
+  colors_.resize(index_.size());
   palettes_.emplace_back();
   for (std::size_t p = 0; p < planes.size(); ++p) {
     const std::vector<double>& ink = planes[p].ink;
@@ -48,19 +56,30 @@ dots::dots(const std::vector<plane_line>& planes, std::uint32_t width) : index_(
   }
 }
 
-void dots::read_line(const std::vector<plane_line>& planes) {
-  for (std::size_t p = 0; p < planes.size(); ++p) {
-    plane& to = planes_[p];
-    const std::uint8_t* const packed = planes[p].packed.data();
-    planes[p].bits == 1   ? unpack<1>(packed, to.codes)
-    : planes[p].bits == 2 ? unpack<2>(packed, to.codes)
-    : planes[p].bits == 4 ? unpack<4>(packed, to.codes)
-                          : unpack<8>(packed, to.codes);
-    for (std::size_t code = 1; code < to.counts.size(); ++code) {
-      to.counts[code] += std::uint64_t(std::count(to.codes.begin(), to.codes.end(), std::uint8_t(code)));
+void dots::read_row(const std::uint8_t* packed, unsigned row) {
+  for (plane& to : planes_) {
+    const plane_line& line = *to.line;
+    const std::uint8_t* const from = packed + line.offset + row * line.scale_y / scale_.y * line.line_bytes;
+    switch (line.bits) {
+      case 1:
+        unpack<1>(from, to.codes);
+        break;
+      case 2:
+        unpack<2>(from, to.codes);
+        break;
+      case 4:
+        unpack<4>(from, to.codes);
+        break;
+      default:
+        unpack<8>(from, to.codes);
+    }
+    if (line.bits == 1) {  // one fast count
+      to.counts.back() += std::uint64_t(std::count(to.codes.begin(), to.codes.end(), std::uint8_t{1}));
+    } else {
+      for (const std::uint8_t code : to.codes) ++to.counts[code];
     }
   }
-  ++lines_;
+  ++rows_;
   find_colors();
 }
 
@@ -69,8 +88,11 @@ void dots::find_colors() {
     std::fill(index_.begin(), index_.end(), std::uint16_t{0});
     for (std::size_t p = colors.first; p < colors.end; ++p) {
       const std::vector<std::uint8_t>& codes = planes_[p].codes;
-      const auto base = unsigned(planes_[p].ink.size());
-      for (std::size_t x = 0; x < codes.size(); ++x) index_[x] = std::uint16_t(index_[x] * base + codes[x]);
+      const unsigned base = planes_[p].line->levels(), repeat = planes_[p].repeat_x;
+      std::uint16_t* index = index_.data();
+      for (const std::uint8_t code : codes) {
+        for (unsigned i = 0; i < repeat; ++i, ++index) *index = std::uint16_t(*index * base + code);
+      }
     }
     const bool on_paper = colors.first == 0;
     for (std::size_t x = 0; x < index_.size(); ++x) {
@@ -81,10 +103,10 @@ void dots::find_colors() {
 }
 
 double dots::coverage(std::size_t plane) const {
+  const struct plane& of = planes_[plane];
   double sum = 0;
-  const auto& of = planes_[plane];
-  for (std::size_t code = 0; code < of.counts.size(); ++code) sum += double(of.counts[code]) * of.ink[code];
-  return lines_ == 0 ? 0 : sum / double(lines_) / double(index_.size());
+  for (std::size_t code = 0; code < of.counts.size(); ++code) sum += double(of.counts[code]) * of.line->ink[code];
+  return rows_ == 0 ? 0 : sum / double(rows_) / double(of.codes.size());
 }
 
 }  // namespace vrk::tool

@@ -5,31 +5,42 @@
 #include <cstdint>
 #include <vector>
 
-#include "tools/pipeline.h"
+#include "tools/road/halftone.h"
 
 namespace vrk::tool {
 
 using light = std::array<float, 3>;  // linear R, G, B, 0 ... 1 (paper white)
 
-// The dots of one line after the other.
+// Dots across and down that a pixel of the picture becomes.
+struct dot_scale {
+  unsigned x = 1, y = 1;
+};
+
+// The dots of one row after the other. Where planes differ in scale, the rows are those of the finest, and the dots of
+// the others count as several.
 class dots {
  public:
+  // width: pixels of a line
   dots(const std::vector<plane_line>& planes, std::uint32_t width);
 
-  // Takes the line that the planes hold now.
-  void read_line(const std::vector<plane_line>& planes);
+  dot_scale scale() const { return scale_; }
 
+  // Takes row 0 ... scale().y - 1 of a line of pixels, as the halftone wrote it.
+  void read_row(const std::uint8_t* packed, unsigned row);
+
+  // The row as a plane has it, and its pixels under the kit's ink model.
   const std::vector<std::uint8_t>& codes(std::size_t plane) const { return planes_[plane].codes; }
-  // The line's pixels under the kit's ink model.
   const std::vector<light>& colors() const { return colors_; }
-  // The share of full ink that a plane laid down in all lines so far, 0 ... 1.
+
+  // The share of full ink that a plane laid down in all rows so far, 0 ... 1.
   double coverage(std::size_t plane) const;
 
  private:
   struct plane {
+    const plane_line* line;
+    unsigned repeat_x;  // columns that one dot counts as
     std::vector<std::uint8_t> codes;
-    std::vector<double> ink;            // of each code
-    std::vector<std::uint64_t> counts;  // of each code, over all lines
+    std::vector<std::uint64_t> counts;  // of each code, over all rows
   };
   // Neighbouring planes whose codes together, as digits, pick one colour of a table.
   struct palette {
@@ -39,11 +50,12 @@ class dots {
 
   void find_colors();
 
+  dot_scale scale_;
   std::vector<plane> planes_;
   std::vector<palette> palettes_;  // a pixel's colour is the product of their colours, as inks filter light
   std::vector<std::uint16_t> index_;
   std::vector<light> colors_;
-  std::uint64_t lines_ = 0;
+  std::uint64_t rows_ = 0;
 };
 
 }  // namespace vrk::tool

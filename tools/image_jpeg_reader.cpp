@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "tools/c_library.h"
 #include "tools/image_reader.h"
 // jpeglib.h needs <cstdio> before it.
@@ -31,6 +33,11 @@ class jpeg_reader final : public image_reader {
       jpeg_read_scanlines(&jpeg_, &row, 1);
       if (jpeg_.output_scanline == jpeg_.output_height) jpeg_finish_decompress(&jpeg_);
     });
+    // Programs that leave this marker write the paper that is left instead of the ink.
+    if (channels_ == 4 && jpeg_.saw_Adobe_marker) {
+      auto* const inks = static_cast<std::uint8_t*>(line);
+      std::transform(inks, inks + line_bytes(), inks, [](std::uint8_t paper) { return std::uint8_t(255 - paper); });
+    }
   }
 
  private:
@@ -38,8 +45,7 @@ class jpeg_reader final : public image_reader {
     jpeg_create_decompress(&jpeg_);
     jpeg_stdio_src(&jpeg_, file_.get());
     jpeg_read_header(&jpeg_, TRUE);
-    if (jpeg_.num_components == 4) failure_.jump("holds CMYK; this program reads gray and RGB pictures");
-    jpeg_.out_color_space = jpeg_.num_components == 1 ? JCS_GRAYSCALE : JCS_RGB;
+    jpeg_.out_color_space = jpeg_.num_components == 1 ? JCS_GRAYSCALE : jpeg_.num_components == 4 ? JCS_CMYK : JCS_RGB;
     jpeg_start_decompress(&jpeg_);
     width_ = jpeg_.output_width;
     height_ = jpeg_.output_height;

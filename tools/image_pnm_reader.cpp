@@ -1,5 +1,7 @@
 #include <netpbm/pam.h>
 
+#include <cstring>
+
 #include "tools/c_library.h"
 #include "tools/image_reader.h"
 
@@ -19,7 +21,8 @@ class pnm_reader final : public image_reader {
     pm_setjmpbuf(&failure_.come_back);
     run_c(failure_, name_, [this] {
       pnm_readpaminit(file_.get(), &pam_, int(sizeof pam_));
-      if (pam_.depth != 1 && pam_.depth != 3) failure_.jump("has neither one nor three samples per pixel");
+      const bool cmyk = pam_.depth == 4 && std::strcmp(pam_.tuple_type, "CMYK") == 0;
+      if (pam_.depth != 1 && pam_.depth != 3 && !cmyk) failure_.jump("holds neither gray, RGB nor CMYK");
       row_ = pnm_allocpamrow(&pam_);
     });
     width_ = unsigned(pam_.width);

@@ -14,7 +14,7 @@ class image_reader {
 
   unsigned width() const { return width_; }
   unsigned height() const { return height_; }
-  unsigned channels() const { return channels_; }  // 1: gray, 3: R, G, B; sRGB-coded
+  unsigned channels() const { return channels_; }  // 1: gray, 3: R, G, B, both sRGB-coded; 4: C, M, Y, K, 0 for no ink
   unsigned bits() const { return bits_; }          // per sample: 8, or 16 in the machine's byte order
   std::size_t line_bytes() const { return std::size_t{width_} * channels_ * (bits_ / 8); }
   const std::string& name() const { return name_; }

@@ -1,3 +1,5 @@
+#include <vrk.h>
+
 #include <cstdio>
 #include <exception>
 
@@ -7,6 +9,7 @@
 int main(int argc, char** argv) {
   CLI::App app("vrk: prints pictures through the colour library, and shows the dots", "vrk");
   app.require_subcommand(1);
+  app.set_version_flag("--version", std::string("vrk ") + vrk_get_version());
   vrk::tool::add_print_command(app);
   vrk::tool::add_demo_command(app);
   vrk::tool::add_tables_command(app);

@@ -18,12 +18,15 @@ struct print_report {
   };
   std::string source;
   unsigned width, height, channels, bits;
+  unsigned threads;
   std::vector<plane> planes;
   std::vector<stage_time> times;  // in the order of the road
+  double seconds;                 // by the clock on the wall
 };
 
-// Reads the picture line by line and writes DIR/<plane>.pbm (or .pgm above one bit), DIR/preview.png, DIR/detail.png.
-// Nothing has its final name until everything is complete. detail_centre: in pixels; the page's centre unless given.
+// Reads the picture in bands of lines and writes DIR/<plane>.pbm (or .pgm above one bit), DIR/preview.png and
+// DIR/detail.png. Nothing has its final name until everything is complete. detail_centre: in pixels; the page's centre
+// unless given.
 print_report print_page(image_reader& source, const print_options& options, const std::filesystem::path& directory,
                         std::optional<detail::place> detail_centre = {});
 

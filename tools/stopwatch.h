@@ -2,12 +2,15 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
+#include <optional>
 #include <string>
 
 namespace vrk::tool {
 
 struct stage_time {
   std::string name;
+  std::optional<std::uint32_t> flags;  // of a stage of the library, as it keeps them
   double seconds;
 };
 
