@@ -118,7 +118,7 @@ std::string wrong_curves_or_length(byte_view image, u64 curves) {
 // Level values of all planes, in record order: the image lists them from `at` on, as many as the bytes at `counts` say.
 std::array<std::vector<std::uint16_t>, 6> listed_levels(byte_view image, u64 counts, u64 at) {
   std::array<std::vector<std::uint16_t>, 6> listed{};
-  for (u64 p = 0; p < 6; ++p) {
+  for (std::size_t p = 0; p < 6; ++p) {
     for (u32 n = image.byte(counts + p); n != 0; --n, at += 2) listed[p].push_back(image.be16(at));
   }
   std::array<std::vector<std::uint16_t>, 6> values{};
