@@ -1,11 +1,20 @@
 #!/bin/sh
-# The shared library, the export list and the header name the same 53 functions, and nothing else leaves the library.
-# usage: exports_test.sh SOURCE_DIR LIBRARY
+# The shared library, the export list and the header name the same 53 functions, and nothing else leaves the library. A
+# DLL needs nothing of the system but three memory functions.
+# usage: exports_test.sh SOURCE_DIR LIBRARY OBJDUMP
 set -eu
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-nm -D --defined-only "$2" | awk '{print $3}' | sort >"$work/library"
+case $2 in
+*.dll)
+  "$3" -p "$2" >"$work/headers"
+  sed -n '/^\[Ordinal\/Name Pointer\]/,/^$/s/^\t\[ *[0-9]*\] //p' "$work/headers" | sort >"$work/library"
+  sed -n 's/^\tDLL Name: //p; s/^\t[0-9a-f]*\t *[0-9]*  \([A-Za-z_]*\)$/\1/p' "$work/headers" >"$work/imports"
+  printf '%s\n' msvcrt.dll memcpy memmove memset | diff - "$work/imports"
+  ;;
+*) nm -D --defined-only "$2" | awk '{print $3}' | sort >"$work/library" ;;
+esac
 sed -n 's/^  \(vrk_.*\)$/\1/p' "$1/include/vrk.def" | sort >"$work/def"
 grep -o 'VRK_CALL vrk_[a-z0-9_]*(' "$1/include/vrk.h" | sed 's/VRK_CALL \(.*\)(/\1/' | sort >"$work/header"
 test "$(wc -l <"$work/def")" -eq 53

@@ -1,0 +1,171 @@
+// Error diffusion, ordered dither, and whole roads that end in them.
+#include <algorithm>
+
+#include "kit/curve_image.h"
+#include "kit/presets.h"
+#include "tests/digest/pipeline.h"
+
+namespace vrk::digest {
+
+namespace {
+
+constexpr std::uint32_t lines = 8;
+
+// Packed lines of six planes, four lines a plane (dot cells), as the exports take them.
+struct output_lines {
+  std::vector<std::uint8_t*> line;
+
+  output_lines(pipeline& p, const vrk_ht_info& info) {
+    for (unsigned plane = 0; plane < 6; ++plane) {
+      for (unsigned i = 0; i < info.plane_scale[plane].scale_y; ++i) line.push_back(p.output(info.line_bytes[plane]));
+    }
+    line.resize(24);
+  }
+};
+
+kit::modulation threshold_noise() {
+  kit::modulation noisy{.width = 5, .height = 4, .column_shift = 2, .row_shift = 1};
+  for (std::size_t plane = 0; plane < noisy.planes.size(); ++plane) {
+    for (const std::uint8_t v : noise(20, plane + 3)) noisy.planes[plane].push_back(std::int8_t(v / 4 - 32));
+  }
+  return noisy;
+}
+
+// Two blocks, each half the lines: the whole width, then all but the first columns, going on from the lines above.
+template <class Start, class Exec, class End>
+void run_blocks(pipeline& p, Start start, Exec exec, End end) {
+  p.run(lines, [&](std::uint32_t y) {
+    if (y == 0) start(chosen.width, 0, 0);
+    if (y == lines / 2) {
+      end();
+      start(chosen.width - 13, 13, y);
+    }
+    exec(y);
+    if (y == lines - 1) end();
+  });
+}
+
+void* build_ed(pipeline& p, const kit::edpr_table& levels, std::uint32_t flags) {
+  const kit::bytes edtb = kit::ed_distribution("fan").encode(), edpr = levels.encode();
+  return p.build([&](void* mem) {
+    return vrk_create_ed(chosen.width, std::uint32_t(edtb.size()), edtb.data(), std::uint32_t(edpr.size()), edpr.data(),
+                         flags, mem);
+  });
+}
+
+void diffuse(const std::string& name, const kit::edpr_table& levels, std::uint32_t planes, std::uint32_t flags) {
+  pipeline p(with_flags(name, flags));
+  if (!p.wanted()) return;
+  const kit::bytes src = picture(chosen.width, planes * ((flags & VRK_IN16) != 0 ? 2 : 1));
+  void* const h = build_ed(p, levels, flags);
+  vrk_ht_info info;
+  p.add(vrk_query_ed_info(h, &info));
+  p.add(info.same_line_bytes * 4 + info.dot_expansion * 2 + info.same_scale);
+  const output_lines out(p, info);
+  run_blocks(
+      p, [h](auto... block) { vrk_start_ed_block(h, block...); },
+      [&](std::uint32_t y) {
+        auto* const* const line = out.line.data();
+        if (info.dot_expansion != 0 || y % 2 != 0) {
+          vrk_exec_edx(h, src.data(), line);
+        } else {
+          vrk_exec_ed(h, src.data(), line[0], line[1], line[2], line[3], line[4], line[5]);
+        }
+      },
+      [h] { vrk_end_ed_block(h); });
+}
+
+void error_diffusion() {
+  for (const std::uint32_t planes : {1u, 4u, 6u}) {
+    for (const std::uint32_t precision : {0u, VRK_PREC10, VRK_IN16}) {
+      for (const unsigned levels : {2, 3, 4, 5, 6, 16}) {
+        for (const std::uint32_t codes : {0u, VRK_RANDOM4, VRK_K_CODE3}) {
+          diffuse("ed " + std::to_string(planes) + " levels " + std::to_string(levels),
+                  kit::ed_parameters(planes, levels, threshold_noise()), planes, precision | codes);
+        }
+      }
+      for (const unsigned scale_x : {1, 2, 4}) {
+        for (const unsigned scale_y : {1, 2, 3, 4}) {
+          const unsigned levels = scale_x * scale_y + 1;
+          diffuse("edx " + std::to_string(planes) + " cells " + std::to_string(scale_x) + "x" + std::to_string(scale_y),
+                  kit::cell_parameters(planes, scale_x, scale_y, levels, threshold_noise()), planes, precision);
+        }
+      }
+    }
+  }
+}
+
+void ordered_dither() {
+  for (const std::uint32_t planes : {1u, 4u, 6u}) {
+    for (const std::uint32_t flags : {0u, VRK_IN16, VRK_K_CODE3, VRK_IN16 | VRK_K_CODE3}) {
+      for (const unsigned levels : {2, 3, 4, 16, 200}) {
+        for (const char* matrix : {"bayer8", "screens"}) {
+          pipeline p(with_flags("dither " + std::to_string(planes) + " levels " + std::to_string(levels) + " " + matrix,
+                                flags));
+          if (!p.wanted()) continue;
+          const kit::bytes table = kit::dither_parameters(planes, levels, matrix, (flags & VRK_IN16) != 0).encode();
+          const kit::bytes src = picture(chosen.width, planes * ((flags & VRK_IN16) != 0 ? 2 : 1));
+          void* const h = p.build([&](void* mem) {
+            return vrk_create_dither(chosen.width, std::uint32_t(table.size()), table.data(), flags, mem);
+          });
+          vrk_ht_info info;
+          p.add(vrk_query_dither_info(h, &info));
+          const output_lines out(p, info);
+          run_blocks(
+              p, [h](auto... block) { vrk_start_dither_block(h, block...); },
+              [&](std::uint32_t y) {
+                auto* const* const line = out.line.data();
+                if (y % 2 != 0) {
+                  vrk_exec_ditherx(h, src.data(), line);
+                } else {
+                  vrk_exec_dither(h, src.data(), line[0], line[1], line[2], line[3], line[4], line[5]);
+                }
+              },
+              [h] { vrk_end_dither_block(h); });
+        }
+      }
+    }
+  }
+}
+
+// A page's whole road: adjusted, converted to four inks, split into six, diffused.
+void road(const std::string& name, std::uint32_t samples) {
+  pipeline p("road " + name);
+  if (!p.wanted()) return;
+  const kit::bytes grid = kit::ink_table(4).encode(), split = kit::split_curves().encode();
+  void* const pre = p.build([&](void* mem) {
+    return vrk_create_preproc(nullptr, 1, 2, 0, nullptr, 0, nullptr, (samples & VRK_OUT16) | VRK_COMPOSE, mem);
+  });
+  void* const csc =
+      p.build([&](void* mem) { return vrk_create_csc2(std::uint32_t(grid.size()), grid.data(), 3, samples, mem); });
+  void* const post = p.build([&](void* mem) {
+    return vrk_create_postproc(4, 1, split.data(), 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0,
+                               nullptr, samples | VRK_COMPOSE, mem);
+  });
+  void* const ed = build_ed(p, kit::ed_parameters(6, 2, threshold_noise()), samples & VRK_IN16);
+  vrk_ht_info info;
+  vrk_query_ed_info(ed, &info);
+  const output_lines out(p, info);
+  const std::size_t pixels = chosen.width;
+  kit::bytes adjusted(pixels * 6), four(pixels * 8), six(pixels * 12);
+  p.run(lines, [&](std::uint32_t y) {
+    if (y == 0) vrk_start_ed_block(ed, chosen.width, 0, 0);
+    const kit::bytes src = picture(chosen.width, 3, y + 1);
+    vrk_xform_preproc(pre, src.data(), nullptr, chosen.width, adjusted.data());
+    vrk_xform_csc2(csc, adjusted.data(), chosen.width, four.data());
+    vrk_xform_postproc(post, four.data(), chosen.width, six.data());
+    vrk_exec_edx(ed, six.data(), out.line.data());
+    if (y == lines - 1) vrk_end_ed_block(ed);
+  });
+}
+
+}  // namespace
+
+void halftone_pipelines() {
+  error_diffusion();
+  ordered_dither();
+  road("8 bits", 0);
+  road("16 bits", VRK_IN16 | VRK_OUT16);
+}
+
+}  // namespace vrk::digest

@@ -1,0 +1,94 @@
+// usage: vrk_digest [speed] [NAME]
+// Prints a digest of every pipeline whose name begins with NAME, or its speed. The list of digests must be the same
+// from every build; scripts/compare-builds holds it.
+#include <chrono>
+#include <cinttypes>
+#include <cstdio>
+#include <string_view>
+
+#include "tests/digest/pipeline.h"
+
+namespace vrk::digest {
+
+options chosen;
+
+kit::bytes noise(std::size_t size, std::uint64_t seed) {
+  kit::bytes out(size);
+  std::uint64_t state = seed * 0x9E3779B97F4A7C15;
+  for (std::uint8_t& byte : out) {
+    state = state * 6364136223846793005 + 1442695040888963407;
+    byte = std::uint8_t(state >> 56);
+  }
+  return out;
+}
+
+kit::bytes picture(std::uint32_t pixels, std::uint32_t bytes_per_pixel, std::uint64_t seed) {
+  kit::bytes out = noise(std::size_t(pixels) * bytes_per_pixel, seed);
+  for (std::uint32_t i = 0; i < bytes_per_pixel; ++i) {
+    out[i] = 255;
+    out[bytes_per_pixel + i] = 0;
+  }
+  for (std::size_t i = out.size() / 2; i < out.size() * 3 / 4; ++i) out[i] = std::uint8_t(i);
+  return out;
+}
+
+std::string with_flags(std::string name, std::uint32_t flags) {
+  constexpr struct {
+    std::uint32_t bit;
+    const char* name;
+  } bits[] = {{VRK_IN16, " in16"},     {VRK_OUT16, " out16"},     {VRK_PREC12, " high"},    {VRK_COMPOSE, " compose"},
+              {VRK_INVERT, " invert"}, {VRK_RANDOM4, " random4"}, {VRK_K_CODE3, " k_code3"}};
+  for (const auto& bit : bits) {
+    if ((flags & bit.bit) != 0) name += bit.name;
+  }
+  return name;
+}
+
+pipeline::pipeline(std::string name) : name_(std::move(name)), wanted_(name_.starts_with(chosen.only)) {}
+
+std::uint8_t* pipeline::output(std::size_t size) { return outputs_.emplace_back(size, std::uint8_t(0x5A)).data(); }
+
+void pipeline::add(std::uint32_t number) {
+  const std::uint8_t bytes[] = {std::uint8_t(number), std::uint8_t(number >> 8), std::uint8_t(number >> 16),
+                                std::uint8_t(number >> 24)};
+  add(bytes);
+}
+
+void pipeline::add(std::span<const std::uint8_t> bytes) {
+  for (const std::uint8_t byte : bytes) digest_ = (digest_ ^ byte) * 0x100000001B3;
+}
+
+void pipeline::run(std::uint32_t lines, const std::function<void(std::uint32_t y)>& line) {
+  if (!chosen.speed) {
+    for (std::uint32_t y = 0; y < lines; ++y) {
+      line(y);
+      for (const kit::bytes& bytes : outputs_) add(bytes);
+    }
+    std::printf("%016" PRIx64 " %s\n", digest_, name_.c_str());
+    return;
+  }
+  using clock = std::chrono::steady_clock;
+  double best = 1e9;  // seconds for all lines
+  for (const auto end = clock::now() + std::chrono::milliseconds(30); clock::now() < end;) {
+    const auto start = clock::now();
+    for (std::uint32_t y = 0; y < lines; ++y) line(y);
+    best = std::min(best, std::chrono::duration<double>(clock::now() - start).count());
+  }
+  std::printf("%10.1f %s\n", double(chosen.width) * lines / best / 1e6, name_.c_str());
+}
+
+}  // namespace vrk::digest
+
+int main(int count, char** words) {
+  using namespace vrk::digest;
+  for (int i = 1; i < count; ++i) {
+    if (words[i] == std::string_view("speed")) {
+      chosen.speed = true;
+      chosen.width = 8192;
+    } else {
+      chosen.only = words[i];
+    }
+  }
+  color_pipelines();
+  halftone_pipelines();
+}

@@ -1,0 +1,86 @@
+// What the lists of pipelines are written with. Every build of the library runs the same pipelines on the same computed
+// input, and prints a digest, or the speed, of each.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "kit/bytes.h"
+#include "vrk.h"
+
+namespace vrk::digest {
+
+// Set once, before the first pipeline.
+struct options {
+  bool speed = false;        // print Mpixel/s instead of digests
+  std::string_view only{};   // run pipelines whose names begin so
+  std::uint32_t width = 61;  // pixels of a line: odd, and no multiple of a vector
+};
+extern options chosen;
+
+// Bytes that look random, the same everywhere.
+kit::bytes noise(std::size_t size, std::uint64_t seed = 1);
+
+// Lines of noise that begin with a white and a black pixel, with some ramp in them.
+kit::bytes picture(std::uint32_t pixels, std::uint32_t bytes_per_pixel, std::uint64_t seed = 1);
+
+// "name in16+out16", by the bits of a flags word in the terms of one stage.
+std::string with_flags(std::string name, std::uint32_t flags);
+
+// Memory for one handle, 4 bytes past a 32-byte boundary.
+class handle {
+ public:
+  explicit handle(std::uint32_t size) : chunks_(size / 32 + 2) {}
+  void* mem() { return chunks_[0].bytes + 4; }
+
+ private:
+  struct alignas(32) chunk {
+    std::uint8_t bytes[32] = {};
+  };
+  std::vector<chunk> chunks_;
+};
+
+// One line of the list: a road of one or more stages. Nothing of a pipeline that was not asked for is run.
+class pipeline {
+ public:
+  explicit pipeline(std::string name);
+  bool wanted() const { return wanted_; }
+
+  // A handle by both calls of a create function. Sizes and the built memory count.
+  template <class Create>
+  void* build(Create create) {
+    const std::uint32_t size = create(nullptr);
+    handles_.push_back(std::make_unique<handle>(size));
+    void* const mem = handles_.back()->mem();
+    const std::uint32_t used = create(mem);
+    add(size);
+    add(used);
+    add({static_cast<const std::uint8_t*>(mem), used});
+    return mem;
+  }
+
+  // A buffer whose contents count after every line.
+  std::uint8_t* output(std::size_t size);
+
+  // Runs `line` for y = 0 ... lines - 1 and prints what came out.
+  void run(std::uint32_t lines, const std::function<void(std::uint32_t y)>& line);
+
+  void add(std::uint32_t number);
+  void add(std::span<const std::uint8_t> bytes);
+
+ private:
+  std::string name_;
+  bool wanted_;
+  std::uint64_t digest_ = 0xCBF29CE484222325;  // FNV-1a
+  std::vector<std::unique_ptr<handle>> handles_;
+  std::vector<kit::bytes> outputs_;
+};
+
+void color_pipelines();
+void halftone_pipelines();
+
+}  // namespace vrk::digest
