@@ -5,33 +5,16 @@
 #include "kit/color_table.h"
 #include "kit/curve_image.h"
 #include "kit/presets.h"
-#include "tests/scratch.h"
-#include "tools/image_reader.h"
-#include "tools/print_page.h"
+#include "tests/print_job.h"
 
 namespace {
 
 using namespace vrk::tool;
-using vrk::test::complaint;
+using namespace vrk::test;
 namespace kit = vrk::kit;
 namespace fs = std::filesystem;
 
-struct tool : vrk::test::scratch {};
-
-// A colour table that gives every colour the same inks: shares of full ink, in sixteenths of 255.
-kit::bytes constant_inks(unsigned inks) {
-  kit::color_table colors;
-  colors.grid = {2, inks, {}};
-  for (unsigned point = 0; point < 8; ++point) {
-    for (unsigned ink = 0; ink < inks; ++ink) colors.grid.samples.push_back(std::uint16_t(65535 * (ink + 1) / 8));
-  }
-  return colors.encode();
-}
-
-std::string flat_page(unsigned across, unsigned down) {
-  std::string page = "P6 " + std::to_string(across) + " " + std::to_string(down) + " 255\n";
-  return page.append(std::size_t{3} * across * down, '\x80');
-}
+struct tool : print_job {};
 
 TEST_F(tool, planes_hold_the_ink_that_the_colour_table_asks_for) {
   constexpr unsigned across = 203, down = 120;
