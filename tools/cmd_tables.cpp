@@ -29,14 +29,17 @@ class shelf {
     file.keep();
     ++count_;
   }
-  void put_curve(const std::string& name, const kit::curve& tone) {
-    put(name, kit::curve_image{.curves = {tone}}.encode());
-  }
 
  private:
   fs::path top_;
   unsigned count_ = 0;
 };
+
+kit::bytes image_of(const kit::curve& tone) { return kit::curve_image{.curves = {tone}}.encode(); }
+
+kit::bytes saturated_colors() {
+  return kit::color_table{.grid = kit::matrix_grid(kit::saturation_matrix(1.25))}.encode();
+}
 
 // What one page in one ink, four or six takes.
 void put_inks(shelf& to) {
@@ -55,9 +58,7 @@ void put_inks(shelf& to) {
 }
 
 void put_colors(shelf& to) {
-  kit::color_table saturated;
-  saturated.grid = kit::matrix_grid(kit::saturation_matrix(1.25));
-  to.put("colors/saturated.csc1", saturated.encode());
+  to.put("colors/saturated.csc1", saturated_colors());
   for (const char* const rule : {"thrh", "gray", "blck", "sold"}) {
     to.put("colors/" + std::string(rule) + ".csc1", kit::subtype_table(rule));
   }
@@ -83,23 +84,29 @@ void put_halftones(shelf& to) {
 }
 
 void put_curves(shelf& to) {
-  to.put_curve("curves/lighter.1dlt", kit::gamma_curve(1.2));
-  to.put_curve("curves/darker.1dlt", kit::gamma_curve(1 / 1.2));
-  to.put_curve("curves/contrast.1dlt", kit::s_curve(0.5));
-  to.put_curve("curves/dot-gain-15.1dlt", kit::dot_gain_compensation(0.15));
-  to.put_curve("curves/ink-limit-80.1dlt", kit::ink_limiting(0.8));
+  to.put("curves/lighter.1dlt", image_of(kit::gamma_curve(1.2)));
+  to.put("curves/darker.1dlt", image_of(kit::gamma_curve(1 / 1.2)));
+  to.put("curves/contrast.1dlt", image_of(kit::s_curve(0.5)));
+  to.put("curves/dot-gain-15.1dlt", image_of(kit::dot_gain_compensation(0.15)));
+  to.put("curves/ink-limit-80.1dlt", image_of(kit::ink_limiting(0.8)));
 }
 
-// One blob of each type that holds tables of the kinds above, under the tags of family H.
+// A blob of each type, under tags of family H. Levels of picture tones: one step darker, as they are, one brighter.
 void put_blobs(shelf& to) {
   const auto put = [&](const char* name, const char* type, std::vector<kit::blob_entry> entries) {
     to.put(std::string("blobs/") + name, kit::blob{.type = type, .entries = std::move(entries)}.encode());
   };
+  const auto levels = [](unsigned inks) { return kit::ed_parameters(inks, 2).encode(); };
+  const auto ranks = [](std::string_view matrix) { return kit::dither_parameters(4, 2, matrix).encode(); };
+  const kit::bytes darker = image_of(kit::gamma_curve(1 / 1.2)), straight = image_of(kit::identity_curve()),
+                   brighter = image_of(kit::gamma_curve(1.2));
+  put("colors.ctsi", "CS1T", {{"HC", kit::subtype_table("thrh")}, {"HP", saturated_colors()}});
   put("inks.ctsi", "CS2T", {{"HN", kit::ink_table(4).encode()}, {"HNP", kit::ink_table(6).encode()}});
-  put("levels.ctsi", "HATT",
-      {{"HH1", kit::ed_parameters(1, 2).encode()},
-       {"HH4", kit::ed_parameters(4, 2).encode()},
-       {"HH6", kit::ed_parameters(6, 2).encode()}});
+  put("levels.ctsi", "HATT", {{"HH1", levels(1)}, {"HH4", levels(4)}, {"HH6", levels(6)}});
+  put("tones.ctsi", "INGM", {{"HB-1", darker}, {"HB00", straight}, {"HB+1", brighter}});
+  put("older-tones.ctsi", "INGM", {{"HD1", darker}, {"HT", straight}, {"HB1", brighter}});
+  put("ink-tones.ctsi", "OTGM", {{"HN", image_of(kit::dot_gain_compensation(0.15))}});
+  put("ranks.ctsi", "HRKT", {{"HR00", ranks("blue-noise")}, {"HR+1", ranks("screens")}});
 }
 
 void write_tables(const std::string& directory) {
