@@ -31,6 +31,17 @@ linear_rgb linear(unsigned r, unsigned g, unsigned b) {
   return {srgb_to_linear(r / 65535.0), srgb_to_linear(g / 65535.0), srgb_to_linear(b / 65535.0)};
 }
 
+// coverage_of: inks of a colour in linear light
+template <class Separation>
+color_grid separated_grid(unsigned points, unsigned inks, const Separation& coverage_of) {
+  return sampled_grid(points, inks, [&](unsigned r, unsigned g, unsigned b) {
+    const ink_coverage coverage = coverage_of(linear(r, g, b));
+    std::array<std::uint16_t, 6> out;
+    for (std::size_t ink = 0; ink < out.size(); ++ink) out[ink] = sample16(coverage[ink]);
+    return out;
+  });
+}
+
 }  // namespace
 
 color_grid identity_grid(unsigned points) {
@@ -63,12 +74,9 @@ color_matrix saturation_matrix(double saturation) {
 }
 
 color_grid ink_grid(unsigned inks, unsigned points) {
-  return sampled_grid(points, inks, [&](unsigned r, unsigned g, unsigned b) {
-    const ink_coverage coverage = separate(linear(r, g, b), inks == 6);
-    std::array<std::uint16_t, 6> out;
-    for (std::size_t ink = 0; ink < out.size(); ++ink) out[ink] = sample16(coverage[ink]);
-    return out;
-  });
+  return separated_grid(points, inks, [&](const linear_rgb& color) { return separate(color, inks == 6); });
 }
+
+color_grid split_ink_grid(unsigned points) { return separated_grid(points, 4, separate_to_split); }
 
 }  // namespace vrk::kit

@@ -20,4 +20,7 @@ color_matrix saturation_matrix(double saturation);
 // sRGB to the inks of kit/ink_model.h. inks: 4 (K, C, M, Y) or 6 (and light cyan, light magenta).
 color_grid ink_grid(unsigned inks, unsigned points = 17);
 
+// K, C, M, Y for post-processing that splits them into six inks.
+color_grid split_ink_grid(unsigned points = 17);
+
 }  // namespace vrk::kit

@@ -15,4 +15,10 @@ struct dot_cells {
 // first has no dot, the last has all. Not more levels than dots and one make sense.
 dot_cells centred_dots(unsigned scale_x, unsigned scale_y, unsigned levels);
 
+// Where every plane's dots grow from the same place they fall onto each other, and a page comes out lighter than its
+// inks ask for. So the cells of a plane are moved, around their own edges, by another amount in every pixel of a tile,
+// each amount equally often. Then two planes share as many dots as chance has it, which is what colour tables count on.
+constexpr unsigned scatter_width = 12, scatter_height = 16;
+std::vector<std::uint16_t> scattered(std::uint16_t cell, unsigned scale_x, unsigned scale_y, unsigned plane);
+
 }  // namespace vrk::kit

@@ -49,6 +49,11 @@ edpr_table cell_parameters(unsigned planes, unsigned scale_x, unsigned scale_y, 
   edpr_table table = ed_parameters(planes, levels, modulation);
   table.version = "0020";
   const dot_cells dots = centred_dots(scale_x, scale_y, levels);
+  const bool scatter = planes > 1 && scale_x * scale_y > 1;
+  if (scatter) {
+    table.pattern_width = scatter_width;
+    table.pattern_height = scatter_height;
+  }
   for (std::size_t p = 0; p < planes; ++p) {
     ed_plane& plane = table.planes[table_position[p]];
     plane.bits = 1;  // of every dot
@@ -56,7 +61,9 @@ edpr_table cell_parameters(unsigned planes, unsigned scale_x, unsigned scale_y, 
     plane.scale_y = scale_y;
     plane.level_values = dots.level_values;
     plane.thresholds = halfway_thresholds(plane.level_values);
-    for (const std::uint16_t cell : dots.cells) plane.patterns.push_back({cell});
+    for (const std::uint16_t cell : dots.cells) {
+      plane.patterns.push_back(scatter ? scattered(cell, scale_x, scale_y, unsigned(p)) : std::vector{cell});
+    }
   }
   return table;
 }
@@ -83,6 +90,8 @@ edtb_table ed_distribution(std::string_view filter) {
 color_table ink_table(unsigned inks, unsigned points, grid_encoding encoding) {
   return {.encoding = encoding, .grid = ink_grid(inks, points)};
 }
+
+color_table split_ink_table(unsigned points) { return {.grid = split_ink_grid(points)}; }
 
 curve_image black_ink_curve() {
   // Image black is as dark as the ink; everything between scales with it, so that the coverage is what light is

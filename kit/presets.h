@@ -30,6 +30,9 @@ edtb_table ed_distribution(std::string_view filter = "fan");
 // "csc2" from sRGB to the inks of kit/ink_model.h. inks: 4 or 6.
 color_table ink_table(unsigned inks, unsigned points = 17, grid_encoding encoding = grid_encoding::raw16);
 
+// "csc2" from sRGB to the four planes that split_curves makes six of.
+color_table split_ink_table(unsigned points = 17);
+
 // "1dlt" for the second converter: one gray sample (sRGB scale) to black ink alone, as the ink model prints it.
 curve_image black_ink_curve();
 

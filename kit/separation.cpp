@@ -32,10 +32,13 @@ ink_pair split(double amount, double black, double full_light, double light_ligh
   return {full, light};
 }
 
+enum class light_inks { none, give_way_to_black, everywhere };
+
 // Amounts of cyan, magenta and yellow (0 ... 1 each) as inks, beside black.
-ink_coverage inks_of(double black, const vector3& amounts, bool light_inks) {
-  if (!light_inks) return {black, amounts[0], amounts[1], amounts[2], 0, 0};
-  const ink_pair cyan = split_cyan(amounts[0], black), magenta = split_magenta(amounts[1], black);
+ink_coverage inks_of(double black, const vector3& amounts, light_inks light) {
+  if (light == light_inks::none) return {black, amounts[0], amounts[1], amounts[2], 0, 0};
+  const double beside = light == light_inks::give_way_to_black ? black : 0;
+  const ink_pair cyan = split_cyan(amounts[0], beside), magenta = split_magenta(amounts[1], beside);
   return {black, cyan.full, magenta.full, amounts[2], cyan.light, magenta.light};
 }
 
@@ -62,11 +65,11 @@ vector3 solve(const matrix3& m, const vector3& v) {
 // settles it the way printers are used to: pure green, cyan, magenta and yellow become full inks, not pale ones.
 class color_difference {
  public:
-  color_difference(const linear_rgb& wanted, double black, bool light_inks)
-      : wanted_(srgb(wanted)), black_(black), light_inks_(light_inks) {}
+  color_difference(const linear_rgb& wanted, double black, light_inks light)
+      : wanted_(srgb(wanted)), black_(black), light_(light) {}
 
   vector3 operator()(const vector3& amounts) const {
-    const vector3 printed = srgb(print_color(inks_of(black_, amounts, light_inks_)));
+    const vector3 printed = srgb(print_color(inks_of(black_, amounts, light_)));
     return {printed[0] - wanted_[0], printed[1] - wanted_[1], printed[2] - wanted_[2]};
   }
 
@@ -87,7 +90,7 @@ class color_difference {
  private:
   vector3 wanted_;
   double black_;
-  bool light_inks_;
+  light_inks light_;
 };
 
 // The amounts inside the unit cube with the least difference, found downhill from `start` by damped Gauss-Newton steps
@@ -133,7 +136,7 @@ vector3 least_difference(const color_difference& difference, const vector3& star
 vector3 amounts_beside(double black, const linear_rgb& wanted) {
   vector3 start;
   for (std::size_t c = 0; c < start.size(); ++c) start[c] = std::clamp(1 - wanted[c], 0.02, 0.98);
-  return least_difference({wanted, black, false}, start);
+  return least_difference({wanted, black, light_inks::none}, start);
 }
 
 double total(double black, const vector3& amounts) { return black + amounts[0] + amounts[1] + amounts[2]; }
@@ -148,7 +151,7 @@ ink_pair split_magenta(double amount, double black) {  // magenta absorbs green
   return split(amount, black, ink_colors[2][1], ink_colors[5][1]);
 }
 
-ink_coverage separate(const linear_rgb& image, bool light_inks) {
+ink_coverage separate(const linear_rgb& image, bool with_light_inks) {
   linear_rgb wanted;  // black raised to the darkest print
   for (std::size_t c = 0; c < wanted.size(); ++c) wanted[c] = darkest_neutral + (1 - darkest_neutral) * image[c];
   double black = black_coverage(wanted);
@@ -162,11 +165,19 @@ ink_coverage separate(const linear_rgb& image, bool light_inks) {
     black = enough;
     amounts = amounts_beside(black, wanted);
   }
-  const ink_coverage full = inks_of(black, amounts, false);
-  if (!light_inks) return full;
+  const ink_coverage full = inks_of(black, amounts, light_inks::none);
+  if (!with_light_inks) return full;
   // Light inks absorb a little less outside their own part of the light than full ones: match what those print. What
   // lies beyond all inks has been settled then, and neighbouring colours stay neighbours.
-  return inks_of(black, least_difference({print_color(full), black, true}, amounts), true);
+  constexpr light_inks light = light_inks::give_way_to_black;
+  return inks_of(black, least_difference({print_color(full), black, light}, amounts), light);
+}
+
+ink_coverage separate_to_split(const linear_rgb& image) {
+  const ink_coverage full = separate(image, false);
+  const vector3 amounts =
+      least_difference({print_color(full), full[0], light_inks::everywhere}, {full[1], full[2], full[3]});
+  return inks_of(full[0], amounts, light_inks::none);
 }
 
 }  // namespace vrk::kit

@@ -31,4 +31,8 @@ ink_pair split_magenta(double amount, double black = 0);
 // light_inks: cyan and magenta begin with their light ink and go over to the full one.
 ink_coverage separate(const linear_rgb& image, bool light_inks);
 
+// Amounts of K, C, M and Y of which cyan and magenta are split afterwards, by curves that do not see the black beside
+// them, so that the six inks print the colour.
+ink_coverage separate_to_split(const linear_rgb& image);
+
 }  // namespace vrk::kit

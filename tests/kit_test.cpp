@@ -264,6 +264,17 @@ TEST(kit, split_inks_print_what_the_full_ink_would) {
   EXPECT_EQ(image.curves[1].back(), 0);
 }
 
+TEST(kit, inks_to_split_print_what_four_inks_would) {
+  for (const linear_rgb color : {linear_rgb{0.6, 0.5, 0.5}, {0.2, 0.3, 0.4}, {0.1, 0.05, 0.1}}) {
+    const ink_coverage four = separate_to_split(color);
+    const ink_pair cyan = split_cyan(four[1]), magenta = split_magenta(four[2]);
+    const linear_rgb six =
+        print_color(std::array{four[0], cyan.full, magenta.full, four[3], cyan.light, magenta.light});
+    const linear_rgb wanted = print_color(separate(color, false));
+    for (std::size_t c = 0; c < 3; ++c) EXPECT_NEAR(six[c], wanted[c], 1e-4) << color[0] << " channel " << c;
+  }
+}
+
 TEST(kit, dots_of_a_cell_grow_from_its_centre) {
   EXPECT_EQ(centred_dots(4, 4, 17).cells[4], 0b0000'0110'0110'0000);
   EXPECT_EQ(centred_dots(1, 4, 2).cells, (std::vector<std::uint16_t>{0, 0x8888}));
@@ -275,6 +286,25 @@ TEST(kit, dots_of_a_cell_grow_from_its_centre) {
       for (unsigned level = 0; level <= dots; ++level) {
         EXPECT_EQ(unsigned(std::popcount(grown.cells[level])), level);
         EXPECT_EQ(grown.cells[level] & ~grown.cells[dots], 0);
+      }
+    }
+  }
+}
+
+// Colour tables count on planes that share as many dots as chance has it.
+TEST(kit, dots_of_two_planes_meet_by_chance) {
+  const edpr_table table = cell_parameters(6, 4, 2, 9);
+  const auto dots = [&](std::size_t plane, std::size_t level) { return table.planes[plane].patterns[level]; };
+  for (std::size_t plane = 0; plane < 6; ++plane) {
+    for (std::size_t other = 0; other < plane; ++other) {
+      for (std::size_t level = 1; level < 8; ++level) {
+        double shared = 0;
+        for (std::size_t pixel = 0; pixel < dots(plane, level).size(); ++pixel) {
+          ASSERT_EQ(unsigned(std::popcount(dots(plane, level)[pixel])), level);
+          shared += std::popcount(unsigned(dots(plane, level)[pixel] & dots(other, level)[pixel]));
+        }
+        const double chance = double(level * level) / 8;
+        EXPECT_NEAR(shared / double(dots(plane, level).size()), chance, 0.4) << plane << other << ", level " << level;
       }
     }
   }

@@ -50,6 +50,7 @@ void put_inks(shelf& to) {
 
   to.put("six/inks.csc2", kit::ink_table(6).encode());
   to.put("six/levels.edpr", levels(6));
+  to.put("six/to-split.csc2", kit::split_ink_table().encode());
   to.put("six/split.1dlt", kit::split_curves().encode());
 
   to.put("one/gray.csc1", kit::subtype_table("gray"));

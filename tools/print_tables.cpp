@@ -113,7 +113,7 @@ unsigned choose_inks(const print_options& options, print_tables& tables) {
   } else if (inks == 1) {
     tables.ink = {"the kit's tone curve", kit::black_ink_curve().encode()};
   } else {
-    tables.ink = {"the kit's colour table", kit::ink_table(inks).encode()};
+    tables.ink = {"the kit's colour table", (options.split ? kit::split_ink_table() : kit::ink_table(inks)).encode()};
   }
   if (inks == 1 && !(tables.rgb && leaves_one_sample(*tables.rgb))) {
     tables.gray = {"the kit's gray table", kit::subtype_table("gray")};
