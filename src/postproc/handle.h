@@ -11,6 +11,9 @@ constexpr u32 postproc_planes = 6;  // K, C, M, Y, fifth (beside C), sixth (besi
 
 constexpr bool is_channel_count(u32 n) { return n == 1 || n == 4 || n == 6; }
 
+// Whether pixels of `in` samples can become pixels of `out`: all planes stay, or four split into six.
+constexpr bool has_path(u32 in, u32 out) { return in == out || (in == 4 && out == 6); }
+
 // E: entries of a curve that is indexed by the input, an 8-bit sample or the top ten bits of a 16-bit one.
 constexpr u32 index_count(u32 flags) { return (flags & flag_in16) != 0 ? 1024 : 256; }
 

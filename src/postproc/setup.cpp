@@ -132,7 +132,9 @@ check postproc_build(const postproc_request& request, const postproc_plan& plan,
   // Curves are multiples of 32 bytes: those of the main block follow each other without gaps.
   const bool has_main = request.main.on != 0;
   if (has_main) {
-    curve_image image(request.main.image, curve_image::bytes(plan.main_curves));
+    // A table whose counts no transform serves need not hold more curves than it counts: the others read as 0.
+    const u32 held = has_path(plan.in_channels, plan.out_channels) ? plan.main_curves : plan.in_channels;
+    curve_image image(request.main.image, curve_image::bytes(held));
     for (u32 p = 0; p < plan.out_channels; ++p) {
       const reduction reduced = main_reduction(request.flags, request.plane[p].on != 0);
       handle->main_curve[p] = reduced_curve(image, main_curve_of(plan.main_curves, p), reduced, block);

@@ -118,7 +118,7 @@ using namespace vrk;
 uint32_t VRK_CALL vrk_xform_postproc(void* handle, const void* src, uint32_t pixel_count, void* dst) {
   const auto& h = *static_cast<const postproc_handle*>(handle);
   if (!is_channel_count(h.planes)) return 0;
-  if (h.in_channels != h.out_channels && !(h.in_channels == 4 && h.out_channels == 6)) return 0;
+  if (!has_path(h.in_channels, h.out_channels)) return 0;
 
   const bool in16 = (h.flags & flag_in16) != 0, out16 = (h.flags & flag_out16) != 0;
   transforms[2 * in16 + out16](h, static_cast<const u8*>(src), pixel_count, static_cast<u8*>(dst));
