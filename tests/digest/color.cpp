@@ -85,8 +85,8 @@ void pre_processors() {
   }
 }
 
-// Grid points crowd together at the dark end.
-kit::bytes grid_table(unsigned channels, unsigned points, kit::grid_encoding encoding) {
+// Grid points crowd together at the dark end. end: the axes' last position; levels beyond are extrapolated.
+kit::bytes grid_table(unsigned channels, unsigned points, kit::grid_encoding encoding, unsigned end = 255) {
   kit::color_table table{.encoding = encoding};
   table.grid = {.points = points, .channels = channels};
   const kit::bytes samples = noise(std::size_t(points) * points * points * channels * 2, points + channels);
@@ -95,7 +95,7 @@ kit::bytes grid_table(unsigned channels, unsigned points, kit::grid_encoding enc
   }
   for (kit::axis_positions& axis : table.axes) {
     for (unsigned i = 0; i < points; ++i) {
-      axis.push_back(std::uint16_t(i * (i + points) * 255 / ((points - 1) * (2 * points - 1)) * 257));
+      axis.push_back(std::uint16_t(i * (i + points) * end / ((points - 1) * (2 * points - 1)) * 257));
     }
   }
   return table.encode();
@@ -151,6 +151,12 @@ void converters() {
           second_converter(grid_name(points, inks, encoding) + " gray", table, 1, flags);
         }
       }
+    }
+    first_converter("17^3x3 short axes", grid_table(3, 17, raw16, 240), flags);
+    for (const unsigned inks : {4, 6}) {
+      const std::string name = "17^3x" + std::to_string(inks) + " short axes";
+      second_converter(name, grid_table(inks, 17, raw16, 240), 3, flags);
+      second_converter(name + " gray", grid_table(inks, 17, raw16, 240), 1, flags);
     }
     second_converter("curve", curves(1).encode(), 1, flags);
   }

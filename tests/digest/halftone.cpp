@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "kit/curve_image.h"
+#include "kit/planes.h"
 #include "kit/presets.h"
 #include "tests/digest/pipeline.h"
 
@@ -95,34 +96,47 @@ void error_diffusion() {
   }
 }
 
-void ordered_dither() {
-  for (const std::uint32_t planes : {1u, 4u, 6u}) {
-    for (const std::uint32_t flags : {0u, VRK_IN16, VRK_K_CODE3, VRK_IN16 | VRK_K_CODE3}) {
-      for (const unsigned levels : {2, 3, 4, 16, 200}) {
-        for (const char* matrix : {"bayer8", "screens"}) {
-          pipeline p(with_flags("dither " + std::to_string(planes) + " levels " + std::to_string(levels) + " " + matrix,
-                                flags));
-          if (!p.wanted()) continue;
-          const kit::bytes table = kit::dither_parameters(planes, levels, matrix, (flags & VRK_IN16) != 0).encode();
-          const kit::bytes src = picture(chosen.width, planes * ((flags & VRK_IN16) != 0 ? 2 : 1));
-          void* const h = p.build([&](void* mem) {
-            return vrk_create_dither(chosen.width, std::uint32_t(table.size()), table.data(), flags, mem);
-          });
-          vrk_ht_info info;
-          p.add(vrk_query_dither_info(h, &info));
-          const output_lines out(p, info);
-          run_blocks(
-              p, [h](auto... block) { vrk_start_dither_block(h, block...); },
-              [&](std::uint32_t y) {
-                auto* const* const line = out.line.data();
-                if (y % 2 != 0) {
-                  vrk_exec_ditherx(h, src.data(), line);
-                } else {
-                  vrk_exec_dither(h, src.data(), line[0], line[1], line[2], line[3], line[4], line[5]);
-                }
-              },
-              [h] { vrk_end_dither_block(h); });
+// K may have levels, and so bits, of its own.
+struct dither_levels {
+  unsigned k, colors;
+};
+
+void dither(const std::string& matrix, std::uint32_t planes, dither_levels levels, std::uint32_t flags) {
+  pipeline p(with_flags("dither " + std::to_string(planes) + " levels " + std::to_string(levels.k) + " and " +
+                            std::to_string(levels.colors) + " " + matrix,
+                        flags));
+  if (!p.wanted()) return;
+  const bool in16 = (flags & VRK_IN16) != 0;
+  kit::dither_table parameters = kit::dither_parameters(planes, levels.colors, matrix, in16);
+  const std::size_t k = kit::table_position[0];
+  parameters.planes[k] = kit::dither_parameters(1, levels.k, matrix, in16).planes[k];
+  const kit::bytes table = parameters.encode(), src = picture(chosen.width, planes * (in16 ? 2 : 1));
+  void* const h = p.build([&](void* mem) {
+    return vrk_create_dither(chosen.width, std::uint32_t(table.size()), table.data(), flags, mem);
+  });
+  vrk_ht_info info;
+  p.add(vrk_query_dither_info(h, &info));
+  const output_lines out(p, info);
+  run_blocks(
+      p, [h](auto... block) { vrk_start_dither_block(h, block...); },
+      [&](std::uint32_t y) {
+        auto* const* const line = out.line.data();
+        if (y % 2 != 0) {
+          vrk_exec_ditherx(h, src.data(), line);
+        } else {
+          vrk_exec_dither(h, src.data(), line[0], line[1], line[2], line[3], line[4], line[5]);
         }
+      },
+      [h] { vrk_end_dither_block(h); });
+}
+
+void ordered_dither() {
+  constexpr dither_levels level_mixes[] = {{2, 2}, {3, 3},  {4, 4},  {16, 16}, {200, 200},
+                                           {2, 3}, {2, 16}, {3, 16}, {16, 2},  {3, 200}};
+  for (const std::uint32_t planes : {1u, 4u, 6u}) {
+    for (const dither_levels levels : level_mixes) {
+      for (const std::uint32_t flags : {0u, VRK_IN16, VRK_K_CODE3, VRK_IN16 | VRK_K_CODE3}) {
+        for (const char* matrix : {"bayer8", "screens"}) dither(matrix, planes, levels, flags);
       }
     }
   }
