@@ -2,9 +2,10 @@
 build_packages = g++ cmake ninja-build pkg-config
 tool_packages = libpng-dev libjpeg-dev libcli11-dev libnetpbm-dev libtbb-dev
 test_packages = libgtest-dev
+win32_packages = g++-mingw-w64-i686-posix googletest
 bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev libgutenprint-dev
 
-.PHONY: demo test bench clean
+.PHONY: demo test win32 bench clean
 
 demo: # prints the embedded sample page and says where the pictures are
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -17,6 +18,12 @@ test: # builds everything but the benchmarks and runs all tests
 	@cmake --preset release -DVRK_TOOLS=ON -DVRK_TESTS=ON -DVRK_BENCH=OFF >/dev/null
 	@cmake --build --preset release
 	@ctest --preset release
+
+win32: # builds the DLL for 32-bit Windows and runs its tests under Wine
+	@scripts/packages $(build_packages) $(win32_packages)
+	@cmake --preset win32 >/dev/null
+	@cmake --build --preset win32
+	@ctest --preset win32
 
 bench: # speed of every stage, beside other libraries where Debian has them; ARGS=... goes to the benchmark program
 	@scripts/packages $(build_packages) $(bench_packages)
