@@ -1,0 +1,26 @@
+// Power spectrum of a pattern of dots, by distance from zero frequency.
+// R. A. Ulichney, Digital Halftoning, MIT Press 1987: radially averaged power spectra.
+#pragma once
+
+#include "tools/report_patch.h"
+
+namespace vrk::tool {
+
+// The spectrum is the mean over windows of this side, which overlap by half. A pattern is not smaller than one.
+inline constexpr unsigned spectrum_window = 256;
+
+// Entry i: mean power of the frequencies whose distance from zero rounds to i / spectrum_window cycles per pixel, up to
+// the corner of the spectrum at the root of one half. White noise has 1 everywhere; all 0 for a pattern without any
+// contrast. The mean tone is taken off before.
+std::vector<double> radial_power(const pattern& dots);
+
+// Cycles per pixel at which dots of this tone (0 ... 1) lie when they keep as far apart as they can.
+double principal_frequency(double tone);
+
+// Mean power from the second lowest frequency up to a quarter of the principal one: how much a patch lies in clouds.
+double low_power(const std::vector<double>& power, double tone);
+
+// Largest power below half of the principal frequency. Above 1 the pattern shows a structure coarser than its dots.
+double hump(const std::vector<double>& power, double tone);
+
+}  // namespace vrk::tool
