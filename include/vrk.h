@@ -107,8 +107,8 @@ typedef struct vrk_table_ref {
   uint8_t *data;   /* in: where to copy the table, or null to learn the length; owned by the caller */
 } vrk_table_ref;
 
-/* Dots across and output lines that one input pixel becomes: what an extended "edpr" table says, of any other table (1, 1),
- * or (0, 0) for a plane that it does not use. */
+/* Dots across and output lines that one input pixel becomes: what an extended "edpr" table says; of any other table (1,
+ * 1), or (0, 0) for a plane that it does not use. */
 typedef struct vrk_plane_scale {
   uint32_t scale_x, scale_y;
 } vrk_plane_scale;
