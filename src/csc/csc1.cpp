@@ -1,7 +1,5 @@
 #include "csc/csc1.h"
 
-#include <cstring>
-
 #include "vrk.h"
 
 namespace vrk {
@@ -62,7 +60,6 @@ uint32_t VRK_CALL vrk_create_csc1(uint32_t table_size, const void* table, uint32
   if (csc1_check_table(image, csc_adjust_flags(flags), plan) != check::ok) return 0;
   if (mem == nullptr) return plan.size;
   if (!is_aligned(mem)) return 0;
-  std::memset(mem, 0, plan.size);
   carver block(mem, plan.size);
   return csc1_build(plan, image, block) == check::ok ? plan.size : 0;
 }

@@ -1,7 +1,5 @@
 #include "csc/csc2.h"
 
-#include <cstring>
-
 #include "csc/curve.h"
 #include "vrk.h"
 
@@ -78,7 +76,6 @@ uint32_t VRK_CALL vrk_create_csc2(uint32_t table_size, const void* table, uint32
   if (csc2_check_table(image, u8(input_samples), csc_adjust_flags(flags), plan) != check::ok) return 0;
   if (mem == nullptr) return plan.size;
   if (!is_aligned(mem)) return 0;
-  std::memset(mem, 0, plan.size);
   carver block(mem, plan.size);
   return csc2_build(plan, image, block) == check::ok ? plan.size : 0;
 }

@@ -1,6 +1,7 @@
 // The one way to take memory from a handle.
 #pragma once
 
+#include <cstring>
 #include <new>
 #include <span>
 
@@ -15,10 +16,11 @@ constexpr std::size_t mem_alignment = 4;  // what every allocator gives, and wha
 inline bool is_aligned(const void* mem) { return reinterpret_cast<std::uintptr_t>(mem) % mem_alignment == 0; }
 
 // Hands out typed pieces of the caller's block from its start upward and counts what was used. A piece that does not
-// fit comes back empty and marks the carver; nothing outside the block is ever handed out.
+// fit comes back empty and marks the carver; nothing outside the block is ever handed out. The block is cleared first,
+// gaps included, so that the same tables give the same bytes whatever the memory held before.
 class carver {
  public:
-  carver(void* mem, u64 size) : base_(static_cast<u8*>(mem)), size_(size) {}
+  carver(void* mem, u64 size) : base_(static_cast<u8*>(mem)), size_(size) { std::memset(mem, 0, std::size_t(size)); }
 
   // The handle record: constructed (all fields as their initialisers say) at the start of the block.
   // counted_bytes: what the size rule counts for it, which the next piece follows; never less than the record itself.

@@ -91,9 +91,7 @@ void preproc_build(const preproc_request& request, carver& block) {
     }
     handle.combined = tables.data();
   }
-  const std::span<u8> staging = block.section<u8>(staging_bytes(flags));
-  std::memset(staging.data(), 0, staging.size());
-  handle.staging = staging.data();
+  handle.staging = block.section<u8>(staging_bytes(flags)).data();
 }
 
 }  // namespace

@@ -69,7 +69,7 @@ bool lay_out(const ed_plan& plan, ed_handle& h, carver& block) {
   const u64 planes = plan.planes, width = plan.width, line = planes * (width + 2 * guard_columns);
   h.index = block.take<spread_index>(error_count).data();
   h.spread = block.take<spread_row>(plan.spread_rows).data();
-  h.error_line[0] = block.take<i16>(line).data();
+  h.error_line[0] = block.take<i16>(line).data();  // cleared with the whole block: no error to begin with
   h.error_line[1] = block.take<i16>(line).data();
   for (u32 p = 0; p < planes; ++p) {
     const u32 level_count = header.level_count[table_slot[p]];

@@ -1,6 +1,4 @@
 // Making a handle, and what a handle says of itself.
-#include <cstring>
-
 #include "halftone/ed/build.h"
 #include "vrk.h"
 
@@ -28,7 +26,6 @@ uint32_t VRK_CALL vrk_create_ed(uint32_t width, uint32_t spread_size, const void
   if (ed_check_tables(params, spread, width, ed_adjust_flags(flags), plan) != check::ok) return 0;
   if (mem == nullptr) return plan.size;
   if (!is_aligned(mem)) return 0;
-  std::memset(mem, 0, plan.size);  // no error to begin with; and the same bytes from the same tables
   carver block(mem, plan.size);
   return ed_build(plan, params, spread, block) == check::ok ? u32(block.used()) : 0;
 }
