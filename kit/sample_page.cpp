@@ -7,6 +7,8 @@
 #include <numbers>
 #include <string>
 
+#include "kit/pen.h"
+
 namespace vrk::kit {
 namespace {
 
@@ -200,23 +202,11 @@ double sample_page::write(std::string_view text, double x, double base, double c
   return x + stroke_text_width(text) * cap;
 }
 
-// Lays the strokes that cross the line at y (page millimetres) over it; a pixel's share of ink follows from its
-// distance.
+// Lays the strokes that cross the line at y (page millimetres) over it.
 void sample_page::paint(const pen_work& work, double y, std::vector<rgb_color>& line) const {
-  const double reach = work.half_thickness + pixel_;
   for (const segment& s : work.strokes) {
-    if (y < std::min(s.from.y, s.to.y) - reach || y > std::max(s.from.y, s.to.y) + reach) continue;
-    const double dx = s.to.x - s.from.x, dy = s.to.y - s.from.y, length2 = dx * dx + dy * dy;
-    const auto column = [&](double x) { return std::clamp((x + origin_x_) / pixel_, 0.0, double(width_)); };
-    const auto first = unsigned(column(std::min(s.from.x, s.to.x) - reach));
-    const auto last = unsigned(column(std::max(s.from.x, s.to.x) + reach));
-    for (unsigned i = first; i < last; ++i) {
-      const double px = (i + 0.5) * pixel_ - origin_x_ - s.from.x, py = y - s.from.y;
-      const double t = length2 > 0 ? std::clamp((px * dx + py * dy) / length2, 0.0, 1.0) : 0;
-      const double outside = std::hypot(px - t * dx, py - t * dy) - work.half_thickness;
-      const double share = std::clamp(0.5 - outside / pixel_, 0.0, std::min(1.0, 2 * work.half_thickness / pixel_));
-      if (share > 0) line[i] = mix(line[i], work.color, share);
-    }
+    draw_stroke(s, work.half_thickness, {width_, pixel_, -origin_x_, y},
+                [&](unsigned i, double share) { line[i] = mix(line[i], work.color, share); });
   }
 }
 
