@@ -1,0 +1,23 @@
+// Every way of the kit to make dots: its error filters and its threshold matrices.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tools/road/halftone.h"
+
+namespace vrk::tool {
+
+struct halftone_choice {
+  std::string name;
+  bool dither;  // by a threshold matrix; else error diffusion by an error filter
+};
+
+// The filters in the kit's order, then the matrices.
+std::vector<halftone_choice> halftone_choices();
+
+// For 8-bit samples, its levels spread evenly. noise: modulation of the thresholds of error diffusion.
+std::unique_ptr<halftone> make_halftone(const halftone_choice& choice, unsigned planes, unsigned levels, bool noise,
+                                        std::uint32_t width);
+
+}  // namespace vrk::tool
