@@ -13,64 +13,48 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <new>
 #include <span>
-#include <stdexcept>
 #include <vector>
 
 namespace vrk::test {
-
-// Whole pages of memory, the last of which nobody may touch.
-class guarded_pages {
- public:
-  explicit guarded_pages(std::size_t usable) {
-    usable_ = (usable + page - 1) / page * page;
-#ifdef _WIN32
-    DWORD before;
-    base_ = VirtualAlloc(nullptr, usable_ + page, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
-    if (base_ == nullptr) throw std::runtime_error("VirtualAlloc failed");
-    VirtualProtect(guard(), page, PAGE_NOACCESS, &before);
-#else
-    base_ = mmap(nullptr, usable_ + page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (base_ == MAP_FAILED) throw std::runtime_error("mmap failed");
-    mprotect(guard(), page, PROT_NONE);
-#endif
-  }
-  ~guarded_pages() {
-#ifdef _WIN32
-    VirtualFree(base_, 0, MEM_RELEASE);
-#else
-    munmap(base_, usable_ + page);
-#endif
-  }
-  guarded_pages(const guarded_pages&) = delete;
-  guarded_pages& operator=(const guarded_pages&) = delete;
-
-  std::uint8_t* guard() const { return static_cast<std::uint8_t*>(base_) + usable_; }
-
- private:
-  static constexpr std::size_t page = 65536;  // a multiple of the page of every machine
-
-  std::size_t usable_;
-  void* base_;
-};
 
 // A copy of some bytes whose end is the start of a page that nobody may touch: one byte read too far ends the program.
 // `end()` is a pointer that may not be followed at all.
 class guarded_copy {
  public:
   explicit guarded_copy(std::span<const std::uint8_t> bytes)
-      : size_(bytes.size()), pages_(size_), data_(pages_.guard() - size_) {
-    if (size_ != 0) std::memcpy(data_, bytes.data(), size_);
+      : size_(bytes.size()), usable_((size_ + page - 1) / page * page) {
+#ifdef _WIN32
+    DWORD before;
+    base_ = static_cast<std::uint8_t*>(VirtualAlloc(nullptr, usable_ + page, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+    if (base_ == nullptr || !VirtualProtect(base_ + usable_, page, PAGE_NOACCESS, &before)) throw std::bad_alloc();
+#else
+    void* const base = mmap(nullptr, usable_ + page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    base_ = static_cast<std::uint8_t*>(base);
+    if (base == MAP_FAILED || mprotect(base_ + usable_, page, PROT_NONE) != 0) throw std::bad_alloc();
+#endif
+    if (size_ != 0) std::memcpy(data(), bytes.data(), size_);
+  }
+  guarded_copy(const guarded_copy&) = delete;
+  guarded_copy& operator=(const guarded_copy&) = delete;
+  ~guarded_copy() {
+#ifdef _WIN32
+    VirtualFree(base_, 0, MEM_RELEASE);
+#else
+    munmap(base_, usable_ + page);
+#endif
   }
 
-  std::uint8_t* data() { return data_; }
-  std::uint8_t* end() { return data_ + size_; }
+  std::uint8_t* data() { return end() - size_; }
+  std::uint8_t* end() { return base_ + usable_; }
   std::uint32_t size() const { return std::uint32_t(size_); }
 
  private:
-  std::size_t size_;
-  guarded_pages pages_;
-  std::uint8_t* data_;
+  static constexpr std::size_t page = 65536;  // a multiple of the page of every machine
+
+  std::size_t size_, usable_;
+  std::uint8_t* base_;
 };
 
 // `size` bytes at an address that is `offset` past a 32-byte boundary, filled with `fill`, which also stands on both
@@ -86,6 +70,7 @@ class fenced_block {
   std::uint8_t* data() { return bytes_.data() + start_; }
   const std::uint8_t* data() const { return bytes_.data() + start_; }
   std::span<const std::uint8_t> contents() const { return {data(), size_}; }
+  std::vector<std::uint8_t> bytes() const { return {data(), data() + size_}; }
   bool fences_intact() const { return filled(0, start_) && filled(start_ + size_, bytes_.size()); }
   bool untouched() const { return filled(0, bytes_.size()); }
 

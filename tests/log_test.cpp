@@ -1,12 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstring>
 #include <functional>
-#include <memory>
 #include <string>
+#include <type_traits>
 
 #include "kit/blob.h"
+#include "tests/guard.h"
 #include "vrk.h"
 
 namespace {
@@ -14,85 +13,88 @@ namespace {
 using namespace vrk;
 using look_up = std::function<std::uint32_t(std::uint32_t, const void*, vrk_table_ref*)>;
 
+// One of the look-ups with what follows its first three arguments.
+template <class... Selectors>
+look_up with(std::uint32_t(VRK_CALL* fn)(std::uint32_t, const void*, vrk_table_ref*, Selectors...),
+             std::type_identity_t<Selectors>... selectors) {
+  return [=](auto size, auto blob, auto ref) { return fn(size, blob, ref, selectors...); };
+}
+
 // A blob whose tables hold nothing but their own tags, so that a look-up tells which one it chose.
-kit::blob blob_of(const char* type, std::initializer_list<const char*> tags) {
+kit::blob blob_of(const std::string& type, const std::vector<std::string>& tags) {
   kit::blob blob{.type = type};
-  for (const char* tag : tags) blob.entries.push_back({tag, kit::bytes(tag, tag + std::strlen(tag))});
+  for (const std::string& tag : tags) blob.entries.push_back({tag, kit::bytes(tag.begin(), tag.end())});
   return blob;
 }
 
-// Asks for the length, then for the bytes, out of a block that is exactly as long as the blob. "" when not found.
-std::string find(const look_up& fn, const kit::bytes& image) {
-  const std::unique_ptr<std::uint8_t[]> exact(new std::uint8_t[image.size()]);
-  std::copy(image.begin(), image.end(), exact.get());
+// Asks for the length, then for the bytes. "" when not found. The blob ends at an unreadable page.
+std::string find(const look_up& fn, const kit::bytes& blob) {
+  test::guarded_copy image(blob);
   vrk_table_ref ref{77, nullptr};
-  if (fn(std::uint32_t(image.size()), exact.get(), &ref) == 0) {
+  if (fn(image.size(), image.data(), &ref) == 0) {
     EXPECT_EQ(ref.length, 0u);
     return "";
   }
-  std::string found(ref.length + 2, '#');  // one byte of guard on each side
-  ref.data = reinterpret_cast<std::uint8_t*>(&found[1]);
-  EXPECT_EQ(fn(std::uint32_t(image.size()), exact.get(), &ref), 1u);
-  EXPECT_EQ(ref.length + 2, found.size());
-  EXPECT_TRUE(found.front() == '#' && found.back() == '#');
-  return found.substr(1, ref.length);
-}
-
-look_up htone(std::uint16_t family, std::uint32_t levels) {
-  return [=](auto size, auto blob, auto ref) { return vrk_log_htone(size, blob, ref, family, levels); };
-}
-look_up ingamma(std::uint16_t family, int step) {
-  return [=](auto size, auto blob, auto ref) { return vrk_log_ingamma(size, blob, ref, family, std::int16_t(step)); };
-}
-look_up ingamma2(std::uint16_t family, int step) {
-  return [=](auto size, auto blob, auto ref) { return vrk_log_ingamma2(size, blob, ref, family, std::int16_t(step)); };
-}
-look_up outgamma(std::uint16_t family) {
-  return [=](auto size, auto blob, auto ref) { return vrk_log_outgamma(size, blob, ref, family); };
-}
-look_up rank(std::uint16_t family, int step, int ink) {
-  return [=](auto size, auto blob, auto ref) {
-    return vrk_log_rank(size, blob, ref, family, std::int16_t(step), std::int16_t(ink));
-  };
+  test::fenced_block found(ref.length);
+  ref.data = found.data();
+  EXPECT_EQ(fn(image.size(), image.data(), &ref), 1u);
+  EXPECT_EQ(ref.length, found.contents().size());
+  EXPECT_TRUE(found.fences_intact());
+  return {found.contents().begin(), found.contents().end()};
 }
 
 TEST(log, tags_that_follow_from_the_arguments) {
-  const kit::bytes hatt = blob_of("HATT", {"HH1", "HH4", "HH6", "XH1", "XH4", "XH6"}).encode();
-  EXPECT_EQ(find(htone(0, 1), hatt), "HH1");
-  EXPECT_EQ(find(htone(1, 6), hatt), "XH6");
-  EXPECT_EQ(find(htone(0, 0x104), hatt), "HH4");
-
-  kit::blob ingm = blob_of("INGM", {"HD2", "HD1", "HT", "HB1", "HB2", "XB2", "HB00", "HB+3", "XB-5", "XB+5"});
-  const char* const five[] = {"HD2", "HD1", "HT", "HB1", "HB2"};
-  for (int step = -2; step <= 2; ++step) EXPECT_EQ(find(ingamma(0, step), ingm.encode()), five[step + 2]);
-  EXPECT_EQ(find(ingamma(1, 2), ingm.encode()), "XB2");
-  EXPECT_EQ(find(ingamma2(0, 0), ingm.encode()), "HB00");
-  EXPECT_EQ(find(ingamma2(0, 3), ingm.encode()), "HB+3");
-  EXPECT_EQ(find(ingamma2(1, -5), ingm.encode()), "XB-5");
-  ingm.version = "002z";
-  EXPECT_EQ(find(ingamma2(1, 5), ingm.encode()), "XB+5");
-  EXPECT_EQ(find(ingamma(1, 2), ingm.encode()), "");
-
-  const kit::bytes otgm = blob_of("OTGM", {"XN", "HN"}).encode();
-  EXPECT_EQ(find(outgamma(0), otgm), "HN");
-  EXPECT_EQ(find(outgamma(1), otgm), "XN");
+  const struct {
+    look_up fn;
+    std::string kind, tag;  // kind: type of blob and newest version
+  } cases[] = {
+      {with(vrk_log_htone, 0, 1), "HATT001z", "HH1"},
+      {with(vrk_log_htone, 1, 6), "HATT001z", "XH6"},
+      {with(vrk_log_htone, 0, 0x104), "HATT001z", "HH4"},
+      {with(vrk_log_outgamma, 0), "OTGM001z", "HN"},
+      {with(vrk_log_outgamma, 1), "OTGM001z", "XN"},
+      {with(vrk_log_ingamma, 0, -2), "INGM001z", "HD2"},
+      {with(vrk_log_ingamma, 0, -1), "INGM001z", "HD1"},
+      {with(vrk_log_ingamma, 0, 0), "INGM001z", "HT"},
+      {with(vrk_log_ingamma, 0, 1), "INGM001z", "HB1"},
+      {with(vrk_log_ingamma, 1, 2), "INGM001z", "XB2"},
+      {with(vrk_log_ingamma2, 0, 0), "INGM002z", "HB00"},
+      {with(vrk_log_ingamma2, 0, 3), "INGM002z", "HB+3"},
+      {with(vrk_log_ingamma2, 1, -5), "INGM002z", "XB-5"},
+      {with(vrk_log_rank, 0, -9, 3), "HRKT001z", "HY-9"},
+      {with(vrk_log_rank, 1, 0, 0), "HRKT001z", "XK00"},
+      {with(vrk_log_rank, 1, 0, 1), "HRKT001z", "XC00"},
+      {with(vrk_log_rank, 1, 0, 2), "HRKT001z", "XM00"},
+      {with(vrk_log_rank, 1, 9, 4), "HRKT001z", "XD+9"},
+      {with(vrk_log_rank, 1, 0, 5), "HRKT001z", "XN00"},
+      {with(vrk_log_csc1, 0, 1, 0, 0, 0, 0), "CS1T001z", "HT"},
+      {with(vrk_log_csc2, 0, 6, 0, 0, 0, 0), "CS2T001z", "HS"},
+  };
+  for (const auto& [fn, kind, tag] : cases) {
+    kit::blob blob = blob_of(kind.substr(0, 4), {"H", "X", "HR-9", "XR00", "XR+9", tag});
+    for (const std::string version : {"0010", "001z", "0020", "002z", "0030"}) {
+      blob.version = version;
+      EXPECT_EQ(find(fn, blob.encode()), version <= kind.substr(4) ? tag : "") << tag << " in version " << version;
+    }
+    blob.version = "0010";
+    blob.type = "TYPE";
+    EXPECT_EQ(find(fn, blob.encode()), "") << tag;
+  }
 }
 
 TEST(log, rank_falls_back_to_the_entry_of_all_inks) {
-  kit::blob blob = blob_of("HRKT", {"HR+2", "HR-9", "HY-9", "XR00", "XN00", "XK00", "XC00", "XM00", "XD00"});
-  EXPECT_EQ(find(rank(0, -9, 3), blob.encode()), "HY-9");
-  EXPECT_EQ(find(rank(0, -9, 0), blob.encode()), "HR-9");
-  EXPECT_EQ(find(rank(0, 2, 5), blob.encode()), "HR+2");
-  const char* const inks[] = {"XK00", "XC00", "XM00", "XR00", "XD00", "XN00"};
-  for (int ink = 0; ink < 6; ++ink) EXPECT_EQ(find(rank(1, 0, ink), blob.encode()), inks[ink]);
-  EXPECT_EQ(find(rank(1, 9, 0), blob.encode()), "");
-  for (int ink : {-1, 6}) EXPECT_EQ(find(rank(0, 2, ink), blob.encode()), "");
+  kit::blob blob = blob_of("HRKT", {"HR+2", "HR-9", "HY-9"});
+  EXPECT_EQ(find(with(vrk_log_rank, 0, -9, 0), blob.encode()), "HR-9");
+  EXPECT_EQ(find(with(vrk_log_rank, 0, 2, 5), blob.encode()), "HR+2");
+  EXPECT_EQ(find(with(vrk_log_rank, 1, 2, 0), blob.encode()), "");
+  EXPECT_EQ(find(with(vrk_log_rank, 0, 2, -1), blob.encode()) + find(with(vrk_log_rank, 0, 2, 6), blob.encode()), "");
   blob.entries[2].length = 1000;  // the ink has its entry, so that is the one that fails
-  EXPECT_EQ(find(rank(0, -9, 3), blob.encode()), "");
+  EXPECT_EQ(find(with(vrk_log_rank, 0, -9, 3), blob.encode()), "");
 }
 
 struct csc_case {
-  int converter, family, kind;
+  int converter;
+  std::uint16_t family, kind;
   char class_code;
   std::uint16_t a, b, c, d;
   const char *full, *plain;  // chosen from a directory with, and without, the preferred variants "?xP "
@@ -134,89 +136,66 @@ const csc_case csc_cases[] = {
     {2, 1, 7, ' ', 1, 1, 1, 1, "", ""},
 };
 
-look_up csc(const csc_case& c) {
-  return [=](auto size, auto blob, auto ref) {
-    const auto fn = c.converter == 1 ? vrk_log_csc1 : vrk_log_csc2;
-    return fn(size, blob, ref, std::uint16_t(c.family), std::uint16_t(c.kind), c.a, c.b, c.c, c.d);
-  };
-}
-
 TEST(log, converter_tags) {
   for (const csc_case& c : csc_cases) {
-    const char* const type = c.converter == 1 ? "CS1T" : "CS2T";
-    kit::blob plain = blob_of(
-        type, {"HT", "HP", "HS", "HC", "HG", "HBK", "HSC", "HN", "HPG", "XT", "XP", "XS", "XC", "XN", "XPG", "XNG"});
-    kit::blob full = plain;
-    const kit::blob preferred = blob_of(type, {"HPP", "HSP", "HCP", "HNP", "XPP", "XSP", "XCP", "XNP"});
-    full.entries.insert(full.entries.end(), preferred.entries.begin(), preferred.entries.end());
-    plain.class_code = full.class_code = c.class_code;
+    kit::blob blob = blob_of(c.converter == 1 ? "CS1T" : "CS2T", {"HT", "HP", "HS", "HC", "HG", "HBK", "HSC", "HN",
+                                                                  "HPG", "XT", "XP", "XS", "XC", "XN", "XPG", "XNG"});
+    blob.class_code = c.class_code;
+    const look_up fn = with(c.converter == 1 ? vrk_log_csc1 : vrk_log_csc2, c.family, c.kind, c.a, c.b, c.c, c.d);
     SCOPED_TRACE(testing::Message() << "csc" << c.converter << " family " << c.family << " kind " << c.kind << " class "
                                     << c.class_code << " select " << c.a << c.b << c.c << c.d);
-    EXPECT_EQ(find(csc(c), full.encode()), c.full);
-    EXPECT_EQ(find(csc(c), plain.encode()), c.plain);
+    EXPECT_EQ(find(fn, blob.encode()), c.plain);
+    const kit::blob preferred = blob_of("", {"HPP", "HSP", "HCP", "HNP", "XPP", "XSP", "XCP", "XNP"});
+    blob.entries.insert(blob.entries.end(), preferred.entries.begin(), preferred.entries.end());
+    EXPECT_EQ(find(fn, blob.encode()), c.full);
   }
-}
-
-TEST(log, csc2_takes_what_it_tested_when_the_preferred_table_is_missing) {
-  EXPECT_EQ(find(csc({2, 0, 4, ' ', 0, 1, 0, 1, "", ""}), blob_of("CS2T", {"HPG", "HNP"}).encode()), "HNP");
+  const look_up untested = with(vrk_log_csc2, 0, 4, 0, 1, 0, 1);
+  EXPECT_EQ(find(untested, blob_of("CS2T", {"HPG", "HNP"}).encode()), "HNP") << "in place of HPP, which is missing";
 }
 
 TEST(log, blobs_that_do_not_hold_up) {
-  const kit::blob good = blob_of("OTGM", {"HN"});
-  struct fault {
-    const char* name;
-    std::function<void(kit::blob&)> make;
+  const std::pair<const char*, std::function<void(kit::blob&)>> faults[] = {
+      {"magic", [](auto& b) { b.magic = "ISTC"; }},
+      {"end mark", [](auto& b) { b.end_mark = 0; }},
+      {"no entries", [](auto& b) { b.entry_count = 0; }},
+      {"directory runs past the blob", [](auto& b) { b.entry_count = 2; }},
+      {"data one byte past the blob", [](auto& b) { b.entries[0].length = 3; }},
+      {"offset past the blob", [](auto& b) { b.entries[0].offset = 55; }},
+      {"offset and length wrap around", [](auto& b) { b.entries[0].offset = 0xFFFFFFFF; }},
   };
-  const fault faults[] = {
-      {"magic", [](kit::blob& b) { b.magic = "ISTC"; }},
-      {"type", [](kit::blob& b) { b.type = "INGM"; }},
-      {"version", [](kit::blob& b) { b.version = "001{"; }},
-      {"end mark", [](kit::blob& b) { b.end_mark = 0; }},
-      {"no entries", [](kit::blob& b) { b.entry_count = 0; }},
-      {"directory runs past the blob", [](kit::blob& b) { b.entry_count = 2; }},
-      {"tag missing", [](kit::blob& b) { b.entries[0].tag = "HN0"; }},
-      {"data one byte past the blob", [](kit::blob& b) { b.entries[0].length = 3; }},
-      {"offset past the blob", [](kit::blob& b) { b.entries[0].offset = 55; }},
-      {"offset and length wrap around", [](kit::blob& b) { b.entries[0].offset = 0xFFFFFFFF; }},
-  };
-  EXPECT_EQ(find(outgamma(0), good.encode()), "HN");
-  for (const fault& f : faults) {
-    kit::blob bad = good;
-    f.make(bad);
-    EXPECT_EQ(find(outgamma(0), bad.encode()), "") << f.name;
+  for (const auto& [what, make] : faults) {
+    kit::blob bad = blob_of("OTGM", {"HN"});
+    make(bad);
+    EXPECT_EQ(find(with(vrk_log_outgamma, 0), bad.encode()), "") << what;
   }
-  kit::bytes prefix = good.encode();
-  for (prefix.pop_back(); !prefix.empty(); prefix.pop_back()) EXPECT_EQ(find(outgamma(0), prefix), "");
+  kit::bytes part = blob_of("OTGM", {"HN"}).encode();
+  for (part.pop_back(); !part.empty(); part.pop_back()) EXPECT_EQ(find(with(vrk_log_outgamma, 0), part), "");
 }
 
 TEST(log, first_of_two_entries_with_one_tag_wins) {
   kit::blob blob = blob_of("OTGM", {"HN", "HN"});
   blob.entries[1].data = {9};
-  EXPECT_EQ(find(outgamma(0), blob.encode()), "HN");
-  blob.entries[0].data.clear();  // an empty table is found as well
-  vrk_table_ref ref{77, nullptr};
-  const kit::bytes image = blob.encode();
-  EXPECT_EQ(vrk_log_outgamma(std::uint32_t(image.size()), image.data(), &ref, 0), 1u);
-  EXPECT_EQ(ref.length, 0u);
+  EXPECT_EQ(find(with(vrk_log_outgamma, 0), blob.encode()), "HN");
 }
 
 TEST(log, arguments_out_of_range_leave_the_length_alone) {
-  const kit::bytes image = blob_of("OTGM", {"HN"}).encode();
-  const auto kept = [&](const look_up& fn, std::uint32_t size, const void* blob) {
+  kit::bytes image = blob_of("OTGM", {"HN"}).encode();
+  const auto kept = [&](const look_up& fn, std::size_t size, const void* blob) {
     vrk_table_ref ref{77, nullptr};
-    return fn(size, blob, &ref) == 0 && ref.length == 77;
+    return fn(std::uint32_t(size), blob, &ref) == 0 && ref.length == 77;
   };
-  const auto size = std::uint32_t(image.size());
   for (const look_up& fn :
-       {outgamma(2), htone(2, 1), ingamma(2, 0), ingamma2(2, 0), rank(2, 0, 0), csc({1, 2, 0, ' ', 1, 0, 0, 0, "", ""}),
-        htone(0, 2), ingamma(0, 3), ingamma(0, -3), ingamma2(0, 6), ingamma2(0, -6), rank(0, 10, 0), rank(0, -10, 0)}) {
-    EXPECT_TRUE(kept(fn, size, image.data()));
+       {with(vrk_log_outgamma, 2), with(vrk_log_htone, 2, 1), with(vrk_log_ingamma, 2, 0), with(vrk_log_ingamma2, 2, 0),
+        with(vrk_log_rank, 2, 0, 0), with(vrk_log_csc1, 2, 0, 1, 0, 0, 0), with(vrk_log_htone, 0, 2),
+        with(vrk_log_ingamma, 0, 3), with(vrk_log_ingamma, 0, -3), with(vrk_log_ingamma2, 0, 6),
+        with(vrk_log_ingamma2, 0, -6), with(vrk_log_rank, 0, 10, 0), with(vrk_log_rank, 0, -10, 0)}) {
+    EXPECT_TRUE(kept(fn, image.size(), image.data()));
   }
-  for (const look_up& fn : {outgamma(0), htone(0, 1), ingamma(0, 0), ingamma2(0, 0), rank(0, 0, 0),
-                            csc({2, 0, 7, ' ', 1, 0, 0, 0, "", ""})}) {
-    EXPECT_TRUE(kept(fn, 0, image.data()));
-    EXPECT_TRUE(kept(fn, size, nullptr));
-    EXPECT_EQ(fn(size, image.data(), nullptr), 0u);
+  for (const look_up& fn :
+       {with(vrk_log_outgamma, 0), with(vrk_log_htone, 0, 1), with(vrk_log_ingamma, 0, 0), with(vrk_log_ingamma2, 0, 0),
+        with(vrk_log_rank, 0, 0, 0), with(vrk_log_csc2, 0, 7, 1, 0, 0, 0)}) {
+    EXPECT_TRUE(kept(fn, 0, image.data()) && kept(fn, image.size(), nullptr));
+    EXPECT_EQ(fn(std::uint32_t(image.size()), image.data(), nullptr), 0u);
   }
 }
 
