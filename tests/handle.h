@@ -14,7 +14,8 @@ namespace vrk::test {
 // A create function with all its arguments but the memory.
 using create_call = std::function<std::uint32_t(void* mem)>;
 
-// A handle in fenced memory of the size that create asks for, `offset` past a 32-byte boundary.
+// A handle in fenced memory of the size that create asks for, `offset` past a 32-byte boundary. It must not show, not
+// even in gaps between its tables, what the memory held.
 class handle {
  public:
   explicit handle(const create_call& create, std::size_t offset = 4)
@@ -22,6 +23,9 @@ class handle {
     EXPECT_NE(used_, 0u);
     EXPECT_LE(used_, mem_.contents().size());
     EXPECT_TRUE(mem_.fences_intact());
+    fenced_block other(mem_.contents().size(), offset, 0x5A);
+    EXPECT_EQ(create(other.data()), used_);
+    EXPECT_TRUE(std::ranges::equal(mem_.contents().first(used_), other.contents().first(used_)));
   }
 
   void* get() { return mem_.data(); }
