@@ -1,3 +1,5 @@
+#include <bit>
+
 #include "frame/samples.h"
 #include "vrk.h"
 
@@ -5,14 +7,15 @@ namespace {
 
 using namespace vrk;
 
-// C, M, Y, K becomes K, C, M, Y, in place. Samples move whole.
-template <class T>
+static_assert(std::endian::native == std::endian::little);
+
+// C, M, Y, K becomes K, C, M, Y, in place. A pixel is one word of four samples, the first one lowest: it turns by one.
+template <class Pixel>
 void cmyk_to_kcmy(u32 pixel_count, void* pixels) {
+  constexpr int sample_bits = 8 * sizeof(Pixel) / 4;
   u8* at = static_cast<u8*>(pixels);
-  for (u32 left = pixel_count; left != 0; --left, at += 4 * sizeof(T)) {
-    const T k = load_sample<T>(at + 3 * sizeof(T));
-    std::memmove(at + sizeof(T), at, 3 * sizeof(T));
-    store_sample(at, k);
+  for (u32 left = pixel_count; left != 0; --left, at += sizeof(Pixel)) {
+    store_sample(at, std::rotl(load_sample<Pixel>(at), sample_bits));
   }
 }
 
@@ -20,8 +23,8 @@ void cmyk_to_kcmy(u32 pixel_count, void* pixels) {
 
 extern "C" {
 
-void VRK_CALL vrk_cmyk_to_kcmy_8(uint32_t pixel_count, uint8_t* pixels) { cmyk_to_kcmy<u8>(pixel_count, pixels); }
+void VRK_CALL vrk_cmyk_to_kcmy_8(uint32_t pixel_count, uint8_t* pixels) { cmyk_to_kcmy<u32>(pixel_count, pixels); }
 
-void VRK_CALL vrk_cmyk_to_kcmy_16(uint32_t pixel_count, void* pixels) { cmyk_to_kcmy<u16>(pixel_count, pixels); }
+void VRK_CALL vrk_cmyk_to_kcmy_16(uint32_t pixel_count, void* pixels) { cmyk_to_kcmy<u64>(pixel_count, pixels); }
 
 }  // extern "C"

@@ -161,11 +161,11 @@ void road(const std::string& name, std::uint32_t samples) {
   vrk_query_ed_info(ed, &info);
   const output_lines out(p, info);
   const std::size_t pixels = chosen.width;
+  const kit::bytes src = picture(chosen.width * lines, 3);
   kit::bytes adjusted(pixels * 6), four(pixels * 8), six(pixels * 12);
   p.run(lines, [&](std::uint32_t y) {
     if (y == 0) vrk_start_ed_block(ed, chosen.width, 0, 0);
-    const kit::bytes src = picture(chosen.width, 3, y + 1);
-    vrk_xform_preproc(pre, src.data(), nullptr, chosen.width, adjusted.data());
+    vrk_xform_preproc(pre, src.data() + y * pixels * 3, nullptr, chosen.width, adjusted.data());
     vrk_xform_csc2(csc, adjusted.data(), chosen.width, four.data());
     vrk_xform_postproc(post, four.data(), chosen.width, six.data());
     vrk_exec_edx(ed, six.data(), out.line.data());

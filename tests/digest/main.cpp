@@ -1,6 +1,7 @@
 // usage: vrk_digest [speed] [NAME]
 // Prints a digest of every pipeline whose name begins with NAME, or its speed. The list of digests must be the same
 // from every build; scripts/compare-builds holds it.
+#include <algorithm>
 #include <chrono>
 #include <cinttypes>
 #include <cstdio>
@@ -68,11 +69,20 @@ void pipeline::run(std::uint32_t lines, const std::function<void(std::uint32_t y
     return;
   }
   using clock = std::chrono::steady_clock;
-  double best = 1e9;  // seconds for all lines
-  for (const auto end = clock::now() + std::chrono::milliseconds(30); clock::now() < end;) {
+  using seconds = std::chrono::duration<double>;
+  double best = 1e9;     // seconds for all lines
+  unsigned repeats = 1;  // in one measurement, which takes half a millisecond and more
+  for (const auto end = clock::now() + std::chrono::milliseconds(20); clock::now() < end;) {
     const auto start = clock::now();
-    for (std::uint32_t y = 0; y < lines; ++y) line(y);
-    best = std::min(best, std::chrono::duration<double>(clock::now() - start).count());
+    for (unsigned i = 0; i < repeats; ++i) {
+      for (std::uint32_t y = 0; y < lines; ++y) line(y);
+    }
+    const double taken = seconds(clock::now() - start).count();
+    if (taken < 0.0005) {
+      repeats *= 2;
+    } else {
+      best = std::min(best, taken / repeats);
+    }
   }
   std::printf("%10.1f %s\n", double(chosen.width) * lines / best / 1e6, name_.c_str());
 }
