@@ -5,7 +5,7 @@ test_packages = libgtest-dev
 win32_packages = g++-mingw-w64-i686-posix googletest
 bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev libgutenprint-dev
 
-.PHONY: demo test win32 bench clean
+.PHONY: demo test win32 bench dist clean
 
 demo: # prints the embedded sample page and says where the pictures are
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -21,7 +21,7 @@ test: # builds everything but the benchmarks and runs all tests
 
 win32: # builds the DLL for 32-bit Windows and runs its tests under Wine
 	@scripts/packages $(build_packages) $(win32_packages)
-	@cmake --preset win32 >/dev/null
+	@cmake --preset win32 -DVRK_TESTS=ON >/dev/null
 	@cmake --build --preset win32
 	@ctest --preset win32
 
@@ -30,6 +30,15 @@ bench: # speed of every stage, beside other libraries where Debian has them; ARG
 	@cmake --preset release -DVRK_TOOLS=OFF -DVRK_TESTS=OFF -DVRK_BENCH=ON >/dev/null
 	@cmake --build --preset release
 	@build/release/bench/vrk_bench $(ARGS)
+
+dist: # packs out/dist: a zip for 32-bit Windows, a tar.gz and a Debian package for Linux
+	@scripts/packages $(build_packages) $(tool_packages) $(win32_packages) dpkg-dev
+	@cmake --preset release -DVRK_TOOLS=ON -DVRK_TESTS=OFF -DVRK_BENCH=OFF >/dev/null
+	@cmake --preset win32 -DVRK_TESTS=OFF >/dev/null
+	@cmake --build --preset release
+	@cmake --build --preset win32
+	@cpack --config build/release/CPackConfig.cmake -B out/dist
+	@cpack --config build/win32/CPackConfig.cmake -B out/dist
 
 clean:
 	rm -rf build out

@@ -1,0 +1,24 @@
+#!/bin/sh
+# What `make dist` packed is what users need, and works where they unpack it.
+# usage: dist_test.sh FOLDER
+set -eu
+source=$(realpath "$(dirname "$0")/..") packages=$(realpath "$1")
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+
+cmake -E tar x "$packages"/vrk-*-win32.zip
+mv vrk-*-win32 windows
+"$source/tests/exports_test.sh" "$source" windows/bin/vrk.dll i686-w64-mingw32-objdump
+diff -r "$source/include/vrk.h" windows/include/vrk.h
+diff -r "$source/include/vrk.def" windows/include/vrk.def
+i686-w64-mingw32-gcc-posix -Iwindows/include "$source/tests/install/consumer.c" windows/lib/libvrk.dll.a -o consumer.exe
+test -s windows/share/doc/vrk/docs/windows.md
+
+tar xf "$packages"/vrk-*-linux-*.tar.gz
+dpkg-deb -x "$packages"/vrk_*.deb debian
+for root in vrk-*-linux-* debian/usr; do
+  cc -I"$root/include" "$source/tests/install/consumer.c" -L"$root/lib" -lvrk -o consumer
+  LD_LIBRARY_PATH=$root/lib ./consumer
+  "$root/bin/vrk" --version >/dev/null
+done
