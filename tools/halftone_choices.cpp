@@ -14,14 +14,16 @@ std::vector<halftone_choice> halftone_choices() {
 }
 
 std::unique_ptr<halftone> make_halftone(const halftone_choice& choice, unsigned planes, unsigned levels, bool noise,
-                                        std::uint32_t width) {
+                                        std::uint32_t width, ed_precision precision) {
   if (choice.dither) {
-    return make_dither({choice.name, kit::dither_parameters(planes, levels, choice.name).encode()}, width, false);
+    const bool samples16 = precision == ed_precision::samples16;
+    const kit::dither_table table = kit::dither_parameters(planes, levels, choice.name, samples16);
+    return make_dither({choice.name, table.encode()}, width, samples16);
   }
   const kit::modulation modulation = noise ? kit::fine_noise() : kit::no_modulation();
   return make_error_diffusion({choice.name, kit::ed_distribution(choice.name).encode()},
                               {"the kit's levels", kit::ed_parameters(planes, levels, modulation).encode()}, width,
-                              ed_precision::bits10);
+                              precision);
 }
 
 }  // namespace vrk::tool

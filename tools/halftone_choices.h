@@ -16,8 +16,9 @@ struct halftone_choice {
 // The filters in the kit's order, then the matrices.
 std::vector<halftone_choice> halftone_choices();
 
-// For 8-bit samples, its levels spread evenly. noise: modulation of the thresholds of error diffusion.
+// Levels are spread evenly. noise: modulation of the thresholds of error diffusion. precision: of dither, only whether
+// its samples have 16 bits.
 std::unique_ptr<halftone> make_halftone(const halftone_choice& choice, unsigned planes, unsigned levels, bool noise,
-                                        std::uint32_t width);
+                                        std::uint32_t width, ed_precision precision = ed_precision::bits10);
 
 }  // namespace vrk::tool

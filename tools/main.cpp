@@ -14,6 +14,7 @@ int main(int argc, char** argv) {
   vrk::tool::add_demo_command(app);
   vrk::tool::add_tables_command(app);
   vrk::tool::add_compare_command(app);
+  vrk::tool::add_report_command(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

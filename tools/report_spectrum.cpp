@@ -100,12 +100,15 @@ double principal_frequency(double tone) { return std::sqrt(std::min(tone, 1 - to
 
 double low_power(const std::vector<double>& power, double tone) {
   const auto end = std::size_t(principal_frequency(tone) / 4 * side);
-  return std::accumulate(power.begin() + 2, power.begin() + long(end) + 1, 0.0) / double(end - 1);
+  return std::accumulate(power.begin() + 2, power.begin() + std::ptrdiff_t(end) + 1, 0.0) / double(end - 1);
 }
 
-double hump(const std::vector<double>& power, double tone) {
-  const auto end = std::size_t(principal_frequency(tone) / 2 * side);
-  return *std::max_element(power.begin() + 2, power.begin() + long(end) + 1);
+spectrum_peak hump(const std::vector<double>& power, double tone) {
+  const auto end = std::ptrdiff_t(principal_frequency(tone) / 2 * side);
+  const auto peak = std::max_element(power.begin() + 2, power.begin() + end + 1);
+  return {*peak, double(peak - power.begin()) / side};
 }
+
+double decibels(double power) { return 10 * std::log10(std::max(power, 1e-6)); }
 
 }  // namespace vrk::tool

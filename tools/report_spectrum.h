@@ -20,7 +20,14 @@ double principal_frequency(double tone);
 // Mean power from the second lowest frequency up to a quarter of the principal one: how much a patch lies in clouds.
 double low_power(const std::vector<double>& power, double tone);
 
-// Largest power below half of the principal frequency. Above 1 the pattern shows a structure coarser than its dots.
-double hump(const std::vector<double>& power, double tone);
+struct spectrum_peak {
+  double power, frequency;  // cycles per pixel
+};
+
+// The largest power below half of the principal frequency. Above 1 the pattern shows a structure coarser than its dots.
+spectrum_peak hump(const std::vector<double>& power, double tone);
+
+// Of a power, white noise having 0. Nothing counts below -60.
+double decibels(double power);
 
 }  // namespace vrk::tool

@@ -1,0 +1,82 @@
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "tools/report.h"
+#include "tools/report_chart.h"
+
+namespace vrk::tool {
+namespace {
+
+constexpr pixel orange{222, 120, 30}, blue{35, 95, 190}, good{226, 242, 226}, bad{250, 228, 224}, mark{120, 126, 134};
+
+std::string conditions(const report_options& options) {
+  return std::to_string(options.levels) + " levels, error diffusion " +
+         (options.noise ? "with noise modulation" : "without modulation");
+}
+
+std::string formatted(const char* format, double value) {
+  char text[48];
+  std::snprintf(text, sizeof text, format, value);
+  return text;
+}
+
+// In percent of full ink, over the tones 1 ... 254.
+std::vector<kit::point> curve_of(const tone_errors& errors) {
+  std::vector<kit::point> curve;
+  for (std::size_t i = 0; i < errors.size(); ++i) curve.push_back({double(i + 1), 100 * errors[i]});
+  return curve;
+}
+
+}  // namespace
+
+void plot_tones(const std::vector<choice_report>& reports, const report_options& options,
+                const std::filesystem::path& file) {
+  chart_sheet sheet(reports.size(), {"tone", 0, 255, {{0, "0"}, {64, "64"}, {128, "128"}, {192, "192"}, {255, "255"}}},
+                    {"% of full ink", -1.5, 1.5, {{-1, "-1"}, {-0.5, "-0.5"}, {0, "0"}, {0.5, "0.5"}, {1, "1"}}});
+  sheet.title("Tone of flat patches", "ink placed less ink asked for, patches of 256 x 256 pixels, " + conditions(options));
+  sheet.explain("8-bit samples, 8-bit precision", orange);
+  sheet.explain("16-bit samples", blue);
+  sheet.explain("no more than 0.5 % off", good, true);
+  for (const choice_report& r : reports) {
+    const double largest = std::max(std::abs(r.errors8[worst(r.errors8)]), std::abs(r.errors16[worst(r.errors16)]));
+    chart plot = sheet.add(r.choice.name, formatted("at most %.2f %% off", 100 * largest));
+    plot.shade({0, -100 * tone_bar}, {255, 100 * tone_bar}, good);
+    plot.draw_axes();
+    plot.plot(curve_of(r.errors8), orange);
+    plot.plot(curve_of(r.errors16), blue);
+  }
+  sheet.save(file);
+}
+
+void plot_spectra(const std::vector<choice_report>& reports, const report_options& options,
+                  const std::filesystem::path& file) {
+  chart_sheet sheet(
+      reports.size(),
+      {"cycles per pixel",
+       0,
+       0.71,
+       {{0, "0"}, {0.1, "0.1"}, {0.2, "0.2"}, {0.3, "0.3"}, {0.4, "0.4"}, {0.5, "0.5"}, {0.6, "0.6"}, {0.7, "0.7"}}},
+      {"dB", -50, 20, {{-40, "-40"}, {-20, "-20"}, {0, "0"}}});
+  const double tone = options.tone / 255.0, principal = principal_frequency(tone);
+  sheet.title("Spectrum of a flat patch",
+              "of tone " + std::to_string(options.tone) + ", radially averaged, " + conditions(options));
+  sheet.explain("power, white noise having 0 dB", blue);
+  sheet.explain("dots as far apart as they can be", mark);
+  sheet.explain("a hump here shows as structure", bad, true);
+  for (const choice_report& r : reports) {
+    const double low = low_power(r.power, tone);
+    chart plot = sheet.add(r.choice.name, low > 0 ? formatted("low frequencies %.0f dB", decibels(low)) : "");
+    plot.shade({0, 0}, {principal / 2, 20}, bad);
+    plot.draw_axes();
+    plot.plot({{principal, -50}, {principal, 20}}, mark, 1);
+    std::vector<kit::point> curve;
+    for (std::size_t i = 1; i < r.power.size(); ++i) {
+      curve.push_back({double(i) / spectrum_window, decibels(r.power[i])});
+    }
+    plot.plot(curve, blue);
+  }
+  sheet.save(file);
+}
+
+}  // namespace vrk::tool
