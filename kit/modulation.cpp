@@ -20,4 +20,6 @@ modulation fine_noise(int amplitude) {
   return fine;
 }
 
+modulation fine_noise_for(unsigned levels) { return fine_noise(127 / (int(levels) - 1)); }
+
 }  // namespace vrk::kit

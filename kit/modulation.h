@@ -20,4 +20,8 @@ modulation no_modulation();
 // their dots on the same pixels. amplitude: 0 ... 127, on the 10-bit scale.
 modulation fine_noise(int amplitude = 127);
 
+// As strong as so many levels bear: an eighth of the way from one to the next. Much more, and the errors that the noise
+// itself makes keep setting dots on bare paper.
+modulation fine_noise_for(unsigned levels);
+
 }  // namespace vrk::kit

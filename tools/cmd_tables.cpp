@@ -43,7 +43,7 @@ kit::bytes saturated_colors() {
 
 // What one page in one ink, four or six takes.
 void put_inks(shelf& to) {
-  const auto levels = [](unsigned inks) { return kit::ed_parameters(inks, 2, kit::fine_noise()).encode(); };
+  const auto levels = [](unsigned inks) { return kit::ed_parameters(inks, 2, kit::fine_noise_for(2)).encode(); };
   to.put("inks.csc2", kit::ink_table(4).encode());
   to.put("levels.edpr", levels(4));
   to.put("fan.edtb", kit::ed_distribution("fan").encode());
@@ -67,7 +67,8 @@ void put_colors(shelf& to) {
 
 void put_halftones(shelf& to) {
   for (const unsigned levels : {3u, 4u, 16u}) {
-    to.put("levels/" + std::to_string(levels) + ".edpr", kit::ed_parameters(4, levels, kit::fine_noise()).encode());
+    to.put("levels/" + std::to_string(levels) + ".edpr",
+           kit::ed_parameters(4, levels, kit::fine_noise_for(levels)).encode());
   }
   for (const kit::error_filter& filter : kit::error_filters) {
     to.put("filters/" + std::string(filter.name) + ".edtb", kit::distribution_table(filter).encode());
@@ -75,8 +76,9 @@ void put_halftones(shelf& to) {
   for (const unsigned across : {1u, 2u, 4u}) {
     for (unsigned down = 1; down <= 4; ++down) {
       if (across * down == 1) continue;
+      const unsigned levels = across * down + 1;
       to.put("cells/" + std::to_string(across) + "x" + std::to_string(down) + ".edpr",
-             kit::cell_parameters(4, across, down, across * down + 1, kit::fine_noise()).encode());
+             kit::cell_parameters(4, across, down, levels, kit::fine_noise_for(levels)).encode());
     }
   }
   for (const std::string_view matrix : kit::matrix_names) {

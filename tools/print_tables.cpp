@@ -88,11 +88,6 @@ void choose_tone(const print_options& options, tone_settings& tone) {
   put(tone.rgb_curves, {"the curves of R, G and B", kit::curve_image{.curves = channels}.encode()});
 }
 
-bool leaves_one_sample(const table& csc1) {
-  return csc1.image.size() >= 8 && (std::equal(csc1.image.begin() + 4, csc1.image.begin() + 8, "gray") ||
-                                    std::equal(csc1.image.begin() + 4, csc1.image.begin() + 8, "blck"));
-}
-
 // None for a table that the second converter will refuse.
 std::optional<unsigned> inks_made_by(const table& ink) {
   if (starts_with(ink, "1dlt")) return 1;
@@ -142,14 +137,20 @@ unsigned choose_plane_curves(const print_options& options, unsigned inks, plane_
   return planes;
 }
 
-kit::modulation modulation_named(const std::string& name) {
-  return name == "none" ? kit::no_modulation() : kit::fine_noise();
-}
-
 unsigned levels_up_to(unsigned most, unsigned usual, const print_options& options, const char* of) {
   const unsigned levels = options.levels.value_or(usual);
   if (levels > most) throw user_error("--levels: " + std::string(of) + " has 2 to " + std::to_string(most));
   return levels;
+}
+
+// Levels, and cells where they are asked for.
+kit::edpr_table error_diffusion_levels(const print_options& options, unsigned planes) {
+  const auto [x, y] = options.cells.value_or(dot_scale{});
+  const unsigned dots = x * y;
+  const unsigned levels = options.cells ? levels_up_to(dots + 1, dots + 1, options, "a cell")
+                                        : levels_up_to(16, 2, options, "error diffusion");
+  const kit::modulation noise = options.modulation == "none" ? kit::no_modulation() : kit::fine_noise_for(levels);
+  return options.cells ? kit::cell_parameters(planes, x, y, levels, noise) : kit::ed_parameters(planes, levels, noise);
 }
 
 bool dithers(const print_options& options, const print_tables& tables) {
@@ -159,15 +160,7 @@ bool dithers(const print_options& options, const print_tables& tables) {
 void choose_halftone(const print_options& options, unsigned planes, print_tables& tables) {
   if (!dithers(options, tables)) {
     if (!tables.parameters) {
-      const kit::modulation modulation = modulation_named(options.modulation);
-      const auto [x, y] = options.cells.value_or(dot_scale{});
-      const unsigned dots = x * y;
-      tables.parameters = {
-          "the kit's levels",
-          (options.cells
-               ? kit::cell_parameters(planes, x, y, levels_up_to(dots + 1, dots + 1, options, "a cell"), modulation)
-               : kit::ed_parameters(planes, levels_up_to(16, 2, options, "error diffusion"), modulation))
-              .encode()};
+      tables.parameters = {"the kit's levels", error_diffusion_levels(options, planes).encode()};
     }
     if (!tables.spread) {
       tables.spread = {"the kit's filter",

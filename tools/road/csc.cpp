@@ -9,11 +9,6 @@ std::uint32_t width_flags(line_format input, unsigned output_bits) {
   return (input.bits == 16 ? VRK_IN16 : 0) | (output_bits == 16 ? VRK_OUT16 : 0);
 }
 
-bool is_one_channel_subtype(const kit::bytes& image) {
-  const std::string subtype(image.begin() + 4, image.begin() + 8);
-  return subtype == "gray" || subtype == "blck";
-}
-
 class csc1_stage final : public stage {
  public:
   csc1_stage(const table& colors, line_format input, unsigned output_bits)
@@ -24,7 +19,7 @@ class csc1_stage final : public stage {
     }
     vrk_set_csc1_rgb(handle_.get(), std::uint32_t(input.layout));
     flags_ = vrk_query_csc1_hint(handle_.get());
-    if (is_one_channel_subtype(colors.image)) output_ = {1, output_bits};
+    if (leaves_one_sample(colors)) output_ = {1, output_bits};
   }
   ~csc1_stage() override { vrk_free_csc1(handle_.get()); }
 
@@ -60,6 +55,12 @@ class csc2_stage final : public stage {
 };
 
 }  // namespace
+
+bool leaves_one_sample(const table& csc1) {
+  if (csc1.image.size() < 8) return false;
+  const std::string subtype(csc1.image.begin() + 4, csc1.image.begin() + 8);
+  return subtype == "gray" || subtype == "blck";
+}
 
 std::unique_ptr<stage> make_csc1(const table& colors, line_format input, unsigned output_bits) {
   return std::make_unique<csc1_stage>(colors, input, output_bits);

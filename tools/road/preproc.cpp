@@ -12,6 +12,10 @@ const void* checked(const std::optional<table>& curves, unsigned count) {
   return curves->image.data();
 }
 
+void require(bool built) {
+  if (!built) throw user_error("the pre-processor refuses its settings");
+}
+
 std::uint32_t preproc_flags(unsigned output_bits) { return VRK_COMPOSE | (output_bits == 16 ? VRK_OUT16 : 0); }
 
 class preproc_stage final : public stage {
@@ -20,11 +24,11 @@ class preproc_stage final : public stage {
       : stage("preproc", {3, output_bits, input.layout}) {
     const void* const curve = checked(s.curve, 1);
     const void* const rgb_curves = checked(s.rgb_curves, 3);
-    handle_.build([&](void* mem) {
+    require(handle_.build([&](void* mem) {
       return vrk_create_preproc(s.balance ? s.balance->data() : nullptr, std::uint32_t(s.lift),
                                 std::uint32_t(s.contrast), curve != nullptr, curve, rgb_curves != nullptr, rgb_curves,
                                 preproc_flags(output_bits), mem);
-    });
+    }));
     vrk_set_preproc_rgb(handle_.get(), std::uint32_t(input.layout));
     flags_ = vrk_query_preproc_hint(handle_.get());
   }
@@ -44,10 +48,10 @@ class preproc2_stage final : public stage {
       : stage("preproc2", {3, output_bits, input.layout}) {
     const void* const curve = checked(s.curve, 1);
     const void* const rgb_curves = checked(s.rgb_curves, 3);
-    handle_.build([&](void* mem) {
+    require(handle_.build([&](void* mem) {
       return vrk_create_preproc2(s.balance2->data(), std::uint32_t(s.contrast), curve != nullptr, curve,
                                  rgb_curves != nullptr, rgb_curves, preproc_flags(output_bits), mem);
-    });
+    }));
     vrk_set_preproc2_rgb(handle_.get(), std::uint32_t(input.layout));
     flags_ = vrk_query_preproc2_hint(handle_.get());
   }

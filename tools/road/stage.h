@@ -63,6 +63,7 @@ struct tone_settings {
 std::unique_ptr<stage> make_preproc(const tone_settings& settings, line_format input, unsigned output_bits);
 
 // RGB to RGB, or by a subtype table to one sample.
+bool leaves_one_sample(const table& csc1);
 std::unique_ptr<stage> make_csc1(const table& colors, line_format input, unsigned output_bits);
 
 // RGB or gray to ink planes; a tone curve ("1dlt") takes gray to one plane.
