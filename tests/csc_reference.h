@@ -2,18 +2,25 @@
 // pixel, straight from the definition.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <iterator>
 #include <random>
 #include <stdexcept>
 #include <vector>
 
 #include "kit/color_table.h"
+#include "kit/curve_image.h"
 #include "tests/guard.h"
 #include "tests/samples.h"
 #include "vrk.h"
 
 namespace vrk::test {
+
+using rgb = std::array<unsigned, 3>;
 
 // Flags that lead to the five combinations of widths.
 constexpr std::uint32_t csc_flags[] = {0, VRK_PREC12, VRK_OUT16, VRK_IN16 | VRK_OUT16, VRK_IN16};
@@ -27,14 +34,13 @@ constexpr axis_span full_axis{0, 0xFFFF}, early_end{0, 0xF800}, inner_axis{0x234
 
 // Random positions that differ at 8-bit precision, but for a narrow last cell.
 inline kit::axis_positions random_axis(std::mt19937& random, unsigned points, axis_span span) {
-  std::vector<unsigned> levels;
-  for (unsigned level = (span.first >> 8) + 1; level < span.last >> 8; ++level) levels.push_back(level);
-  std::shuffle(levels.begin(), levels.end(), random);
-  levels.resize(points - 2);
-  kit::axis_positions axis{std::uint16_t(span.first), std::uint16_t(span.last)};
-  for (const unsigned level : levels) axis.push_back(std::uint16_t(level << 8 | (random() & 0xFF)));
-  std::sort(axis.begin(), axis.end());
-  if (span.narrow && points > 2) axis[points - 2] = std::uint16_t(span.last - 0x10);
+  kit::axis_positions inner, axis{std::uint16_t(span.first)};
+  for (unsigned level = (span.first >> 8) + 1; level < span.last >> 8; ++level) {
+    inner.push_back(std::uint16_t(level << 8 | (random() & 0xFF)));
+  }
+  std::ranges::sample(inner, std::back_inserter(axis), points - 2, random);
+  if (span.narrow && points > 2) axis.back() = std::uint16_t(span.last - 0x10);
+  axis.push_back(std::uint16_t(span.last));
   return axis;
 }
 
@@ -43,12 +49,18 @@ inline kit::color_table random_table(unsigned channels, unsigned points, unsigne
                                      axis_span g = full_axis, axis_span b = full_axis) {
   std::mt19937 random(seed);
   kit::color_table table;
-  table.grid = {.points = points, .channels = channels, .samples = {}};
-  for (unsigned i = 0; i < points * points * points * channels; ++i) {
-    table.grid.samples.push_back(std::uint16_t(seed % 2 == 0 ? random() : random() % 2 * 0xFFFF));
-  }
+  table.grid = {points, channels, std::vector<std::uint16_t>(points * points * points * channels)};
+  for (auto& sample : table.grid.samples) sample = std::uint16_t(seed % 2 == 0 ? random() : random() % 2 * 0xFFFF);
   table.axes = {random_axis(random, points, r), random_axis(random, points, g), random_axis(random, points, b)};
   return table;
+}
+
+inline kit::curve_image random_curve(unsigned seed = 1) {
+  std::mt19937 random(seed);
+  kit::curve_image image;
+  image.curves.resize(1);
+  for (std::uint16_t& entry : image.curves[0]) entry = std::uint16_t(random());
+  return image;
 }
 
 // channels: 3 for the first converter, else the second.
@@ -59,11 +71,20 @@ inline std::uint32_t create_csc(const kit::bytes& image, unsigned channels, unsi
                        : vrk_create_csc2(table.size(), table.data(), input_samples, flags, mem);
 }
 
+// Whether both calls take a table, which they decide by its header alone; refused, they leave the memory as it was.
+inline bool taken(const kit::bytes& image, unsigned channels, unsigned input_samples) {
+  fenced_block memory(2000);
+  const bool built = create_csc(image, channels, input_samples, 0, memory.data()) != 0;
+  EXPECT_EQ(create_csc(image, channels, input_samples, 0, nullptr) != 0, built);
+  EXPECT_NE(memory.untouched(), built);
+  return built;
+}
+
 // A handle of the converter that the table is for.
 class converter {
  public:
   converter(const kit::bytes& image, std::uint32_t flags, unsigned input_samples = 3, std::size_t mem_offset = 4)
-      : first_(image[3] == '1'),
+      : first_(image[0] == 'c' && image[3] == '1'),
         flags_(flags),
         memory_(create_csc(image, first_ ? 3 : 4, input_samples, flags, nullptr), mem_offset) {
     if (create_csc(image, first_ ? 3 : 4, input_samples, flags, memory_.data()) != memory_.contents().size()) {
@@ -71,7 +92,9 @@ class converter {
     }
   }
 
-  const fenced_block& memory() const { return memory_; }
+  std::uint32_t hint() const {
+    return first_ ? vrk_query_csc1_hint(memory_.data()) : vrk_query_csc2_hint(memory_.data());
+  }
   void set_layout(std::uint32_t layout) {
     first_ ? vrk_set_csc1_rgb(memory_.data(), layout) : vrk_set_csc2_rgb(memory_.data(), layout);
   }
@@ -120,13 +143,13 @@ class csc_reference {
   }
 
   // The samples that a pixel of these raw input samples becomes.
-  samples operator()(const std::array<unsigned, 3>& rgb) const {
-    std::array<unsigned, 3> level, cell;
+  samples operator()(const rgb& pixel) const {
+    rgb level, cell;
     std::array<std::uint32_t, 3> product;
     std::array<std::uint16_t, 3> frac;
     const unsigned full = twelve_ ? 4095 : 255;
     for (unsigned a = 0; a < 3; ++a) {
-      level[a] = working(rgb[a]);
+      level[a] = working(pixel[a]);
       for (cell[a] = n_ - 2; cell[a] != 0 && axis_[a][cell[a]] > level[a];) --cell[a];
       const unsigned low = axis_[a][cell[a]], width = axis_[a][cell[a] + 1] - low;
       const auto reciprocal = std::uint32_t((twelve_ ? 4194304.0 : 65536.0) / width);
@@ -134,26 +157,24 @@ class csc_reference {
       frac[a] = std::uint16_t(product[a] >> (twelve_ ? 12 : 9));
       if (gray_) product[a] = frac[a];
     }
-    const bool white = !gray_ && level == std::array<unsigned, 3>{full, full, full};
+    const bool white = !gray_ && level == rgb{full, full, full};
 
-    // The corners between the lowest and the highest one, and which step of the path goes along R, G and B.
-    struct tetrahedron {
-      std::array<unsigned, 3> c1, c2, step;
-    };
-    const auto [r, g, b] = product;
-    const tetrahedron t = r >= g && g >= b  ? tetrahedron{{1, 0, 0}, {1, 1, 0}, {0, 1, 2}}
-                          : r >= b && b > g ? tetrahedron{{1, 0, 0}, {1, 0, 1}, {0, 2, 1}}
-                          : b > r && r >= g ? tetrahedron{{0, 0, 1}, {1, 0, 1}, {1, 2, 0}}
-                          : g > r && r >= b ? tetrahedron{{0, 1, 0}, {1, 1, 0}, {1, 0, 2}}
-                          : g >= b && b > r ? tetrahedron{{0, 1, 0}, {0, 1, 1}, {2, 0, 1}}
-                                            : tetrahedron{{0, 0, 1}, {0, 1, 1}, {2, 1, 0}};
+    // From the lowest corner of the cell to the highest, along its edges in order of falling fraction.
+    std::array<unsigned, 3> order{0, 1, 2};
+    std::ranges::stable_sort(order, std::greater{}, [&](unsigned a) { return product[a]; });
     samples out;
     for (unsigned c = 0; c < channels_; ++c) {
-      const std::array<int, 4> corner{at(cell, {0, 0, 0}, c), at(cell, t.c1, c), at(cell, t.c2, c),
-                                      at(cell, {1, 1, 1}, c)};
+      rgb corner = cell;
+      const int lowest = at(corner, c);
+      int from = lowest;
       std::int64_t sum = 0;
-      for (unsigned a = 0; a < 3; ++a) sum += (corner[t.step[a] + 1] - corner[t.step[a]]) * std::int64_t{frac[a]};
-      const auto value = std::uint16_t(corner[0] + (sum >> (twelve_ ? 10 : 7)));
+      for (const unsigned a : order) {
+        ++corner[a];
+        const int to = at(corner, c);
+        sum += (to - from) * std::int64_t{frac[a]};
+        from = to;
+      }
+      const auto value = std::uint16_t(lowest + (sum >> (twelve_ ? 10 : 7)));
       out.push_back(output(white ? grid_[grid_.size() - channels_ + c] : value));
     }
     return out;
@@ -173,9 +194,8 @@ class csc_reference {
     return ten ? sample >> 6 << 2 | sample >> 14 : sample >> 8 << 4 | sample >> 12;
   }
 
-  int at(const std::array<unsigned, 3>& cell, const std::array<unsigned, 3>& step, unsigned c) const {
-    const unsigned point = ((cell[0] + step[0]) * n_ + cell[1] + step[1]) * n_ + cell[2] + step[2];
-    return int(grid_[point * channels_ + c]);
+  int at(const rgb& point, unsigned c) const {
+    return int(grid_[((point[0] * n_ + point[1]) * n_ + point[2]) * channels_ + c]);
   }
 
   unsigned n_, channels_;
@@ -185,12 +205,12 @@ class csc_reference {
 };
 
 // Pixels of every sort: single random ones, repeated ones, whites, near-whites and other ends of the scale.
-inline std::vector<std::array<unsigned, 3>> varied_pixels(unsigned count, bool in16, unsigned seed = 5) {
+inline std::vector<rgb> varied_pixels(unsigned count, bool in16, unsigned seed = 5) {
   std::mt19937 random(seed);
   const unsigned full = in16 ? 0xFFFF : 0xFF;
-  std::vector<std::array<unsigned, 3>> pixels;
+  std::vector<rgb> pixels;
   while (pixels.size() < count) {
-    std::array<unsigned, 3> pixel;
+    rgb pixel;
     const unsigned kind = unsigned(random() % 8);
     for (unsigned& sample : pixel) {
       const unsigned ends[] = {0, full, full - 1, full - 15, full - 16};
@@ -203,17 +223,14 @@ inline std::vector<std::array<unsigned, 3>> varied_pixels(unsigned count, bool i
 
 // Pixels as a layout has them; a fourth sample is anything.
 struct layout_places {
-  unsigned samples, r, g, b;
+  unsigned samples, rgb[3];
 };
-constexpr layout_places layouts[] = {{3, 0, 1, 2}, {3, 2, 1, 0}, {4, 2, 1, 0}, {4, 1, 2, 3}};
+constexpr layout_places layouts[] = {{3, {0, 1, 2}}, {3, {2, 1, 0}}, {4, {2, 1, 0}}, {4, {1, 2, 3}}};
 
-inline samples laid_out(const std::vector<std::array<unsigned, 3>>& pixels, const layout_places& l) {
-  samples out(pixels.size() * l.samples, 0x5A);
+inline samples laid_out(const std::vector<rgb>& pixels, const layout_places& l, std::uint16_t fourth = 0x5A5A) {
+  samples out(pixels.size() * l.samples, fourth);
   for (std::size_t p = 0; p < pixels.size(); ++p) {
-    std::uint16_t* const at = &out[p * l.samples];
-    at[l.r] = std::uint16_t(pixels[p][0]);
-    at[l.g] = std::uint16_t(pixels[p][1]);
-    at[l.b] = std::uint16_t(pixels[p][2]);
+    for (unsigned c = 0; c < 3; ++c) out[p * l.samples + l.rgb[c]] = std::uint16_t(pixels[p][c]);
   }
   return out;
 }
