@@ -10,10 +10,11 @@
 
 namespace vrk::test {
 
-// What random tables are like. Wild: values, thresholds, amounts and row counts that lead outside every table.
+// What random tables are like. Few levels: such as have codes of their own. Wild: values, thresholds, amounts and row
+// counts that lead outside every table.
 struct ed_traits {
   std::size_t planes = 4;  // 1, 4 or 6
-  bool wild = false, extended = false, same_scale = false;
+  bool few_levels = false, wild = false, extended = false, same_scale = false;
 };
 
 inline ed_tables random_ed_tables(const ed_traits& traits, std::mt19937& random) {
@@ -25,17 +26,16 @@ inline ed_tables random_ed_tables(const ed_traits& traits, std::mt19937& random)
   ed_tables tables;
   kit::edpr_table& t = tables.params;
   t.version = traits.extended ? "0020" : "0010";
-  for (unsigned* const size : {&t.matrix_width, &t.matrix_height, &t.pattern_width, &t.pattern_height})
-    *size = 1 + below(5);
-  for (unsigned* const shift :
-       {&t.matrix_column_shift, &t.matrix_row_shift, &t.pattern_column_shift, &t.pattern_row_shift}) {
-    *shift = below(7);
-  }
+  for (unsigned* size : {&t.matrix_width, &t.matrix_height, &t.pattern_width, &t.pattern_height}) *size = 1 + below(5);
+  for (unsigned* shift : {&t.matrix_column_shift, &t.matrix_row_shift}) *shift = below(7);
+  for (unsigned* shift : {&t.pattern_column_shift, &t.pattern_row_shift}) *shift = below(7);
   const unsigned same_x = 1u << below(3), same_y = 1 + below(4);
   for (std::size_t p = 0; p < traits.planes; ++p) {
     kit::ed_plane& plane = t.planes[kit::table_position[p]];
     plane.bits = std::vector{1u, 2u, 4u, 3u}[below(4)];
-    const unsigned levels = 1 + below(plane.bits == 3 ? 255 : 1u << plane.bits), top = traits.wild ? 65536 : 1024;
+    if (traits.few_levels) plane.bits = 1u << (1 + below(2));
+    const unsigned most = plane.bits == 3 ? 255 : 1u << plane.bits, top = traits.wild ? 65536 : 1024;
+    const unsigned levels = traits.few_levels ? 2 + below(plane.bits == 4 ? 6 : 3) : 1 + below(most);
     fill(plane.level_values, levels, top);
     fill(plane.thresholds, levels - 1, top);
     if (!traits.wild) std::ranges::sort(plane.level_values), std::ranges::sort(plane.thresholds);

@@ -15,14 +15,16 @@ ed_tables plain_tables(unsigned planes, unsigned levels) {
   return {kit::ed_parameters(planes, levels), kit::ed_distribution("fan")};
 }
 
-// Block after block at random: side by side, over each other, ended or not, on the next line or anywhere.
+// Block after block at random: side by side, over each other, beyond the line, ended or not, on the next line or
+// anywhere.
 void expect_defined_lines(const ed_tables& tables, unsigned flags, std::mt19937& random) {
   const unsigned width = 1 + unsigned(random() % 60);
   ed_reference reference(tables, width, flags);
   ed_library library(tables, width, flags, random() % 8 * 4);
   unsigned next_line = 0;
   for (int block = 0; block < 6; ++block) {
-    const unsigned block_x = unsigned(random() % width), block_width = unsigned(random() % (width + 2));
+    const unsigned block_x = unsigned(random() % (width + 1));
+    const unsigned block_width = random() % 8 == 0 ? 0xFFFFFFFF : unsigned(random() % (width + 2));
     const unsigned first = random() % 3 == 0 ? unsigned(random()) : next_line;
     const bool fits = library.start(block_width, block_x, first);
     ASSERT_EQ(fits, reference.start(block_width, block_x, first));
@@ -45,13 +47,16 @@ void expect_defined_lines(ed_traits traits, unsigned more_flags) {
       for (int job = 0; job < 30 && !testing::Test::HasFatalFailure(); ++job) {
         traits.planes = planes;
         traits.same_scale = job % 2;
-        expect_defined_lines(random_ed_tables(traits, random), flags | more_flags, random);
+        const ed_tables tables = random_ed_tables(traits, random);
+        // On a thread of its own, where random codes begin anew.
+        std::thread([&] { expect_defined_lines(tables, flags | more_flags, random); }).join();
       }
     }
   }
 }
 
-TEST(ed, lines_are_as_defined) { expect_defined_lines({}, VRK_K_CODE3); }
+TEST(ed, lines_are_as_defined) { expect_defined_lines({}, 0); }
+TEST(ed, codes_are_as_defined) { expect_defined_lines({.few_levels = true}, VRK_K_CODE3 | VRK_RANDOM4); }
 TEST(ed, values_outside_every_table_clamp) { expect_defined_lines({.wild = true}, 0); }
 TEST(ed, dot_cells_are_as_defined) { expect_defined_lines({.extended = true}, VRK_K_CODE3 | VRK_RANDOM4); }
 
@@ -141,7 +146,7 @@ TEST(ed, every_prefix_of_a_table_is_refused) {
     tables.spread.rows.resize(9);
     const kit::bytes spread = tables.spread.encode(), params = tables.params.encode();
     std::vector<u32> mem(ed_library::create(tables, 9, 0, nullptr));
-    for (void* const at : {static_cast<void*>(nullptr), static_cast<void*>(mem.data())}) {
+    for (u32* const at : {static_cast<u32*>(nullptr), mem.data()}) {
       const auto create = [&](std::size_t spread_size, std::size_t params_size) {
         guarded_copy s{std::span(spread).first(spread_size)}, p{std::span(params).first(params_size)};
         return vrk_create_ed(9, s.size(), s.data(), p.size(), p.data(), 0, at);
@@ -155,119 +160,46 @@ TEST(ed, every_prefix_of_a_table_is_refused) {
   }
 }
 
-TEST(ed, blocks_fit_the_line) {
-  ed_library library(plain_tables(1, 2), 100, 0);
-  EXPECT_TRUE(library.start(100, 0, 0) && library.start(40, 60, 0) && library.start(0, 100, 0));
-  EXPECT_FALSE(library.start(41, 60, 0) || library.start(0xFFFFFFFF, 2, 0));
-}
+struct expected_lines {
+  unsigned planes;
+  std::vector<u8> bits;
+  std::vector<u32> line_bytes;
+  bool same_line_bytes, same_scale, dots;
+};
 
-TEST(ed, white_paper_leaves_no_dot_and_no_error) {
-  ed_tables tables = plain_tables(4, 2);
-  for (auto& plane : tables.params.planes) std::ranges::fill(plane.modulation, i8{-128});
-  for (const unsigned flags : all_widths) {
-    ed_library library(tables, 50, flags);
-    library.start(50, 0, 0);
-    const std::vector<u8> before(library.bytes().begin(), library.bytes().end());
-    for (int line = 0; line < 3; ++line) EXPECT_EQ(library.line(samples(200), false), output_lines(4, kit::bytes(7)));
-    library.start(50, 0, 0);
-    EXPECT_TRUE(std::ranges::equal(before, library.bytes()));
-  }
-}
-
-// The first byte of a K line whose pixels all have this level, drawn on a thread of its own.
-u8 codes_of_level(unsigned level, unsigned levels, unsigned bits, unsigned flags) {
-  ed_tables tables{kit::ed_parameters(1, levels), kit::ed_distribution("none")};
-  kit::ed_plane& k = tables.params.planes[3];
-  k.bits = bits;
-  for (unsigned i = 0; i + 1 < levels; ++i) k.thresholds[i] = i < level ? u16{0} : u16{1023};
-  ed_library library(tables, 8, flags);
-  library.start(8, 0, 0);
-  u8 codes = 0;
-  std::thread([&] { codes = library.line(samples(8, 1), false)[0][0]; }).join();
-  return codes;
-}
-
-TEST(ed, three_levels_of_k_skip_a_code) {
-  EXPECT_EQ(codes_of_level(1, 3, 2, VRK_K_CODE3), 0xAA);
-  EXPECT_EQ(codes_of_level(2, 3, 2, VRK_K_CODE3), 0xFF);
-  EXPECT_EQ(codes_of_level(1, 3, 2, 0), 0x55);
-  EXPECT_EQ(codes_of_level(1, 2, 2, VRK_K_CODE3), 0x55);
-  EXPECT_EQ(codes_of_level(2, 4, 2, VRK_K_CODE3), 0xAA);
-}
-
-TEST(ed, random_codes_start_with_41_and_18467_on_every_thread) {
-  EXPECT_EQ(codes_of_level(1, 5, 4, VRK_RANDOM4), 0x57);
-  EXPECT_EQ(codes_of_level(2, 5, 4, VRK_RANDOM4), 0x88);
-  EXPECT_EQ(codes_of_level(1, 6, 4, VRK_RANDOM4), 0x77);
-  EXPECT_EQ(codes_of_level(2, 6, 4, VRK_RANDOM4), 0x88);
-  EXPECT_EQ(codes_of_level(3, 5, 4, VRK_RANDOM4), 0x33);
-  EXPECT_EQ(codes_of_level(1, 7, 4, VRK_RANDOM4), 0x11);
-  EXPECT_EQ(codes_of_level(1, 3, 2, VRK_RANDOM4), 0x55);
-}
-
-TEST(ed, random_codes_are_drawn_plane_by_plane) {
-  std::thread([] {
-    std::mt19937 random(4);
-    ed_tables tables = plain_tables(6, 5);
-    tables.params.planes[0] = kit::ed_parameters(1, 6).planes[3];
-    ed_reference reference(tables, 41, VRK_RANDOM4);
-    ed_library library(tables, 41, VRK_RANDOM4);
-    reference.start(41, 0, 0), library.start(41, 0, 0);
-    for (int line = 0; line < 20; ++line) {
-      const samples values = random_samples(41 * 6, 0, random);
-      ASSERT_EQ(library.line(values, line % 2), reference.line(values));
-    }
-  }).join();
-}
-
-TEST(ed, dots_of_a_cell) {
-  const auto five_pixels = [](u16 cell, unsigned scale_x, unsigned scale_y) {
-    ed_tables tables = plain_tables(1, 2);
-    tables.params.version = "0020";
-    kit::ed_plane& k = tables.params.planes[3];
-    k.scale_x = scale_x, k.scale_y = scale_y, k.patterns = {{cell}, {0}};  // level 0 of K alone has dots
-    ed_library library(tables, 5, 0);
-    library.start(5, 0, 7);
-    return library.line(samples(5), true);
-  };
-  EXPECT_EQ(five_pixels(0x8888, 1, 4), (output_lines{{0xF8}, {0xF8}, {0xF8}, {0xF8}}));
-  EXPECT_EQ(five_pixels(0x8421, 1, 2), (output_lines{{0xF8}, {0x00}}));
-  EXPECT_EQ(five_pixels(0x8421, 2, 2), (output_lines{{0xAA, 0x80}, {0x55, 0x40}}));
-  EXPECT_EQ(five_pixels(0x8421, 4, 3), (output_lines{{0x88, 0x88, 0x80}, {0x44, 0x44, 0x40}, {0x22, 0x22, 0x20}}));
-}
-
-void expect_lines(ed_library& library, std::vector<u8> plane_bits, std::vector<u32> line_bytes, bool same_scale) {
+void expect_info(const ed_tables& tables, const expected_lines& expected) {
+  ed_library library(tables, 101, 0);
   const vrk_ht_info& info = library.info;
-  EXPECT_TRUE(std::ranges::equal(info.plane_bits, plane_bits) && std::ranges::equal(info.line_bytes, line_bytes));
-  EXPECT_EQ(info.same_line_bytes, info.plane_count == 1);
-  EXPECT_EQ(info.same_scale, same_scale);
   EXPECT_EQ(info.method, 1u);
+  EXPECT_EQ(info.plane_count, expected.planes);
+  EXPECT_TRUE(std::ranges::equal(info.plane_bits, expected.bits));
+  EXPECT_TRUE(std::ranges::equal(info.line_bytes, expected.line_bytes));
+  EXPECT_EQ(info.same_line_bytes, expected.same_line_bytes);
+  EXPECT_EQ(info.same_scale, expected.same_scale);
+  EXPECT_EQ(info.dot_expansion, expected.dots);
+  EXPECT_EQ(info.plane_scale[0].scale_y, expected.dots ? 2 : 1);
+  EXPECT_EQ(info.plane_scale[3].scale_y, 1);
+  EXPECT_EQ(info.plane_scale[4].scale_x, expected.dots ? 1 : 0);  // extended: what the table says
   u8 bits[6];
   vrk_query_ed_bitlen(library.handle(), bits);
-  EXPECT_TRUE(std::ranges::equal(bits, plane_bits));
+  EXPECT_TRUE(std::ranges::equal(bits, expected.bits));
+  if (expected.dots) {
+    EXPECT_EQ(vrk_exec_ed(library.handle(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr), 0u);
+  }
 }
 
 TEST(ed, info_tells_the_lines_of_every_plane) {
   ed_tables tables = plain_tables(4, 2);
   tables.params.planes[3] = kit::ed_parameters(1, 4).planes[3];
   tables.params.planes[4].bits = 4;  // of a plane that is not in use
-  ed_library mixed(tables, 4801, 0);
-  expect_lines(mixed, {2, 1, 1, 1, 4, 1}, {1201, 601, 601, 601, 0, 0}, true);
-  EXPECT_TRUE(mixed.info.plane_count == 4 && mixed.info.dot_expansion == 0);
-  EXPECT_TRUE(mixed.info.plane_scale[3].scale_x == 1 && mixed.info.plane_scale[4].scale_x == 0);
+  expect_info(tables, {4, {2, 1, 1, 1, 4, 1}, {26, 13, 13, 13, 0, 0}, false, true, false});
 
   tables.params = kit::cell_parameters(4, 1, 1, 2);
   tables.params.planes[3] = kit::cell_parameters(1, 2, 2, 5).planes[3];
-  ed_library dots(tables, 101, 0);
-  expect_lines(dots, {1, 1, 1, 1, 0, 0}, {26, 13, 13, 13, 0, 0}, false);
-  EXPECT_TRUE(dots.info.plane_count == 4 && dots.info.dot_expansion == 1);
-  EXPECT_TRUE(dots.info.plane_scale[0].scale_y == 2 && dots.info.plane_scale[3].scale_y == 1);
-  EXPECT_EQ(vrk_exec_ed(dots.handle(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr), 0u);
+  expect_info(tables, {4, {1, 1, 1, 1, 0, 0}, {26, 13, 13, 13, 0, 0}, false, false, true});
 
   tables.params.planes[0] = {};
-  ed_library k_alone(tables, 101, 0);
-  EXPECT_EQ(k_alone.info.plane_count, 1);
-  expect_lines(k_alone, {1, 0, 1, 1, 0, 0}, {26, 0, 13, 13, 0, 0}, true);
+  expect_info(tables, {1, {1, 0, 1, 1, 0, 0}, {26, 0, 13, 13, 0, 0}, true, true, true});
 }
 
 }  // namespace
