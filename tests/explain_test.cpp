@@ -31,53 +31,43 @@ bytes grid(unsigned channels, vrk::kit::grid_encoding encoding) {
 }
 
 std::vector<kind> kinds() {
-  using vrk::kit::grid_encoding;
-  const bytes spread = vrk::kit::ed_distribution().encode();
-  const bytes levels = vrk::kit::ed_parameters(4, 4).encode();
-  vrk::kit::curve_image curve;
-  curve.curves.resize(1);
-
+  using enum vrk::kit::grid_encoding;
+  using namespace vrk::kit;
   std::vector<kind> all;
-  for (const std::uint32_t flags : {0u, VRK_PREC12}) {
-    const auto csc1 = [flags](const bytes& image, void* mem) {
-      return vrk_create_csc1(size_of(image), image.data(), flags, mem);
-    };
-    const auto csc2 = [flags](const bytes& image, void* mem) {
-      return vrk_create_csc2(size_of(image), image.data(), 3, flags, mem);
-    };
-    const auto why1 = [flags](const bytes& image) { return vrk::kit::why_refused_csc1(image, flags != 0); };
-    const auto why2 = [flags](const bytes& image) { return vrk::kit::why_refused_csc2(image, 3, flags != 0); };
-    all.push_back({"csc1 raw16", grid(3, grid_encoding::raw16), 30, csc1, why1});
-    all.push_back({"csc1 packed12", grid(3, grid_encoding::packed12), 30, csc1, why1});
-    all.push_back({"csc1 packed10", grid(3, grid_encoding::packed10), 30, csc1, why1});
-    all.push_back({"csc1 subtype", vrk::kit::subtype_table("gray"), 4, csc1, why1});
-    all.push_back({"csc2 raw8", grid(4, grid_encoding::raw8), 30, csc2, why2});
-    all.push_back({"csc2 packed10", grid(6, grid_encoding::packed10), 30, csc2, why2});
-    all.push_back({"csc2 packed12", grid(6, grid_encoding::packed12), 30, csc2, why2});
+  const auto add_csc = [&all](const char* name, bytes good, unsigned header, unsigned input_samples) {
+    const bool first = good[0] == 'c' && good[3] == '1';
+    for (const std::uint32_t flags : {0u, VRK_PREC12}) {
+      const auto create = [=](const bytes& image, void* mem) {
+        return first ? vrk_create_csc1(size_of(image), image.data(), flags, mem)
+                     : vrk_create_csc2(size_of(image), image.data(), input_samples, flags, mem);
+      };
+      const auto explain = [=](const bytes& image) {
+        return first ? why_refused_csc1(image, flags != 0) : why_refused_csc2(image, input_samples, flags != 0);
+      };
+      all.push_back({name, good, header, create, explain});
+    }
+  };
+  for (const grid_encoding encoding : {raw16, packed12, packed10, raw8}) {
+    for (const unsigned channels : {3u, 4u, 6u}) add_csc("csc grid", grid(channels, encoding), 30, 3);
   }
-  all.push_back({"1dlt", curve.encode(), 12,
-                 [](const bytes& image, void* mem) { return vrk_create_csc2(size_of(image), image.data(), 1, 0, mem); },
-                 [](const bytes& image) { return vrk::kit::why_refused_csc2(image, 1, false); }});
-  all.push_back({"edpr", levels, 24,
-                 [=](const bytes& image, void* mem) {
-                   return vrk_create_ed(20, size_of(spread), spread.data(), size_of(image), image.data(), 0, mem);
-                 },
-                 vrk::kit::why_refused_edpr});
-  all.push_back({"edtb", spread, 12,
-                 [=](const bytes& image, void* mem) {
-                   return vrk_create_ed(20, size_of(image), image.data(), size_of(levels), levels.data(), 0, mem);
-                 },
-                 vrk::kit::why_refused_edtb});
-  const auto edpr_of_cells = [=](const bytes& image, void* mem) {
+  add_csc("csc1 subtype", subtype_table("gray"), 4, 3);
+  add_csc("1dlt", curve_image{.curves = std::vector<curve>(1)}.encode(), 12, 1);
+
+  const bytes spread = ed_distribution().encode(), levels = ed_parameters(4, 4).encode();
+  const auto with_levels = [=](const bytes& image, void* mem) {
     return vrk_create_ed(20, size_of(spread), spread.data(), size_of(image), image.data(), 0, mem);
   };
-  all.push_back(
-      {"edpr of cells", vrk::kit::cell_parameters(4, 2, 2, 5).encode(), 40, edpr_of_cells, vrk::kit::why_refused_edpr});
+  const auto with_spread = [=](const bytes& image, void* mem) {
+    return vrk_create_ed(20, size_of(image), image.data(), size_of(levels), levels.data(), 0, mem);
+  };
+  const auto dither = [](const bytes& image, void* mem) {
+    return vrk_create_dither(20, size_of(image), image.data(), 0, mem);
+  };
+  all.push_back({"edpr", levels, 24, with_levels, why_refused_edpr});
+  all.push_back({"edpr of cells", cell_parameters(4, 2, 2, 5).encode(), 40, with_levels, why_refused_edpr});
+  all.push_back({"edtb", spread, 12, with_spread, why_refused_edtb});
   for (const unsigned planes : {1u, 6u}) {
-    all.push_back(
-        {"dith", vrk::kit::dither_parameters(planes, 3, "bayer4").encode(), 32,
-         [](const bytes& image, void* mem) { return vrk_create_dither(20, size_of(image), image.data(), 0, mem); },
-         vrk::kit::why_refused_dith});
+    all.push_back({"dith", dither_parameters(planes, 3, "bayer4").encode(), 32, dither, why_refused_dith});
   }
   return all;
 }
@@ -115,21 +105,18 @@ TEST(explain, finds_a_reason_exactly_when_the_library_refuses) {
 
 // Images whose size the library is not told: by their headers only, and always long enough for what those announce.
 TEST(explain, finds_a_reason_exactly_when_the_library_refuses_curves) {
-  vrk::kit::curve_image six;
-  six.curves.resize(6);
+  const vrk::kit::curve_image six{.curves = std::vector<vrk::kit::curve>(6)};
   for (unsigned at = 0; at < 12; ++at) {
     for (const unsigned value : {0, 1, 2, 3, 4, 6, 16, int('0'), int('1'), int('2'), int('z'), int('{'), 255}) {
-      bytes image = six.encode();
-      image[8] = 3;  // curves
-      image[at] = std::uint8_t(value);
-      EXPECT_EQ(vrk_create_preproc(nullptr, 0, 0, 0, nullptr, 1, image.data(), 0, nullptr) == 0,
-                !vrk::kit::why_refused_curves(image, 3).empty())
+      bytes three = six.encode(), main = six.encode();
+      three[8] = 3;
+      three[at] = main[at] = std::uint8_t(value);
+      EXPECT_EQ(vrk_create_preproc(nullptr, 0, 0, 0, nullptr, 1, three.data(), 0, nullptr) == 0,
+                !vrk::kit::why_refused_curves(three, 3).empty())
           << "byte " << at << " = " << value;
-      image[8] = 6;
-      image[at] = std::uint8_t(value);
-      EXPECT_EQ(vrk_create_postproc(6, 1, image.data(), 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0,
+      EXPECT_EQ(vrk_create_postproc(6, 1, main.data(), 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0,
                                     nullptr, 0, nullptr) == 0,
-                !vrk::kit::why_refused_main_curves(image, 6).empty())
+                !vrk::kit::why_refused_main_curves(main, 6).empty())
           << "byte " << at << " = " << value;
     }
   }

@@ -1,19 +1,20 @@
-// Prints small pages as the program would, for tests.
+// Prints small pages by the program's command line, for tests.
 #pragma once
 
-#include <functional>
+#include <CLI/CLI.hpp>
+
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "kit/color_table.h"
 #include "kit/presets.h"
 #include "tests/scratch.h"
-#include "tools/image_reader.h"
-#include "tools/print_page.h"
+#include "tools/commands.h"
 
 namespace vrk::test {
 
-// A colour table that gives every colour the same inks: shares of full ink, in sixteenths of 255.
+// A colour table that gives every colour the same inks: eighths of full ink, one more from plane to plane.
 inline kit::bytes constant_inks(unsigned inks) {
   kit::color_table colors;
   colors.grid = {2, inks, {}};
@@ -23,33 +24,51 @@ inline kit::bytes constant_inks(unsigned inks) {
   return colors.encode();
 }
 
-inline std::string flat_page(unsigned across, unsigned down) {
-  std::string page = "P6 " + std::to_string(across) + " " + std::to_string(down) + " 255\n";
-  return page.append(std::size_t{3} * across * down, '\x80');
+// A page of one gray, the middle of the scale.
+inline std::string flat_page(unsigned across, unsigned down, bool rgb = true) {
+  return (rgb ? "P6 " : "P5 ") + std::to_string(across) + " " + std::to_string(down) + " 255\n" +
+         std::string((rgb ? 3u : 1u) * across * down, '\x80');
 }
-
-using change = std::function<void(tool::print_options&)>;
 
 // What remains of a print when its pictures are left out.
 struct printed {
-  std::vector<double> coverage;
-  std::string planes;
+  std::vector<double> coverage;  // as the summary says
+  std::vector<std::string> planes;
 };
 
 class print_job : public scratch {
  protected:
-  // With a small table of four inks, unless the change asks for others.
-  printed print(const std::string& page, const change& set) const {
-    tool::print_options options;
-    set(options);
-    if (!options.inks && options.csc2.empty() && page.find(".pam") == std::string::npos) options.csc2 = few_points_;
-    const auto image = tool::open_image(page);
+  printed print(const std::string& page, const std::string& options) const {
+    CLI::App program;
+    tool::add_print_command(program);
+    std::filesystem::remove_all(dir_ / "out");
+    testing::internal::CaptureStdout();
+    const std::string wrong = complaint([&] { program.parse("print " + page + " -o " + path("out") + " " + options); });
+    const std::string summary = testing::internal::GetCapturedStdout();
+    if (!wrong.empty()) throw tool::user_error(wrong);
     printed result;
-    for (const auto& plane : tool::print_page(*image, options, dir_ / "out").planes) {
-      result.coverage.push_back(plane.coverage);
-      result.planes += load(dir_ / "out" / plane.file);
+    for (const std::string plane : {"k", "c", "m", "y", "lc", "lm"}) {
+      for (const std::string& file : {plane + ".pbm", plane + ".pgm"}) {
+        if (!std::filesystem::exists(dir_ / "out" / file)) continue;
+        result.planes.push_back(load(dir_ / "out" / file));
+        result.coverage.push_back(std::stod(summary.substr(summary.find("  " + file) + 2 + file.size())) / 100);
+      }
     }
     return result;
+  }
+
+  // The planes' shares of full ink.
+  void expect_inks(const std::string& page, const std::string& options, const std::vector<double>& shares) const {
+    const printed result = print(page, options);
+    ASSERT_EQ(result.coverage.size(), shares.size()) << options;
+    for (std::size_t p = 0; p < shares.size(); ++p) {
+      EXPECT_NEAR(result.coverage[p], shares[p], 0.01) << options << ", plane " << p;
+    }
+  }
+
+  void expect_complaint(const std::string& page, const std::string& options, const std::string& expected) const {
+    const std::string said = complaint([&] { print(page, options); });
+    EXPECT_NE(said.find(expected), std::string::npos) << options << " says: " << said << "\nexpected: " << expected;
   }
 
   // Nothing in it is alike, and it is high enough for many bands of lines.
@@ -61,8 +80,8 @@ class print_job : public scratch {
     return save("busy.ppm", page);
   }
 
- private:
-  std::string few_points_ = save("few_points.csc2", kit::ink_table(4, 5).encode());
+  // Faster made than the program's own.
+  const std::string few_points_ = "--csc2 " + save("few_points.csc2", kit::ink_table(4, 5).encode()) + " ";
 };
 
 }  // namespace vrk::test

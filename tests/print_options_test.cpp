@@ -11,120 +11,85 @@
 
 namespace {
 
-using namespace vrk::tool;
 using namespace vrk::test;
 namespace kit = vrk::kit;
 
 struct options : print_job {};
 
-TEST_F(options, change_the_print_or_only_the_way_to_it) {
+TEST_F(options, change_the_print) {
   const std::string page = busy_page();
-  const printed plain = print(page, [](print_options&) {});
-  const change different[] = {
-      [](print_options& o) {
-        o.balance = {0, 3, 0};
-      },
-      [](print_options& o) { o.lift = 5; },
-      [](print_options& o) { o.contrast = -2; },
-      [](print_options& o) {
-        o.balance2 = {0, 2};
-      },
-      [](print_options& o) { o.curves = {"b=s:0.5"}; },
-      [](print_options& o) { o.curves = {"points:0/0,50/60,100/100"}; },
-      [](print_options& o) { o.plane_curves = {"y=gamma:1.2"}; },
-      [](print_options& o) { o.filter = "line"; },
-      [](print_options& o) { o.modulation = "none"; },
-      [](print_options& o) { o.precision = 8; },
-      [](print_options& o) { o.halftone = "dither"; },
-      [](print_options& o) { o.matrix = "bayer4"; },
-      [](print_options& o) { o.width16 = true; },
-      [](print_options& o) { o.levels = 3; },
-  };
-  std::vector<std::string> seen{plain.planes};
-  for (const change& set : different) {
-    seen.push_back(print(page, set).planes);
-    EXPECT_EQ(std::count(seen.begin(), seen.end(), seen.back()), 1) << "change " << seen.size() - 1;
+  std::vector<std::vector<std::string>> seen{print(page, few_points_).planes};
+  for (const char* option :
+       {"--balance 0,3,0", "--lift 5", "--contrast -2", "--balance2 0,2", "--curve b=s:0.5",
+        "--curve points:0/0,50/60,100/100", "--post y=gamma:1.2", "--filter line", "--modulation none", "--precision 8",
+        "--halftone dither", "--matrix bayer4", "--width16", "--levels 3"}) {
+    seen.push_back(print(page, few_points_ + option).planes);
+    EXPECT_EQ(std::count(seen.begin(), seen.end(), seen.back()), 1) << option;
   }
+}
 
-  const change everything[] = {
-      [](print_options& o) {
-        o.lift = 1, o.curves = {"s:0.3", "r=gamma:1.1"}, o.split = o.width16 = true;
-      },
-      [](print_options& o) {
-        o.balance2 = {1, -1}, o.inks = 6, o.plane_curves = {"dot-gain:0.1"}, o.cells = {2, 2};
-      },
-      [](print_options& o) { o.csc1 = "saturated.csc1", o.matrix = "screens"; },
-  };
-  kit::color_table saturated{.grid = kit::matrix_grid(kit::saturation_matrix(1.3), 5)};
-  const std::string csc1 = save("saturated.csc1", saturated.encode());
-  for (const change& set : everything) {
-    const auto one_way = [&](pixel_layout layout, unsigned threads) {
-      return print(page,
-                   [&](print_options& o) {
-                     set(o);
-                     if (!o.csc1.empty()) o.csc1 = csc1;
-                     o.layout = layout;
-                     o.threads = threads;
-                   })
-          .planes;
-    };
-    const std::string planes = one_way(pixel_layout::rgb, 1);
-    for (const pixel_layout layout : {pixel_layout::bgr, pixel_layout::bgrx, pixel_layout::xrgb}) {
-      EXPECT_EQ(one_way(layout, 1), planes);
+TEST_F(options, of_layout_and_threads_change_nothing) {
+  const kit::color_table saturated{.grid = kit::matrix_grid(kit::saturation_matrix(1.3), 5)};
+  const std::string csc1 = " --csc1 " + save("saturated.csc1", saturated.encode()), page = busy_page();
+  for (const std::string& option : {few_points_ + "--lift 1 --curve s:0.3 r=gamma:1.1 --split --width16",
+                                    std::string("--balance2 1,-1 --inks 6 --post dot-gain:0.1 --cells 2x2"),
+                                    few_points_ + "--matrix screens" + csc1}) {
+    const printed plain = print(page, option + " --threads 1");
+    for (const char* way :
+         {" --layout bgr", " --layout bgrx", " --layout xrgb", " --threads 2", " --threads 3", " --threads 8"}) {
+      EXPECT_EQ(print(page, option + way).planes, plain.planes) << option << way;
     }
-    for (const unsigned threads : {2u, 3u, 8u}) EXPECT_EQ(one_way(pixel_layout::rgb, threads), planes);
   }
 }
 
 TEST_F(options, lay_down_the_ink_that_they_say) {
-  const std::string page = save("page.ppm", flat_page(160, 120));
-  const std::string inks = save("constant.csc2", constant_inks(4));
-  const change halftones[] = {[](print_options&) {}, [](print_options& o) { o.width16 = true; },
-                              [](print_options& o) {
-                                o.cells = {4, 2};
-                              },
-                              [](print_options& o) { o.halftone = "dither"; },
-                              [](print_options& o) { o.halftone = "dither", o.levels = 200, o.width16 = true; }};
+  const std::string page = save("page.ppm", flat_page(203, 120));
   const struct {
-    std::vector<std::string> curves;
-    double share;  // of the four planes
-  } cases[] = {{{}, 1},
-               {{"ink-limit:0.5"}, 0.5},
-               {{"k=ink-limit:0.5", "c=ink-limit:.5", "m=ink-limit:.5", "y=ink-limit:.5"}, 0.5}};
-  for (const change& halftone : halftones) {
-    for (const auto& c : cases) {
-      const printed result = print(page, [&](print_options& o) {
-        o.csc2 = inks;
-        o.plane_curves = c.curves;
-        halftone(o);
-      });
-      ASSERT_EQ(result.coverage.size(), 4u);
-      for (unsigned p = 0; p < 4; ++p) EXPECT_NEAR(result.coverage[p], c.share * (p + 1) / 8, 0.01) << p;
+    const char* curves;
+    double k, others;  // shares of what the colour table gives
+  } cases[] = {{"", 1, 1}, {" --post ink-limit:0.5", 0.5, 0.5}, {" --post k=ink-limit:0.5", 0.5, 1}};
+  for (const unsigned inks : {4u, 6u}) {
+    const std::string table = "--csc2 " + save("constant.csc2", constant_inks(inks));
+    for (const char* halftone :
+         {"", " --precision 8", " --width16", " --levels 3 --precision 8", " --levels 4", " --levels 16 --precision 16",
+          " --cells 4x2", " --halftone dither", " --halftone dither --levels 200 --width16"}) {
+      for (const auto& c : cases) {
+        std::vector<double> shares{c.k / 8};
+        while (shares.size() < inks) shares.push_back(c.others * double(shares.size() + 1) / 8);
+        expect_inks(page, table + halftone + c.curves, shares);
+      }
     }
   }
-  // One ink is what light is missing, and a curve of gamma 2 makes level 1/2 its root.
-  const printed lighter = print(page, [](print_options& o) { o.inks = 1, o.curves = {"gamma:2"}; });
-  EXPECT_NEAR(lighter.coverage.at(0), 1 - kit::srgb_to_linear(std::sqrt(128 / 255.0)), 0.01);
-}
-
-TEST_F(options, split_light_inks_off_cyan_and_magenta) {
-  const std::string page = save("page.ppm", flat_page(160, 120)), inks = save("constant.csc2", constant_inks(4));
-  const printed result = print(page, [&](print_options& o) { o.csc2 = inks, o.split = true; });
-  ASSERT_EQ(result.coverage.size(), 6u);
   const kit::ink_pair cyan = kit::split_cyan(2 / 8.0), magenta = kit::split_magenta(3 / 8.0);
-  const double expected[] = {1 / 8.0, cyan.full, magenta.full, 4 / 8.0, cyan.light, magenta.light};
-  for (unsigned p = 0; p < 6; ++p) EXPECT_NEAR(result.coverage[p], expected[p], 0.01) << p;
+  expect_inks(page, "--split --csc2 " + save("constant.csc2", constant_inks(4)),
+              {1 / 8.0, cyan.full, magenta.full, 4 / 8.0, cyan.light, magenta.light});
 }
 
-TEST_F(options, make_cells_of_dots) {
+// One ink is what light is missing, and a curve of gamma 2 makes level 1/2 its root.
+TEST_F(options, print_rgb_and_gray_pictures_alike_with_one_ink) {
+  for (const std::string& page : {save("page.ppm", flat_page(64, 64)), save("page.pgm", flat_page(64, 64, false))}) {
+    expect_inks(page, "--inks 1", {1 - kit::srgb_to_linear(128 / 255.0)});
+    expect_inks(page, "--inks 1 --curve gamma:2", {1 - kit::srgb_to_linear(std::sqrt(128 / 255.0))});
+  }
+}
+
+TEST_F(options, give_the_plane_files_their_form_and_size) {
   const std::string page = busy_page();
+  const auto expect_file = [&](const std::string& option, const std::string& header, std::size_t size) {
+    for (const std::string& plane : print(page, option).planes) {
+      EXPECT_EQ(plane.substr(0, header.size()), header) << option;
+      EXPECT_EQ(plane.size(), header.size() + size) << option;
+    }
+  };
+  for (const unsigned levels : {3u, 4u, 16u}) {
+    expect_file(few_points_ + "--levels " + std::to_string(levels), "P5\n97 400\n" + std::to_string(levels - 1) + "\n",
+                97 * 400);
+  }
   for (const unsigned x : {1u, 2u, 4u}) {
     for (unsigned y = 1; y <= 4; ++y) {
-      print(page, [&](print_options& o) { o.cells = {x, y}, o.inks = x + y == 4 ? 1 : 4; });
-      const std::string header = "P4\n" + std::to_string(97 * x) + " " + std::to_string(400 * y) + "\n";
-      const std::string plane = load(dir_ / "out" / "k.pbm");
-      EXPECT_EQ(plane.substr(0, header.size()), header);
-      EXPECT_EQ(plane.size(), header.size() + (97 * x + 7) / 8 * (400 * y));
+      const std::string cells = "--cells " + std::to_string(x) + "x" + std::to_string(y);
+      expect_file((x + y == 4 ? "--inks 1 " : few_points_) + cells,
+                  "P4\n" + std::to_string(97 * x) + " " + std::to_string(400 * y) + "\n", (97 * x + 7) / 8 * (400 * y));
     }
   }
 }
@@ -169,50 +134,31 @@ TEST_F(options, take_pictures_of_inks) {
     for (unsigned i = 0; i < 160 * 120; ++i) {
       for (const char ink : {'\x20', '\x40', '\x60', '\x80'}) page.append(bytes, ink);
     }
-    for (const bool width16 : {false, true}) {
-      const printed result = print(save("page.pam", page), [&](print_options& o) { o.width16 = width16; });
-      ASSERT_EQ(result.coverage.size(), 4u);
-      const double expected[] = {0x80, 0x20, 0x40, 0x60};  // K, C, M, Y
-      for (unsigned p = 0; p < 4; ++p) EXPECT_NEAR(result.coverage[p], expected[p] / 255, 0.01) << bytes << width16;
-    }
+    const std::vector<double> kcmy{0x80 / 255.0, 0x20 / 255.0, 0x40 / 255.0, 0x60 / 255.0};
+    for (const char* option : {"", "--width16"}) expect_inks(save("page.pam", page), option, kcmy);
   }
 }
 
 TEST_F(options, are_refused_where_they_make_no_sense) {
-  const struct {
-    change set;
-    std::string said;
-  } cases[] = {
-      {[](print_options& o) {
-         o.balance2 = {1, 1}, o.lift = 1;
-       },
-       "belongs to the second pre-processor"},
-      {[](print_options& o) { o.split = true, o.inks = 4; }, "--split makes six inks"},
-      {[](print_options& o) { o.matrix = "screens", o.filter = "fan"; }, "--filter belongs to error diffusion"},
-      {[](print_options& o) {
-         o.halftone = "dither", o.cells = {2, 2};
-       },
-       "--cells belong to error diffusion"},
-      {[](print_options& o) { o.halftone = "ed", o.matrix = "screens"; }, "--matrix belongs to the dither"},
-      {[](print_options& o) { o.levels = 17; }, "has 2 to 16"},
-      {[](print_options& o) {
-         o.cells = {2, 2}, o.levels = 6;
-       },
-       "a cell has 2 to 5"},
-      {[](print_options& o) { o.curves = {"gamma:0"}; }, "curve gamma:0: expected a number from 0.1 to 10"},
-      {[](print_options& o) { o.curves = {"points:0/0,0/50"}; }, "in rising order of IN"},
-      {[](print_options& o) {
-         o.curves = {"gamma:2", "s:1"};
-       },
-       "s:1: takes the place of gamma:2"},
-      {[](print_options& o) { o.plane_curves = {"lm=gamma:2"}; }, "belongs to plane lm, which a print in 4 inks"},
-      {[](print_options& o) { o.split = true, o.plane_curves = {"gamma:2"}; }, "takes the place of the kit's split"},
-  };
   const std::string page = save("page.ppm", flat_page(8, 8));
-  for (const auto& c : cases) {
-    const std::string said = complaint([&] { print(page, c.set); });
-    EXPECT_NE(said.find(c.said), std::string::npos) << said << "\nexpected: " << c.said;
-  }
+  const struct {
+    const char *option, *said;
+  } cases[] = {
+      {"--balance2 1,1 --lift 1", "belongs to the second pre-processor"},
+      {"--split --inks 4", "--split makes six inks"},
+      {"--matrix screens --filter fan", "--filter belongs to error diffusion"},
+      {"--halftone dither --cells 2x2", "--cells belong to error diffusion"},
+      {"--halftone ed --matrix screens", "--matrix belongs to the dither"},
+      {"--levels 17", "has 2 to 16"},
+      {"--cells 2x2 --levels 6", "a cell has 2 to 5"},
+      {"--cells 3x2", "expected SXxSY"},
+      {"--curve gamma:0", "curve gamma:0: expected a number from 0.1 to 10"},
+      {"--curve points:0/0,0/50", "in rising order of IN"},
+      {"--curve gamma:2 s:1", "s:1: takes the place of gamma:2"},
+      {"--post lm=gamma:2", "belongs to plane lm, which a print in 4 inks"},
+      {"--split --post gamma:2", "takes the place of the kit's split"},
+  };
+  for (const auto& c : cases) expect_complaint(page, c.option, c.said);
 }
 
 }  // namespace

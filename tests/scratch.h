@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <CLI/CLI.hpp>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -47,6 +48,8 @@ inline std::string complaint(const std::function<void()>& work) {
   try {
     work();
   } catch (const tool::user_error& error) {
+    return error.what();
+  } catch (const CLI::ParseError& error) {
     return error.what();
   }
   return {};
