@@ -4,7 +4,7 @@
 #include "kit/curve_image.h"
 #include "kit/planes.h"
 #include "kit/presets.h"
-#include "tests/digest/pipeline.h"
+#include "digest/pipeline.h"
 
 namespace vrk::digest {
 

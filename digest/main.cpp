@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <string_view>
 
-#include "tests/digest/pipeline.h"
+#include "digest/pipeline.h"
 
 namespace vrk::digest {
 

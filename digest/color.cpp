@@ -3,7 +3,7 @@
 
 #include "kit/color_table.h"
 #include "kit/curve_image.h"
-#include "tests/digest/pipeline.h"
+#include "digest/pipeline.h"
 
 namespace vrk::digest {
 
