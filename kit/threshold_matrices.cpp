@@ -126,7 +126,8 @@ threshold_matrix bayer(unsigned size) {
 
 threshold_matrix clustered_dot(unsigned along, unsigned across) {
   const unsigned area = along * along + across * across;  // pixels of a dot's cell
-  const unsigned size = area / std::gcd(along, across);
+  unsigned size = area / std::gcd(along, across);         // of the smallest tile, whose few ranks would be few tones
+  while (size * size < 256) size *= 2;
   struct pixel {
     int spot;            // how late it turns on within its dot
     unsigned place;      // within the cell; the same place in all cells turns on together...

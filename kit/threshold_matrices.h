@@ -19,8 +19,9 @@ threshold_matrix bayer(unsigned size);
 
 // Dots that grow around the points of a square lattice: from any of them the next one lies `along` pixels to the right
 // and `across` down. The angle of the screen has the tangent across / along, its period is the root of
-// along^2 + across^2 pixels, its tile has (along^2 + across^2) / gcd(along, across) pixels each way.
-// T. M. Holladay, An optimum algorithm for halftone generation for displays and hard copies, Proc. SID 21, 1980.
+// along^2 + across^2 pixels. The smallest tile that repeats it has (along^2 + across^2) / gcd(along, across) pixels
+// each way; it is doubled until it has 256 ranks, in which neighbouring dots take turns to grow, so that no tone is
+// lost. T. M. Holladay, An optimum algorithm for halftone generation for displays and hard copies, Proc. SID 21, 1980.
 threshold_matrix clustered_dot(unsigned along, unsigned across);
 
 // Blue noise of 64 x 64 pixels, the same on every call.
