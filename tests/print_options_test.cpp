@@ -101,12 +101,9 @@ TEST_F(options, let_planes_differ_in_scale) {
   mixed.planes[k] = kit::cell_parameters(1, 2, 3, 7).planes[k];
   mixed.planes[c].scale_x = 4;
   mixed.planes[c].patterns = {{0}, {0xF000}};
-  const printed result = print(page, [&](print_options& o) {
-    o.csc2 = save("constant.csc2", constant_inks(4));
-    o.edpr = save("mixed.edpr", mixed.encode());
-  });
-  ASSERT_EQ(result.coverage.size(), 4u);
-  for (unsigned p = 0; p < 4; ++p) EXPECT_NEAR(result.coverage[p], (p + 1) / 8.0, 0.01) << p;
+  expect_inks(page,
+              "--csc2 " + save("constant.csc2", constant_inks(4)) + " --edpr " + save("mixed.edpr", mixed.encode()),
+              {1.0 / 8, 2.0 / 8, 3.0 / 8, 4.0 / 8});
   EXPECT_EQ(load(path("out/k.pbm")).substr(0, 11), "P4\n320 360\n");
   EXPECT_EQ(load(path("out/c.pbm")).substr(0, 11), "P4\n640 120\n");
   EXPECT_EQ(load(path("out/y.pbm")).substr(0, 11), "P4\n160 120\n");
@@ -117,8 +114,7 @@ TEST_F(options, leave_the_paper_bare_below_a_tone) {
   std::string tone = flat_page(160, 120);
   std::fill(tone.end() - 3 * 160 * 90, tone.end(), '\xFF');
   const std::string page = save("page.ppm", tone);
-  const change halftones[] = {[](print_options& o) { o.levels = 2; }, [](print_options& o) { o.cells = {4, 4}; }};
-  for (const change& halftone : halftones) {
+  for (const char* const halftone : {"--levels 2", "--cells 4x4"}) {
     print(page, halftone);
     for (const char* const plane : {"k", "c", "m", "y"}) {
       const std::string dots = load(path(std::string("out/") + plane + ".pbm"));
