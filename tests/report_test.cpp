@@ -5,7 +5,9 @@
 #include <cmath>
 #include <numbers>
 #include <random>
+#include <set>
 
+#include "tools/halftone_choices.h"
 #include "tools/report_spectrum.h"
 
 namespace vrk::tool {
@@ -44,6 +46,20 @@ TEST(report, spectrum_of_a_sine_has_one_peak) {
 
 TEST(report, spectrum_of_a_flat_pattern_is_nothing) {
   for (const double p : radial_power(painted([](unsigned, unsigned) { return 0.25; }))) EXPECT_EQ(p, 0);
+}
+
+// Full ink is the one step that no tone up to 254 reaches.
+TEST(report, samples_of_either_width_reach_every_step_of_a_matrix) {
+  for (const auto& [name, cells] : {std::pair{"bayer2", 4}, {"bayer4", 16}, {"bayer8", 64}}) {
+    for (const ed_precision precision : {ed_precision::bits8, ed_precision::samples16}) {
+      std::set<double> steps;
+      for (unsigned tone = 1; tone <= 254; ++tone) {
+        const auto by = make_halftone({name, true}, 1, 2, false, 16, precision);
+        steps.insert(flat_patch(*by, 16, 16, tone, precision == ed_precision::samples16 ? 16 : 8).mean());
+      }
+      EXPECT_EQ(steps.size(), std::size_t(cells - 1)) << name;
+    }
+  }
 }
 
 }  // namespace
