@@ -97,8 +97,9 @@ TEST(csc_grid, every_prefix_of_a_table_is_refused_without_reading_past_it) {
       const unsigned channels = image[3] == '1' ? 3 : 4;
       const std::uint32_t size = create_csc(image, channels, 1, flags, nullptr);
       fenced_block memory(size);
-      const std::size_t step = image.size() > 600 ? 53 : 1;
-      for (std::size_t length = (image.size() - 1) % step; length < image.size(); length += step) {
+      std::size_t step = 1;
+      for (std::size_t length = 0; length < image.size(); length += step) {
+        step = length < 100 || length + 100 > image.size() ? 1 : 53;
         const bytes prefix(image.begin(), image.begin() + std::ptrdiff_t(length));
         EXPECT_EQ(create_csc(prefix, channels, 1, flags, nullptr), length > 12 ? size : 0) << length;
         EXPECT_EQ(create_csc(prefix, channels, 1, flags, memory.data()), 0u) << length;
@@ -122,10 +123,13 @@ TEST(csc_grid, any_delta_stream_is_built_or_refused) {
       return create_csc(stream, channels, 3, 0, memory.data()) != 0;
     };
     // One bits: full scale, then every sample 15 or 95 less. 0 and then one bits: the second sample is below 0 at once.
-    bytes below_0(100, 0xFF);
+    // Full scale, then 16 or 32 more.
+    bytes below_0(100, 0xFF), above_full(100, 0x00);
     below_0[0] = 0x00, below_0[1] = 0x3F;
+    above_full[0] = 0xFF, above_full[1] = channels == 3 ? 0x80 : 0xE0;
     EXPECT_TRUE(built(bytes(100, 0xFF)));
     EXPECT_FALSE(built(below_0));
+    EXPECT_FALSE(built(above_full));
     for (int round = 0; round < 1000; ++round) {
       bytes stream(random() % 60);
       for (std::uint8_t& byte : stream) byte = std::uint8_t(random());
