@@ -21,7 +21,7 @@ test: # builds everything but the benchmarks and runs all tests
 
 win32: # builds the DLL for 32-bit Windows and runs its tests under Wine
 	@scripts/packages $(build_packages) $(win32_packages)
-	@cmake --preset win32 -DVRK_TESTS=ON >/dev/null
+	@cmake --preset win32 >/dev/null
 	@cmake --build --preset win32
 	@ctest --preset win32
 

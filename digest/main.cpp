@@ -72,7 +72,7 @@ void pipeline::run(std::uint32_t lines, const std::function<void(std::uint32_t y
   using seconds = std::chrono::duration<double>;
   double best = 1e9;     // seconds for all lines
   unsigned repeats = 1;  // in one measurement, which takes half a millisecond and more
-  for (const auto end = clock::now() + std::chrono::milliseconds(20); clock::now() < end;) {
+  for (int measurements = 0; measurements < 40;) {
     const auto start = clock::now();
     for (unsigned i = 0; i < repeats; ++i) {
       for (std::uint32_t y = 0; y < lines; ++y) line(y);
@@ -82,6 +82,7 @@ void pipeline::run(std::uint32_t lines, const std::function<void(std::uint32_t y
       repeats *= 2;
     } else {
       best = std::min(best, taken / repeats);
+      ++measurements;
     }
   }
   std::printf("%10.1f %s\n", double(chosen.width) * lines / best / 1e6, name_.c_str());
