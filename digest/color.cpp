@@ -1,9 +1,9 @@
 // Frame, pre-processing, both converters, post-processing.
 #include <array>
 
+#include "digest/pipeline.h"
 #include "kit/color_table.h"
 #include "kit/curve_image.h"
-#include "digest/pipeline.h"
 
 namespace vrk::digest {
 

@@ -1,10 +1,10 @@
 // Error diffusion, ordered dither, and whole roads that end in them.
 #include <algorithm>
 
+#include "digest/pipeline.h"
 #include "kit/curve_image.h"
 #include "kit/planes.h"
 #include "kit/presets.h"
-#include "digest/pipeline.h"
 
 namespace vrk::digest {
 
