@@ -34,7 +34,8 @@ void plot_tones(const std::vector<choice_report>& reports, const report_options&
                 const std::filesystem::path& file) {
   chart_sheet sheet(reports.size(), {"tone", 0, 255, {{0, "0"}, {64, "64"}, {128, "128"}, {192, "192"}, {255, "255"}}},
                     {"% of full ink", -1.5, 1.5, {{-1, "-1"}, {-0.5, "-0.5"}, {0, "0"}, {0.5, "0.5"}, {1, "1"}}});
-  sheet.title("Tone of flat patches", "ink placed less ink asked for, patches of 256 x 256 pixels, " + conditions(options));
+  sheet.title("Tone of flat patches",
+              "ink placed less ink asked for, patches of 256 x 256 pixels, " + conditions(options));
   sheet.explain("8-bit samples, 8-bit precision", orange);
   sheet.explain("16-bit samples", blue);
   sheet.explain("no more than 0.5 % off", good, true);
