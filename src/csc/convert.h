@@ -29,11 +29,11 @@ void convert_pixels(const color_grid& grid, const u16* white_out, u32 layout, co
     }
   }
   using pixel = rgb_pixel<W>;
-  using output = out_pixel<W.out, stored>;
+  using output = out_pixel<W.out>;
   const reader read(layout);
   const writer write(layout);
   const interpolation_of<W, stored, reader, how> interpolate(grid);
-  const output white = output::of(white_out);
+  const output white = output::of({white_out, stored});
   auto previous = pixel::no_pixel;
   output out{};
   for (u32 p = 0; p < pixel_count; ++p) {

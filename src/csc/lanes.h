@@ -1,54 +1,48 @@
-// Tetrahedral interpolation without a branch, all samples of a grid point side by side in the lanes of 64-bit words.
+// Tetrahedral interpolation without a branch, all samples of a grid point side by side in a vector (SSE2, which every
+// x86 build may count on).
 #pragma once
 
+#include <emmintrin.h>
+
 #include <algorithm>
-#include <bit>
 
 #include "csc/lookup.h"
 
 namespace vrk {
 
-static_assert(std::endian::native == std::endian::little);  // words are loaded whole and taken apart by shifts
-
-// The samples of one grid point, each in a lane that holds its weighted sum: 16 bits at 8-bit precision (255 * 128),
-// 32 bits at 12-bit precision. Which samples the words hold, from the lowest lane up:
-//   8-bit, 4 samples    0, 2, 1, 3
-//   8-bit, 6 samples    0, 2, 4, -    1, 3, 5, -
-//   12-bit, 4 samples   0, 2          1, 3
-//   12-bit, 6 samples   0, 2          1, 3          4, 5
-// Two words are loaded one sample apart, so up to three bytes behind the point: behind the last point of a grid these
+// The samples of two grid points, those of one channel side by side as 16-bit numbers: a0 b0 a1 b1 ...
+// Points of six samples are loaded with what lies behind them, up to four bytes: behind the last point of a grid these
 // are the handle's index tables.
 template <int work, u32 stored>
-struct lane_point {
-  static constexpr u32 words = work == 8 ? stored / 3 : stored / 2;
-  static constexpr u64 mask = work == 8 ? 0x00FF00FF00FF00FF : 0x0000FFFF0000FFFF;
+struct point_pair {
+  __m128i low, high;  // channels 0 to 3, 4 and 5
 
-  u64 word[words];
-
-  static lane_point load(const u8* point) {
-    if constexpr (words == 1) {
-      const u64 x = load_sample<u32>(point);
-      return {(x | x << 24) & mask};
+  point_pair(const u8* a, const u8* b) {
+    const __m128i x = load(a), y = load(b), zero = _mm_setzero_si128();
+    if constexpr (work == 8) {
+      const __m128i both = _mm_unpacklo_epi8(x, y);
+      low = _mm_unpacklo_epi8(both, zero);
+      high = _mm_unpackhi_epi8(both, zero);
     } else {
-      lane_point p;
-      p.word[0] = load_sample<u64>(point) & mask;
-      p.word[1] = load_sample<u64>(point + sizeof(sample_of<work>)) & mask;
-      if constexpr (words == 3) {
-        const u64 x = load_sample<u32>(point + 8);
-        p.word[2] = (x | x << 16) & mask;
-      }
-      return p;
+      low = _mm_unpacklo_epi16(x, y);
+      high = _mm_unpackhi_epi16(x, y);
     }
+  }
+
+ private:
+  static __m128i load(const u8* point) {
+    if constexpr (work == 8 && stored == 4) return _mm_cvtsi32_si128(load_sample<i32>(point));
+    if constexpr (work == 8 || stored == 4) return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(point));
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(point));
   }
 };
 
 // Gives what tetra_interpolation gives, for bounded grids: the value of a tetrahedron as the weighted mean of its four
-// corners. Weights and sums are modulo 2^64. Beyond an axis' end single weights are negative; every lane's result is
-// in range all the same, so it comes out right however the terms carry from lane to lane.
+// corners. Beyond an axis' end single weights are negative.
 template <csc_widths W, u32 stored>
 class lane_interpolation {
-  using point = lane_point<W.work, stored>;
-  using output = out_pixel<W.out, stored>;
+  using pair = point_pair<W.work, stored>;
+  using output = out_pixel<W.out>;
 
  public:
   explicit lane_interpolation(const color_grid& grid) : points_(grid.points.get()), diagonal_(0), lookup_(grid) {
@@ -63,54 +57,37 @@ class lane_interpolation {
     const u32 high = std::max(g, b), low = g + b - high;
     const u32 first = std::max(r, high), rest = r + high - first;
     const u32 middle = std::max(rest, low), last = rest + low - middle;
-    const u64 f1 = first >> fraction_bit, f2 = middle >> fraction_bit, f3 = last >> fraction_bit;
-    const u64 w0 = (u64{1} << W.value_shift()) - f1, w1 = f1 - f2, w2 = f2 - f3, w3 = f3;
+    const u32 f1 = first >> fraction_bit, f2 = middle >> fraction_bit, f3 = last >> fraction_bit;
 
-    const u8* const c0 = points_ + (sum >> corner_bit);
+    const u8* const c0 = points_ + u32(sum >> corner_bit);
     const u8* const c3 = c0 + diagonal_;
-    const point p0 = point::load(c0), p1 = point::load(c0 + (first & stride_mask)),
-                p2 = point::load(c3 - (last & stride_mask)), p3 = point::load(c3);
-    point mean;
-    for (u32 i = 0; i < point::words; ++i) {
-      mean.word[i] = w0 * p0.word[i] + w1 * p1.word[i] + w2 * p2.word[i] + w3 * p3.word[i] + bias;
-    }
-    return to_pixel(mean);
+    const pair start(c0, c0 + (first & stride_mask)), end(c3 - (last & stride_mask), c3);
+    const __m128i start_weights = weights((1u << W.value_shift()) - f1, f1 - f2), end_weights = weights(f2 - f3, f3);
+    const auto mean = [&](__m128i at_start, __m128i at_end) {
+      const __m128i total =
+          _mm_add_epi32(_mm_madd_epi16(at_start, start_weights), _mm_madd_epi16(at_end, end_weights));
+      return _mm_srai_epi32(total, W.value_shift());
+    };
+    const __m128i low_means = mean(start.low, end.low);
+    return to_pixel(_mm_packs_epi32(low_means, stored == 6 ? mean(start.high, end.high) : low_means));
   }
 
  private:
-  // At 12-bit precision values beyond an axis' end may be negative. 2^30 keeps the lanes positive and stands above all
-  // bits that are used.
-  static constexpr u64 bias = W.work == 8 ? 0 : 0x4000000040000000;
+  static __m128i weights(u32 a, u32 b) { return _mm_set1_epi32(i32((a & 0xFFFF) | b << 16)); }
 
-  // The means, cut to output width and brought back in order.
-  static output to_pixel(const point& mean) {
-    if constexpr (point::words == 1) {
-      const u64 x = mean.word[0] >> 7 & point::mask;
-      return {x | x >> 24, 0};
-    } else if constexpr (W.work == 8) {
-      return {interleaved<7, 8>(mean.word[0], mean.word[1], point::mask), 0};
-    } else if constexpr (W.out == 8) {
-      constexpr u64 low_byte = 0x000000FF000000FF;  // of the 16-bit value, without its low 4 bits
-      const u64 x = interleaved<10 + 4, 8>(mean.word[0], mean.word[1], low_byte);
-      u64 rest = 0;
-      if constexpr (stored == 6) rest = mean.word[2] >> (10 + 4) & low_byte;
-      return {u32(x | x >> 16) | (rest | rest >> 24) << 32, 0};
+  // As to_output, of eight values.
+  static output to_pixel(__m128i values) {
+    if constexpr (W.out == 16) {
+      values = _mm_or_si128(_mm_slli_epi16(values, 4), _mm_srli_epi16(values, 8));
     } else {
-      const u64 x = interleaved<10, 16>(mean.word[0], mean.word[1], point::mask);
-      u64 rest = 0;
-      if constexpr (stored == 6) rest = mean.word[2] >> 10 & point::mask;
-      return {widen(x), u32(widen(rest | rest >> 16))};
+      if constexpr (W.work == 12) values = _mm_srli_epi16(values, 4);
+      values = _mm_and_si128(values, _mm_set1_epi16(0xFF));
+      values = _mm_packus_epi16(values, values);
     }
+    output out;
+    _mm_store_si128(reinterpret_cast<__m128i*>(out.sample), values);
+    return out;
   }
-
-  // What `mask` leaves of two words after a shift to the right, that of the second word `apart` bits above.
-  template <int shift, int apart>
-  static u64 interleaved(u64 even, u64 odd, u64 mask) {
-    return (even >> shift & mask) | (odd >> shift & mask) << apart;
-  }
-
-  // Four 16-bit values of 12-bit precision to 16 bits, as widen_12_to_16.
-  static u64 widen(u64 values) { return (values << 4 & 0xFFF0FFF0FFF0FFF0) | (values >> 8 & 0x00FF00FF00FF00FF); }
 
   const u8* points_;
   u32 diagonal_;  // bytes from a cell's lowest corner to its highest

@@ -1,6 +1,8 @@
 // Pixels on their way through a kernel: read as R, G, B, written as up to six samples.
 #pragma once
 
+#include <span>
+
 #include "csc/widths.h"
 #include "frame/pixel_layout.h"
 
@@ -69,29 +71,15 @@ class gray_reader {
   }
 };
 
-// An output pixel: `count` samples of `bits` bits, the first in the lowest bits of `low`, the fifth and sixth 16-bit
-// sample in `high`. Bits behind the last sample mean nothing.
-template <int bits, u32 count>
-struct out_pixel {
-  u64 low;
-  u32 high;
+// An output pixel, with room for a vector of samples. What stands behind the pixel's own means nothing.
+template <int bits>
+struct alignas(16) out_pixel {
+  sample_of<bits> sample[128 / bits];
 
-  static out_pixel of(const u16* samples) {
+  static out_pixel of(std::span<const u16> samples) {
     out_pixel pixel{};
-    for (u32 i = 0; i < count; ++i) pixel.set(i, sample_of<bits>(samples[i]));
+    for (std::size_t i = 0; i < samples.size(); ++i) pixel.sample[i] = sample_of<bits>(samples[i]);
     return pixel;
-  }
-
-  sample_of<bits> sample(u32 i) const {
-    return sample_of<bits>(i < 64 / bits ? low >> bits * i : high >> bits * (i - 64 / bits));
-  }
-
-  void set(u32 i, sample_of<bits> v) {
-    if (i < 64 / bits) {
-      low |= u64(v) << bits * i;
-    } else {
-      high |= u32(v) << bits * (i - 64 / bits);
-    }
   }
 };
 
@@ -102,8 +90,8 @@ class rgb_writer {
   explicit rgb_writer(u32 layout) : at_(layout) {}
 
   u32 bytes() const { return at_.pixel; }
-  void operator()(u8* dst, const out_pixel<bits, 4>& out) const {
-    put(dst, out.sample(0), out.sample(1), out.sample(2));
+  void operator()(u8* dst, const out_pixel<bits>& out) const {
+    put(dst, out.sample[0], out.sample[1], out.sample[2]);
   }
   void put(u8* dst, sample_of<bits> r, sample_of<bits> g, sample_of<bits> b) const {
     u8* const at = dst + at_.g;
@@ -123,13 +111,7 @@ class plane_writer {
   explicit plane_writer(u32) {}
 
   static constexpr u32 bytes() { return count * bits / 8; }
-  void operator()(u8* dst, const out_pixel<bits, count>& out) const {
-    static_assert(bytes() == 4 || bytes() == 6 || bytes() == 8 || bytes() == 12);
-    if constexpr (bytes() < 8) store_sample(dst, u32(out.low));
-    if constexpr (bytes() == 6) store_sample(dst + 4, u16(out.low >> 32));
-    if constexpr (bytes() >= 8) store_sample(dst, out.low);
-    if constexpr (bytes() == 12) store_sample(dst + 8, out.high);
-  }
+  void operator()(u8* dst, const out_pixel<bits>& out) const { std::memcpy(dst, out.sample, bytes()); }
 };
 
 // Which pixels of a run are left out.

@@ -25,7 +25,7 @@ class tetra_interpolation {
   explicit tetra_interpolation(const color_grid& grid)
       : points_(grid.points.get()), r_(grid, 0, stored), g_(grid, 1, stored), b_(grid, 2, stored) {}
 
-  out_pixel<W.out, stored> operator()(const rgb_pixel<W>& in) const {
+  out_pixel<W.out> operator()(const rgb_pixel<W>& in) const {
     const u8* corner[4] = {points_};
     edge path[3] = {locate(r_, to_working<W>(in.r), corner[0]), locate(g_, to_working<W>(in.g), corner[0]),
                     locate(b_, to_working<W>(in.b), corner[0])};
@@ -34,14 +34,14 @@ class tetra_interpolation {
     put_in_order(path[0], path[1]);
     for (u32 e = 0; e < 3; ++e) corner[e + 1] = corner[e] + path[e].stride;
 
-    out_pixel<W.out, stored> out{};
+    out_pixel<W.out> out{};
     for (u32 c = 0; c < stored; ++c) {
       i32 sum = 0;
       for (u32 e = 0; e < 3; ++e) {
         const i16 slope = i16(sample_at(corner[e + 1], c) - sample_at(corner[e], c));
         sum += slope * path[e].frac;
       }
-      out.set(c, to_output<W>(u16(sample_at(corner[0], c) + (sum >> W.value_shift()))));
+      out.sample[c] = to_output<W>(u16(sample_at(corner[0], c) + (sum >> W.value_shift())));
     }
     return out;
   }
