@@ -51,21 +51,19 @@ class lane_interpolation {
 
   output operator()(const rgb_pixel<W>& in) const {
     const grid_place place = lookup_(in);
-    const u64 sum = place.r + place.g + place.b;
-    const u32 r = u32(place.r), g = u32(place.g), b = u32(place.b);
+    const u32 r = place.r.order, g = place.g.order, b = place.b.order;
     // The path goes along the axis of the largest fraction first and along that of the smallest one last.
     const u32 high = std::max(g, b), low = g + b - high;
     const u32 first = std::max(r, high), rest = r + high - first;
     const u32 middle = std::max(rest, low), last = rest + low - middle;
     const u32 f1 = first >> fraction_bit, f2 = middle >> fraction_bit, f3 = last >> fraction_bit;
 
-    const u8* const c0 = points_ + u32(sum >> corner_bit);
+    const u8* const c0 = points_ + (place.r.start + place.g.start + place.b.start);
     const u8* const c3 = c0 + diagonal_;
     const pair start(c0, c0 + (first & stride_mask)), end(c3 - (last & stride_mask), c3);
     const __m128i start_weights = weights((1u << W.value_shift()) - f1, f1 - f2), end_weights = weights(f2 - f3, f3);
     const auto mean = [&](__m128i at_start, __m128i at_end) {
-      const __m128i total =
-          _mm_add_epi32(_mm_madd_epi16(at_start, start_weights), _mm_madd_epi16(at_end, end_weights));
+      const __m128i total = _mm_add_epi32(_mm_madd_epi16(at_start, start_weights), _mm_madd_epi16(at_end, end_weights));
       return _mm_srai_epi32(total, W.value_shift());
     };
     const __m128i low_means = mean(start.low, end.low);

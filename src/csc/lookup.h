@@ -6,13 +6,14 @@
 
 namespace vrk {
 
-// A place on one axis, in 64 bits:
-//   from bit 20  the fraction within the cell, below 2^12
-//   from bit 0   the axis' stride, so that the order of three places tells the order of their axes
-//   from bit 34  the axis' part in the cell's lowest corner, in bytes from the first grid point
-// The fields leave room for the sum of three places.
-using axis_place = u64;
-constexpr int fraction_bit = 20, corner_bit = 34;
+// A place on one axis.
+struct axis_place {
+  // From bit 20 the fraction within the cell, below 2^12; below it the axis' stride, so that the order of three places
+  // tells the order of their axes.
+  u32 order;
+  u32 start;  // the axis' part in the cell's lowest corner, in bytes from the first grid point
+};
+constexpr int fraction_bit = 20;
 constexpr u32 stride_mask = (1u << fraction_bit) - 1;
 static_assert(fraction_limit<8> <= 1 << 12 && fraction_limit<12> <= 1 << 12);
 static_assert((255 * 255 + 255 + 1) * 6 * 2 <= stride_mask);  // 255 grid points of six 16-bit samples
@@ -31,13 +32,14 @@ class axis_cells {
     for (u32 cell = 0; cell + 1 < grid.grid_points; ++cell) {
       low_[cell] = axis.axis[cell];
       scale_[cell] = axis.recip[cell] << (fraction_bit - W.frac_shift());
-      start_[cell] = u64(cell * axis.stride) << corner_bit | axis.stride;
+      start_[cell] = {axis.stride, cell * axis.stride};
     }
   }
 
   axis_place at(u32 level) const {
     const u32 cell = index_[level];
-    return start_[cell] | ((level - low_[cell]) * scale_[cell] & ~stride_mask);
+    const axis_place start = start_[cell];
+    return {start.order | ((level - low_[cell]) * scale_[cell] & ~stride_mask), start.start};
   }
 
  private:

@@ -90,9 +90,7 @@ class rgb_writer {
   explicit rgb_writer(u32 layout) : at_(layout) {}
 
   u32 bytes() const { return at_.pixel; }
-  void operator()(u8* dst, const out_pixel<bits>& out) const {
-    put(dst, out.sample[0], out.sample[1], out.sample[2]);
-  }
+  void operator()(u8* dst, const out_pixel<bits>& out) const { put(dst, out.sample[0], out.sample[1], out.sample[2]); }
   void put(u8* dst, sample_of<bits> r, sample_of<bits> g, sample_of<bits> b) const {
     u8* const at = dst + at_.g;
     store_sample(at - at_.b, r);

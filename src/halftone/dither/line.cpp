@@ -77,18 +77,18 @@ void dither_plane_line(const plane_line& line) {
   u8* out = line.out;
   u32 column = line.column;
 
-  const auto append_pixel = [&](u32& packed, u32 at_column) {
+  // `packed` and behind it the level of the pixel at `src`.
+  const auto appended = [=](u32 packed, const u8* src, u32 column) {
     const u32 sample = load_sample<In>(src);
     const u32 value = sizeof(In) == 1 ? sample : sample >> 6;
     const u32 interval = packing.one_interval ? 0 : level_lut[value];
-    const u32 level = interval + (value > rows[interval][at_column]);
-    packed = packing.adds ? (packed << packing.bits) + level : packed << packing.bits | level;
-    src += src_step;
+    const u32 level = interval + (value > rows[interval][column]);
+    return packing.adds ? (packed << packing.bits) + level : packed << packing.bits | level;
   };
   const auto pack_wrapping = [&](u32 pixels) {
     u32 packed = 0;
-    for (; pixels != 0; --pixels) {
-      append_pixel(packed, column);
+    for (; pixels != 0; --pixels, src += src_step) {
+      packed = appended(packed, src, column);
       if (++column == width) column = 0;
     }
     return packed;
@@ -99,16 +99,26 @@ void dither_plane_line(const plane_line& line) {
     *out++ = u8(packed);
   };
 
-  for (u32 left = line.pixels / pixels_per_byte; left != 0; --left) {
-    if (column + pixels_per_byte > width) {
-      store(pack_wrapping(pixels_per_byte));
-      continue;
+  // Bytes go straight to the end of the matrix' row, or, where rows end with bytes, over all of the line.
+  const bool whole_bytes = pixels_per_byte > 1 && width % pixels_per_byte == 0 && column % pixels_per_byte == 0;
+  for (u32 left = line.pixels / pixels_per_byte; left != 0;) {
+    u32 straight = whole_bytes ? left : std::min(left, (width - column) / pixels_per_byte);
+    left -= straight;
+    for (; straight != 0; --straight) {
+      u32 packed = 0;
+      for (u32 i = 0; i < pixels_per_byte; ++i, src += src_step) {
+        packed = appended(packed, src, column + i);
+        if constexpr (pixels_per_byte > 1) asm("" : "+r"(packed));  // one pixel at a time: registers are few
+      }
+      column += pixels_per_byte;
+      if (whole_bytes && column == width) column = 0;
+      store(packed);
     }
-    u32 packed = 0;
-    for (u32 i = 0; i < pixels_per_byte; ++i) append_pixel(packed, column + i);
-    column += pixels_per_byte;
     if (column == width) column = 0;
-    store(packed);
+    if (left != 0 && column + pixels_per_byte > width) {
+      store(pack_wrapping(pixels_per_byte));
+      --left;
+    }
   }
   const u32 rest = line.pixels % pixels_per_byte;
   if (rest != 0) store(pack_wrapping(rest) << (pixels_per_byte - rest) * packing.bits);
