@@ -19,11 +19,12 @@ class ref {
     return *this;
   }
 
-  T* get() const { return distance_ == 0 ? nullptr : reinterpret_cast<T*>(self() + distance_); }
-  T& operator[](std::size_t i) const { return get()[i]; }
+  T* get() const { return distance_ == 0 ? nullptr : target(); }
+  T& operator[](std::size_t i) const { return target()[i]; }
   explicit operator bool() const { return distance_ != 0; }
 
  private:
+  T* target() const { return reinterpret_cast<T*>(self() + distance_); }
   std::uintptr_t self() const { return reinterpret_cast<std::uintptr_t>(this); }
 
   u32 distance_ = 0;

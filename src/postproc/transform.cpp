@@ -71,9 +71,9 @@ void transform_plane(const postproc_handle& handle, u32 p, const plane_samples& 
 
 // No curve anywhere: samples change their width only, and 16-bit ones keep all their bits.
 template <class In, class Out>
-void copy_samples(const u8* src, u64 count, u8* dst) {
+void copy_samples(const u8* src, std::size_t count, u8* dst) {
   if constexpr (sizeof(In) == sizeof(Out)) {
-    if (count != 0) std::memmove(dst, src, std::size_t(count * sizeof(In)));  // src may be dst
+    if (src != dst && count != 0) std::memcpy(dst, src, count * sizeof(In));
   } else {
     for (; count != 0; --count, src += sizeof(In), dst += sizeof(Out)) {
       const u32 sample = load_sample<In>(src);
@@ -90,7 +90,7 @@ bool has_curves(const postproc_handle& handle) {
 template <class In, class Out>
 void transform(const postproc_handle& handle, const u8* src, u32 pixel_count, u8* dst) {
   const u32 in = handle.in_channels, out = handle.out_channels;
-  if (!has_curves(handle)) return copy_samples<In, Out>(src, u64{pixel_count} * out, dst);
+  if (!has_curves(handle)) return copy_samples<In, Out>(src, std::size_t{pixel_count} * out, dst);
 
   const u32 src_step = in * sizeof(In), dst_step = out * sizeof(Out);
   while (pixel_count != 0) {

@@ -11,7 +11,7 @@ using namespace vrk;
 // Forgets the errors of the columns from `begin` up to `end`, counted from the first guard column, in both lines.
 void clear_columns(const ed_handle& h, u64 begin, u64 end) {
   for (const ref<i16>& line : h.error_line) {
-    std::memset(line.get() + begin * h.planes, 0, std::size_t(end - begin) * h.planes * sizeof(i16));
+    std::memset(&line[std::size_t(begin) * h.planes], 0, std::size_t(end - begin) * h.planes * sizeof(i16));
   }
 }
 
