@@ -23,7 +23,11 @@ constexpr family grid_family(std::index_sequence<i...>) {
 
 template <csc1_rule rule, std::size_t... i>
 constexpr family rule_family(std::index_sequence<i...>) {
-  return {csc1_rule_kernel<csc_width_rows[i], rule>...};
+  if constexpr (rule == csc1_rule::gray || rule == csc1_rule::black) {
+    return {csc1_mono_kernel<csc_width_rows[i], rule>...};
+  } else {
+    return {csc1_rgb_kernel<csc_width_rows[i], rule>...};
+  }
 }
 
 constexpr auto widths = std::make_index_sequence<csc_width_count>();

@@ -23,32 +23,34 @@ constexpr u32 black_value(u32 r, u32 g, u32 b) {
 template <u32 full>
 constexpr u32 solid_value(u32 v) {
   constexpr u32 quarter = (full + 1) / 4;
-  if (v == full) return full;
-  return v < quarter ? 0 : v < 2 * quarter ? quarter : 2 * quarter;
+  const u32 level = quarter * ((v >= quarter) + (v >= 2 * quarter));
+  return v == full ? full : level;
 }
 
-// Masked pixels become 0 under every rule, `invert` or not.
+// One sample a pixel, "gray" or "blck". Masked pixels become 0, `invert` or not.
 template <csc_widths W, csc1_rule rule>
-void csc1_rule_kernel(const csc1_handle& h, const u8* src, const u8* mask, u32 pixel_count, u8* dst) {
+void csc1_mono_kernel(const csc1_handle& h, const u8* src, const u8* mask, u32 pixel_count, u8* dst) {
   const rgb_reader<W> read(h.layout);
-  const rgb_writer<W.out> write(h.layout);
   const u32 flip = h.flags & flag_invert ? W.full() : 0;  // v ^ full is full - v
-  for (u32 p = 0; p < pixel_count; ++p) {
+  for (u32 p = 0; p < pixel_count; ++p, src += read.bytes(), dst += sizeof(sample_of<W.out>)) {
     const rgb_pixel<W> in = read(src);
-    src += read.bytes();
-    u32 r = to_working<W>(in.r), g = to_working<W>(in.g), b = to_working<W>(in.b);
-    if constexpr (rule == csc1_rule::gray || rule == csc1_rule::black) {
-      u32 v = flip ^ (rule == csc1_rule::gray ? gray_value<W.work>(r, g, b) : black_value<W.full()>(r, g, b));
-      if (is_masked(mask, p)) v = 0;
-      store_sample(dst, to_output<W>(u16(v)));
-      dst += sizeof(sample_of<W.out>);
-    } else {
-      if constexpr (rule == csc1_rule::solid) {
-        r = solid_value<W.full()>(r), g = solid_value<W.full()>(g), b = solid_value<W.full()>(b);
-      }
-      if (is_masked(mask, p)) r = g = b = 0;
-      write.put(dst, to_output<W>(u16(r)), to_output<W>(u16(g)), to_output<W>(u16(b)));
-      dst += write.bytes();
+    const u32 r = to_working<W>(in.r), g = to_working<W>(in.g), b = to_working<W>(in.b);
+    const u32 v = rule == csc1_rule::gray ? gray_value<W.work>(r, g, b) : black_value<W.full()>(r, g, b);
+    store_sample(dst, to_output<W>(u16(is_masked(mask, p) ? 0 : v ^ flip)));
+  }
+}
+
+// Three samples a pixel, "thrh" or "sold", one at a time. Masked pixels become 0.
+template <csc_widths W, csc1_rule rule>
+void csc1_rgb_kernel(const csc1_handle& h, const u8* src, const u8* mask, u32 pixel_count, u8* dst) {
+  const sample_places<W.in> from(h.layout);
+  const sample_places<W.out> to(h.layout);
+  for (u32 p = 0; p < pixel_count; ++p, src += from.pixel, dst += to.pixel) {
+    const bool masked = is_masked(mask, p);
+    for (const std::ptrdiff_t i : {-1, 0, 1}) {
+      const u32 v = to_working<W>(load_sample<sample_of<W.in>>(src + from.g + i * from.b));
+      const u32 out = rule == csc1_rule::solid ? solid_value<W.full()>(v) : v;
+      store_sample(dst + to.g + i * to.b, to_output<W>(u16(masked ? 0 : out)));
     }
   }
 }

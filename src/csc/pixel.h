@@ -90,12 +90,11 @@ class rgb_writer {
   explicit rgb_writer(u32 layout) : at_(layout) {}
 
   u32 bytes() const { return at_.pixel; }
-  void operator()(u8* dst, const out_pixel<bits>& out) const { put(dst, out.sample[0], out.sample[1], out.sample[2]); }
-  void put(u8* dst, sample_of<bits> r, sample_of<bits> g, sample_of<bits> b) const {
-    u8* const at = dst + at_.g;
-    store_sample(at - at_.b, r);
-    store_sample(at, g);
-    store_sample(at + at_.b, b);
+  void operator()(u8* dst, const out_pixel<bits>& out) const {
+    u8* const g = dst + at_.g;
+    store_sample(g - at_.b, out.sample[0]);
+    store_sample(g, out.sample[1]);
+    store_sample(g + at_.b, out.sample[2]);
   }
 
  private:
