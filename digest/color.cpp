@@ -36,7 +36,7 @@ void reorderings() {
   for (const bool words : {false, true}) {
     pipeline p(words ? "cmyk_to_kcmy_16" : "cmyk_to_kcmy_8");
     if (!p.wanted()) continue;
-    const kit::bytes src = picture(chosen.width, words ? 8 : 4);
+    const pixel_bytes src = picture(chosen.width, words ? 8 : 4);
     std::uint8_t* const pixels = p.output(src.size());
     std::copy(src.begin(), src.end(), pixels);
     p.run(3, [&](std::uint32_t) {
@@ -54,8 +54,8 @@ struct layout_and_mask {
 };
 
 void pre_processors() {
-  const kit::bytes one = curves(1).encode(), three = curves(3).encode(), src = picture(chosen.width, 4),
-                   bits = noise(chosen.width / 8 + 1);
+  const kit::bytes one = curves(1).encode(), three = curves(3).encode(), bits = noise(chosen.width / 8 + 1);
+  const pixel_bytes src = picture(chosen.width, 4);
   const std::array<std::int16_t, 3> balance{3, -2, 4};
   for (const bool second : {false, true}) {
     for (std::uint32_t stages = 0; stages < 32; ++stages) {
@@ -104,7 +104,8 @@ kit::bytes grid_table(unsigned channels, unsigned points, kit::grid_encoding enc
 void first_converter(const std::string& name, const kit::bytes& table, std::uint32_t flags) {
   pipeline p(with_flags("csc1 " + name, flags));
   if (!p.wanted()) return;
-  const kit::bytes src = picture(chosen.width, 4 * sample_bytes(flags, VRK_IN16)), bits = noise(chosen.width / 8 + 1);
+  const pixel_bytes src = picture(chosen.width, 4 * sample_bytes(flags, VRK_IN16));
+  const kit::bytes bits = noise(chosen.width / 8 + 1);
   void* const h =
       p.build([&](void* mem) { return vrk_create_csc1(std::uint32_t(table.size()), table.data(), flags, mem); });
   std::uint8_t* const dst = p.output(std::size_t(chosen.width) * 8);
@@ -119,7 +120,7 @@ void second_converter(const std::string& name, const kit::bytes& table, std::uin
                       std::uint32_t flags) {
   pipeline p(with_flags("csc2 " + name, flags));
   if (!p.wanted()) return;
-  const kit::bytes src = picture(chosen.width, (input_samples == 1 ? 1 : 4) * sample_bytes(flags, VRK_IN16));
+  const pixel_bytes src = picture(chosen.width, (input_samples == 1 ? 1 : 4) * sample_bytes(flags, VRK_IN16));
   void* const h = p.build(
       [&](void* mem) { return vrk_create_csc2(std::uint32_t(table.size()), table.data(), input_samples, flags, mem); });
   std::uint8_t* const dst = p.output(std::size_t(chosen.width) * 12);
@@ -184,7 +185,7 @@ void post_processing() {
             return vrk_create_postproc(planes, tables & 1, main.data(), on, c, on, c, 0, nullptr, on, c, on, c, 0,
                                        nullptr, flags, mem);
           });
-          const kit::bytes src = picture(chosen.width, planes * sample_bytes(flags, VRK_IN16));
+          const pixel_bytes src = picture(chosen.width, planes * sample_bytes(flags, VRK_IN16));
           std::uint8_t* const dst = p.output(std::size_t(chosen.width) * 12);
           p.run(1, [&](std::uint32_t) { vrk_xform_postproc(h, src.data(), chosen.width, dst); });
         }

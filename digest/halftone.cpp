@@ -57,7 +57,7 @@ void* build_ed(pipeline& p, const kit::edpr_table& levels, std::uint32_t flags) 
 void diffuse(const std::string& name, const kit::edpr_table& levels, std::uint32_t planes, std::uint32_t flags) {
   pipeline p(with_flags(name, flags));
   if (!p.wanted()) return;
-  const kit::bytes src = picture(chosen.width, planes * ((flags & VRK_IN16) != 0 ? 2 : 1));
+  const pixel_bytes src = picture(chosen.width, planes * ((flags & VRK_IN16) != 0 ? 2 : 1));
   void* const h = build_ed(p, levels, flags);
   vrk_ht_info info;
   p.add(vrk_query_ed_info(h, &info));
@@ -110,7 +110,8 @@ void dither(const std::string& matrix, std::uint32_t planes, dither_levels level
   kit::dither_table parameters = kit::dither_parameters(planes, levels.colors, matrix, in16);
   const std::size_t k = kit::table_position[0];
   parameters.planes[k] = kit::dither_parameters(1, levels.k, matrix, in16).planes[k];
-  const kit::bytes table = parameters.encode(), src = picture(chosen.width, planes * (in16 ? 2 : 1));
+  const kit::bytes table = parameters.encode();
+  const pixel_bytes src = picture(chosen.width, planes * (in16 ? 2 : 1));
   void* const h = p.build([&](void* mem) {
     return vrk_create_dither(chosen.width, std::uint32_t(table.size()), table.data(), flags, mem);
   });
@@ -161,8 +162,8 @@ void road(const std::string& name, std::uint32_t samples) {
   vrk_query_ed_info(ed, &info);
   const output_lines out(p, info);
   const std::size_t pixels = chosen.width;
-  const kit::bytes src = picture(chosen.width * lines, 3);
-  kit::bytes adjusted(pixels * 6), four(pixels * 8), six(pixels * 12);
+  const pixel_bytes src = picture(chosen.width * lines, 3);
+  pixel_bytes adjusted(pixels * 6), four(pixels * 8), six(pixels * 12);
   p.run(lines, [&](std::uint32_t y) {
     if (y == 0) vrk_start_ed_block(ed, chosen.width, 0, 0);
     vrk_xform_preproc(pre, src.data() + y * pixels * 3, nullptr, chosen.width, adjusted.data());

@@ -23,8 +23,9 @@ kit::bytes noise(std::size_t size, std::uint64_t seed) {
   return out;
 }
 
-kit::bytes picture(std::uint32_t pixels, std::uint32_t bytes_per_pixel, std::uint64_t seed) {
-  kit::bytes out = noise(std::size_t(pixels) * bytes_per_pixel, seed);
+pixel_bytes picture(std::uint32_t pixel_count, std::uint32_t bytes_per_pixel, std::uint64_t seed) {
+  const kit::bytes grain = noise(std::size_t(pixel_count) * bytes_per_pixel, seed);
+  pixel_bytes out(grain.begin(), grain.end());
   for (std::uint32_t i = 0; i < bytes_per_pixel; ++i) {
     out[i] = 255;
     out[bytes_per_pixel + i] = 0;
@@ -63,7 +64,7 @@ void pipeline::run(std::uint32_t lines, const std::function<void(std::uint32_t y
   if (!chosen.speed) {
     for (std::uint32_t y = 0; y < lines; ++y) {
       line(y);
-      for (const kit::bytes& bytes : outputs_) add(bytes);
+      for (const pixel_bytes& bytes : outputs_) add(bytes);
     }
     std::printf("%016" PRIx64 " %s\n", digest_, name_.c_str());
     return;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <new>
 #include <span>
 #include <string>
 #include <vector>
@@ -25,8 +26,20 @@ extern options chosen;
 // Bytes that look random, the same everywhere.
 kit::bytes noise(std::size_t size, std::uint64_t seed = 1);
 
+// Bytes that begin with a cache line on every build, wherever its allocator puts others.
+template <class T>
+struct cache_line_allocator {
+  using value_type = T;
+  static constexpr std::align_val_t line{64};
+
+  T* allocate(std::size_t n) { return static_cast<T*>(::operator new(n * sizeof(T), line)); }
+  void deallocate(T* p, std::size_t) { ::operator delete(p, line); }
+  friend bool operator==(const cache_line_allocator&, const cache_line_allocator&) { return true; }
+};
+using pixel_bytes = std::vector<std::uint8_t, cache_line_allocator<std::uint8_t>>;
+
 // Lines of noise that begin with a white and a black pixel, with some ramp in them.
-kit::bytes picture(std::uint32_t pixels, std::uint32_t bytes_per_pixel, std::uint64_t seed = 1);
+pixel_bytes picture(std::uint32_t pixel_count, std::uint32_t bytes_per_pixel, std::uint64_t seed = 1);
 
 // "name in16+out16", by the bits of a flags word in the terms of one stage.
 std::string with_flags(std::string name, std::uint32_t flags);
@@ -77,7 +90,7 @@ class pipeline {
   bool wanted_;
   std::uint64_t digest_ = 0xCBF29CE484222325;  // FNV-1a
   std::vector<std::unique_ptr<handle>> handles_;
-  std::vector<kit::bytes> outputs_;
+  std::vector<pixel_bytes> outputs_;
 };
 
 void color_pipelines();
