@@ -45,12 +45,14 @@ template <csc_widths W, csc1_rule rule>
 void csc1_rgb_kernel(const csc1_handle& h, const u8* src, const u8* mask, u32 pixel_count, u8* dst) {
   const sample_places<W.in> from(h.layout);
   const sample_places<W.out> to(h.layout);
+  src += from.r;
+  dst += to.r;
   for (u32 p = 0; p < pixel_count; ++p, src += from.pixel, dst += to.pixel) {
     const bool masked = is_masked(mask, p);
-    for (const std::ptrdiff_t i : {-1, 0, 1}) {
-      const u32 v = to_working<W>(load_sample<sample_of<W.in>>(src + from.g + i * from.b));
+    for (const std::ptrdiff_t i : {0, 1, 2}) {
+      const u32 v = to_working<W>(load_sample<sample_of<W.in>>(src + i * from.step));
       const u32 out = rule == csc1_rule::solid ? solid_value<W.full()>(v) : v;
-      store_sample(dst + to.g + i * to.b, to_output<W>(u16(masked ? 0 : out)));
+      store_sample(dst + i * to.step, to_output<W>(u16(masked ? 0 : out)));
     }
   }
 }

@@ -22,18 +22,18 @@ struct rgb_pixel {
   bool is_white() const { return (r & g & b) >= (W.in == 8 ? 0xFF : 0xFFF0); }
 };
 
-// Where the samples of a layout's pixels lie, in bytes. In all layouts G stands between R and B. A layout word above 3
-// counts as 0.
+// Where the samples of a layout's pixels lie, in bytes. In all layouts G stands in the middle between R and B. A layout
+// word above 3 counts as 0.
 template <int bits>
 struct sample_places {
-  u32 g;             // from the pixel's start
-  std::ptrdiff_t b;  // from G; R lies as far on the other side
-  u32 pixel;         // from one pixel to the next
+  u32 r;                // from the pixel's start
+  std::ptrdiff_t step;  // from R to G, and from G to B
+  u32 pixel;            // from one pixel to the next
 
   explicit sample_places(u32 layout) {
     const pixel_layout& l = pixel_layouts[layout < layout_count ? layout : 0];
     constexpr u32 s = bits / 8;
-    g = l.g * s, b = (std::ptrdiff_t(l.b) - l.g) * s, pixel = l.samples * s;
+    r = l.r * s, step = (std::ptrdiff_t(l.g) - l.r) * s, pixel = l.samples * s;
   }
 };
 
@@ -48,8 +48,8 @@ class rgb_reader {
   u32 bytes() const { return at_.pixel; }
   rgb_pixel<W> operator()(const u8* src) const {
     using sample = sample_of<W.in>;
-    const u8* const g = src + at_.g;
-    return {load_sample<sample>(g - at_.b), load_sample<sample>(g), load_sample<sample>(g + at_.b)};
+    const u8* const r = src + at_.r;
+    return {load_sample<sample>(r), load_sample<sample>(r + at_.step), load_sample<sample>(r + 2 * at_.step)};
   }
 
  private:
@@ -91,10 +91,10 @@ class rgb_writer {
 
   u32 bytes() const { return at_.pixel; }
   void operator()(u8* dst, const out_pixel<bits>& out) const {
-    u8* const g = dst + at_.g;
-    store_sample(g - at_.b, out.sample[0]);
-    store_sample(g, out.sample[1]);
-    store_sample(g + at_.b, out.sample[2]);
+    u8* const r = dst + at_.r;
+    store_sample(r, out.sample[0]);
+    store_sample(r + at_.step, out.sample[1]);
+    store_sample(r + 2 * at_.step, out.sample[2]);
   }
 
  private:
