@@ -5,7 +5,7 @@ test_packages = libgtest-dev
 win32_packages = g++-mingw-w64-i686-posix googletest
 bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev libgutenprint-dev
 
-.PHONY: demo test win32 bench dist clean
+.PHONY: demo test win32 bench bench32 dist clean
 
 demo: # prints the embedded sample page and says where the pictures are
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -30,6 +30,14 @@ bench: # speed of every stage, beside other libraries where Debian has them; ARG
 	@cmake --preset release -DVRK_TOOLS=OFF -DVRK_TESTS=OFF -DVRK_BENCH=ON >/dev/null
 	@cmake --build --preset release
 	@build/release/bench/vrk_bench $(ARGS)
+
+bench32: # speed of every stage in the DLL beside the 64-bit library, the lowest ratio last
+	@scripts/packages $(build_packages) $(test_packages) $(win32_packages)
+	@cmake --preset release -DVRK_TOOLS=OFF -DVRK_TESTS=ON -DVRK_BENCH=OFF >/dev/null
+	@cmake --preset win32 -DVRK_TESTS=ON >/dev/null
+	@cmake --build --preset release --target vrk_digest
+	@cmake --build --preset win32 --target vrk vrk_digest
+	@scripts/compare-speed build/win32 build/release
 
 dist: # packs out/dist: a zip for 32-bit Windows, a tar.gz and a Debian package for Linux
 	@scripts/packages $(build_packages) $(tool_packages) $(win32_packages) dpkg-dev

@@ -1,6 +1,6 @@
 #!/bin/sh
 # The shared library, the export list and the header name the same 53 functions, and nothing else leaves the library. A
-# DLL needs nothing of the system but three memory functions.
+# DLL imports nothing.
 # usage: exports_test.sh SOURCE_DIR LIBRARY OBJDUMP
 set -eu
 work=$(mktemp -d)
@@ -10,8 +10,8 @@ case $2 in
 *.dll)
   "$3" -p "$2" >"$work/headers"
   sed -n '/^\[Ordinal\/Name Pointer\]/,/^$/s/^\t\[ *[0-9]*\] //p' "$work/headers" | sort >"$work/library"
-  sed -n 's/^\tDLL Name: //p; s/^\t[0-9a-f]*\t *[0-9]*  \([A-Za-z_]*\)$/\1/p' "$work/headers" >"$work/imports"
-  printf '%s\n' msvcrt.dll memcpy memmove memset | diff - "$work/imports"
+  test -s "$work/library"
+  if grep "DLL Name:" "$work/headers"; then exit 1; fi
   ;;
 *) nm -D --defined-only "$2" | awk '{print $3}' | sort >"$work/library" ;;
 esac
