@@ -75,9 +75,9 @@ void copy_samples(const u8* src, std::size_t count, u8* dst) {
   if constexpr (sizeof(In) == sizeof(Out)) {
     if (src != dst && count != 0) std::memcpy(dst, src, count * sizeof(In));
   } else {
-    for (; count != 0; --count, src += sizeof(In), dst += sizeof(Out)) {
-      const u32 sample = load_sample<In>(src);
-      store_sample(dst, Out(sizeof(In) == sizeof(u8) ? widen_8_to_16(sample) : sample >> 8));
+    for (std::size_t i = 0; i < count; ++i) {
+      const u32 sample = load_sample<In>(src + i * sizeof(In));
+      store_sample(dst + i * sizeof(Out), Out(sizeof(In) == sizeof(u8) ? widen_8_to_16(sample) : sample >> 8));
     }
   }
 }
