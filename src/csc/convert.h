@@ -13,7 +13,7 @@ template <csc_widths W, u32 stored, class reader, method how>
 using interpolation_of = std::conditional_t<how == method::lanes, lane_interpolation<W, stored>,
                                             tetra_interpolation<W, stored, reader::gray>>;
 
-// The look-up tables of the lanes, up to 12 KiB of stack, are made anew for every run: a handle has no room for them,
+// The look-up tables of the lanes, 6 KiB of stack, are made anew for every run: a handle has no room for them,
 // and transforms do not write it. For runs shorter than this they cost more than they save.
 constexpr u32 short_run = 192;
 

@@ -29,26 +29,25 @@ class axis_cells {
   axis_cells(const color_grid& grid, u32 a) {
     const grid_axis_view<W.work> axis(grid, a, stored);
     index_ = axis.index;
+    stride_ = axis.stride;
     for (u32 cell = 0; cell + 1 < grid.grid_points; ++cell) {
       low_[cell] = axis.axis[cell];
       scale_[cell] = axis.recip[cell] << (fraction_bit - W.frac_shift());
-      start_[cell] = {axis.stride, cell * axis.stride};
     }
   }
 
   axis_place at(u32 level) const {
     const u32 cell = index_[level];
-    const axis_place start = start_[cell];
-    return {start.order | ((level - low_[cell]) * scale_[cell] & ~stride_mask), start.start};
+    return {((level - low_[cell]) * scale_[cell] & ~stride_mask) | stride_, cell * stride_};
   }
 
  private:
   static constexpr u32 most_cells = 254;
 
   const u8* index_;
-  u32 low_[most_cells];           // lowest level of a cell
-  u32 scale_[most_cells];         // what turns a distance above it into the fraction, in its place
-  axis_place start_[most_cells];  // of the lowest level
+  u32 stride_;
+  u32 low_[most_cells];    // lowest level of a cell
+  u32 scale_[most_cells];  // what turns a distance above it into the fraction, in its place
 };
 
 template <csc_widths W, u32 stored>
