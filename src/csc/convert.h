@@ -1,10 +1,17 @@
 // The loop of all grid kernels.
 #pragma once
 
-#include "csc/lanes.h"
 #include "csc/tetra.h"
+#ifdef __SSE2__
+#include "csc/lanes.h"
+#endif
 
 namespace vrk {
+
+#ifndef __SSE2__  // other processors interpolate all grids as it is defined
+template <csc_widths W, u32 stored>
+using lane_interpolation = tetra_interpolation<W, stored, true>;
+#endif
 
 // Which interpolation a kernel uses.
 enum class method { tetra, lanes };

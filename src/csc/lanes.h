@@ -1,5 +1,4 @@
-// Tetrahedral interpolation without a branch, all samples of a grid point side by side in a vector (SSE2, which every
-// x86 build may count on).
+// Tetrahedral interpolation without a branch, all samples of a grid point side by side in an SSE2 vector.
 #pragma once
 
 #include <emmintrin.h>
