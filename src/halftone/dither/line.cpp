@@ -102,9 +102,9 @@ void dither_plane_line(const plane_line& line) {
   // Bytes go straight to the end of the matrix' row, or, where rows end with bytes, over all of the line.
   const bool whole_bytes = pixels_per_byte > 1 && width % pixels_per_byte == 0 && column % pixels_per_byte == 0;
   for (u32 left = line.pixels / pixels_per_byte; left != 0;) {
-    u32 straight = whole_bytes ? left : std::min(left, (width - column) / pixels_per_byte);
+    const u32 straight = whole_bytes ? left : std::min(left, (width - column) / pixels_per_byte);
     left -= straight;
-    for (; straight != 0; --straight) {
+    for (const u8* const end = out + straight; out != end;) {
       u32 packed = 0;
       for (u32 i = 0; i < pixels_per_byte; ++i, src += src_step) {
         packed = appended(packed, src, column + i);
