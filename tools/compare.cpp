@@ -4,10 +4,10 @@
 
 #include "kit/ink_model.h"
 #include "kit/photograph.h"
-#include "tools/canvas.h"
 #include "tools/dots.h"
 #include "tools/halftone_choices.h"
 #include "tools/print_setup.h"
+#include "tools/sheet.h"
 
 namespace vrk::tool {
 namespace {
@@ -87,53 +87,40 @@ pixels halftoned(const ink_picture& inks, halftone& by) {
 
 constexpr unsigned cell_width = 384, cell_height = 288;  // of a crop on the sheet, at most
 
-// Cells in rows; all measures in pixels of the sheet.
-class sheet {
+// Draws the crop, the same part of every picture, enlarged into the sheet's next cell.
+class crop_drawer {
  public:
-  sheet(std::size_t cells, unsigned width, unsigned height, unsigned enlargement)
-      : width_(width),
-        height_(height),
-        enlargement_(enlargement),
-        picture_(margin + columns * across(), header + unsigned((cells + columns - 1) / columns) * down()) {}
+  // first: the crop's first pixel in pictures that are `stride` pixels wide
+  crop_drawer(sheet& cells, const window& crop, unsigned enlargement, std::size_t first, unsigned stride)
+      : cells_(cells), crop_(crop), enlargement_(enlargement), first_(first), stride_(stride) {}
 
-  void title(const std::string& text, const std::string& more) {
-    picture_.write(text, margin, 38, 15);
-    picture_.write(more, margin, 64, 10, faint_text);
-  }
-
-  // crop: of a picture `stride` pixels wide, beginning at its pixel `first`.
-  void add(const std::string& name, const std::string& kind, const pixels& all, std::size_t first, unsigned stride) {
-    const unsigned left = margin + next_ % columns * across();
-    const unsigned top = header + next_ / columns * down();
-    ++next_;
-    picture_.write(name, left, top + 15, 12);
-    picture_.write(kind, left + across() - margin, top + 15, 8, faint_text, canvas::align::right);
-    picture_.fill(left - 1, top + label - 1, width_ * enlargement_ + 2, height_ * enlargement_ + 2, frame);
-    for (unsigned y = 0; y < height_; ++y) {
-      for (unsigned x = 0; x < width_; ++x) {
-        picture_.fill(left + x * enlargement_, top + label + y * enlargement_, enlargement_, enlargement_,
-                      all[first + std::size_t{y} * stride + x]);
+  void add(std::string_view name, std::string_view kind, const pixels& all) {
+    const auto [left, top] = cells_.add(name, kind);
+    canvas& picture = cells_.picture();
+    picture.fill(left - 1, top - 1, crop_.width * enlargement_ + 2, crop_.height * enlargement_ + 2, frame);
+    for (unsigned y = 0; y < crop_.height; ++y) {
+      for (unsigned x = 0; x < crop_.width; ++x) {
+        picture.fill(left + x * enlargement_, top + y * enlargement_, enlargement_, enlargement_,
+                     all[first_ + std::size_t{y} * stride_ + x]);
       }
     }
   }
 
-  void save(const std::filesystem::path& file) const { picture_.save(file); }
-
  private:
-  static constexpr unsigned columns = 4, margin = 24, header = 84, label = 26;
   static constexpr pixel frame{205, 208, 212};
 
-  // From a cell to the next.
-  static unsigned across() { return cell_width + margin; }
-  unsigned down() const { return label + height_ * enlargement_ + margin; }
-
-  unsigned width_, height_;  // of a crop
-  unsigned enlargement_, next_ = 0;
-  canvas picture_;
+  sheet& cells_;
+  window crop_;
+  unsigned enlargement_;
+  std::size_t first_;
+  unsigned stride_;
 };
 
-std::string plural(unsigned count, const char* of) {
-  return std::to_string(count) + " " + of + (count == 1 ? "" : "s");
+std::string describe(unsigned inks, const compare_options& options, const window& crop) {
+  const auto number = [](unsigned n) { return std::to_string(n); };
+  return number(inks) + (inks == 1 ? " ink, " : " inks, ") + number(options.levels) + " levels, error diffusion " +
+         (options.noise ? "with noise modulation, " : "without modulation, ") + number(crop.width) + " x " +
+         number(crop.height) + " pixels from " + number(crop.left) + ", " + number(crop.top);
 }
 
 }  // namespace
@@ -150,20 +137,16 @@ void write_comparison(image_reader& source, const compare_options& options, cons
   const ink_picture inks = read_inks(source, part, options.inks);
 
   const std::vector<halftone_choice> choices = halftone_choices();
-  sheet cells(choices.size() + 1, crop.width, crop.height, options.enlargement);
-  cells.title(std::filesystem::path(source.name()).filename().string(),
-              plural(inks.inks, "ink") + ", " + std::to_string(options.levels) + " levels, error diffusion " +
-                  (options.noise ? "with noise modulation, " : "without modulation, ") + std::to_string(crop.width) +
-                  " x " + std::to_string(crop.height) + " pixels from " + std::to_string(crop.left) + ", " +
-                  std::to_string(crop.top));
-  const std::size_t first = std::size_t{crop.top - part.top} * part.width + (crop.left - part.left);
-  cells.add("continuous tone", "inks as asked for", continuous(inks), first, part.width);
+  sheet cells(1 + choices.size(), cell_width, crop.height * options.enlargement);
+  cells.title(std::filesystem::path(source.name()).filename().string(), describe(inks.inks, options, crop));
+  crop_drawer drawer(cells, crop, options.enlargement,
+                     std::size_t{crop.top - part.top} * part.width + (crop.left - part.left), part.width);
+  drawer.add("continuous tone", "inks as asked for", continuous(inks));
   for (const halftone_choice& choice : choices) {
     const auto by = make_halftone(choice, inks.inks, options.levels, options.noise, inks.width);
-    cells.add(choice.name, choice.dither ? "threshold matrix" : "error filter", halftoned(inks, *by), first,
-              part.width);
+    drawer.add(choice.name, choice.dither ? "threshold matrix" : "error filter", halftoned(inks, *by));
   }
-  cells.save(file);
+  cells.picture().save(file);
 }
 
 }  // namespace vrk::tool

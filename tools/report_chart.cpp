@@ -7,10 +7,8 @@ namespace {
 
 constexpr pixel grid_line{226, 228, 232}, frame_line{150, 155, 162};
 
-// All in pixels. A cell holds the name, the chart, and room for the labels of its ticks.
-constexpr unsigned columns = 4, margin = 24, header = 88;
-constexpr unsigned chart_width = 330, chart_height = 190, name_room = 26, left_room = 44, tick_room = 40;
-constexpr unsigned cell_width = left_room + chart_width, cell_height = name_room + chart_height + tick_room;
+// In pixels, the rooms being those for the labels of ticks.
+constexpr unsigned chart_width = 330, chart_height = 190, left_room = 44, bottom_room = 40;
 
 // The part of a segment between two levels of y; false when there is none.
 bool cut(kit::segment& s, double low, double high) {
@@ -28,8 +26,8 @@ bool cut(kit::segment& s, double low, double high) {
 
 }  // namespace
 
-chart::chart(canvas& on, double left, double top, double width, double height, const chart_axis& x, const chart_axis& y)
-    : on_(on), left_(left), top_(top), width_(width), height_(height), x_(x), y_(y) {}
+chart::chart(canvas& on, double left, double top, double width, double height, chart_axis x, chart_axis y)
+    : on_(on), left_(left), top_(top), width_(width), height_(height), x_(std::move(x)), y_(std::move(y)) {}
 
 void chart::shade(kit::point from, kit::point to, pixel color) {
   const double left = column(from.x), top = row(to.y);
@@ -46,6 +44,8 @@ void chart::draw_axes() {
     on_.draw({{{left_, row(t.at)}, {left_ + width_, row(t.at)}}}, 1, t.at == 0 ? frame_line : grid_line);
     on_.write(t.label, left_ - 6, row(t.at) + cap / 2, cap, faint_text, canvas::align::right);
   }
+  on_.write(y_.name, left_ + 6, top_ + 14, cap, faint_text);
+  on_.write(x_.name, left_ + width_, top_ + height_ + 28, cap, faint_text, canvas::align::right);
   const kit::point a{left_, top_}, b{left_ + width_, top_}, c{left_ + width_, top_ + height_}, d{left_, top_ + height_};
   on_.draw({{a, b}, {b, c}, {c, d}, {d, a}}, 1, frame_line);
 }
@@ -61,33 +61,21 @@ void chart::plot(std::vector<kit::point> curve, pixel color, double thickness) {
   on_.draw(strokes, thickness, color);
 }
 
-chart_sheet::chart_sheet(std::size_t charts, chart_axis x, chart_axis y)
-    : x_(std::move(x)),
-      y_(std::move(y)),
-      picture_(margin + columns * (cell_width + margin),
-               header + unsigned((charts + columns) / columns) * (cell_height + margin)) {}
-
-void chart_sheet::title(std::string_view text, std::string_view more) {
-  picture_.write(text, margin, 38, 15);
-  picture_.write(more, margin, 64, 10, faint_text);
+chart_sheet::chart_sheet(std::size_t charts, std::string_view title, std::string_view more)
+    : cells_(1 + charts, left_room + chart_width, chart_height + bottom_room), explanations_(cells_.add("", "")) {
+  cells_.title(title, more);
 }
 
 void chart_sheet::explain(std::string_view text, pixel color, bool area) {
-  const unsigned top = header + name_room + 22 * lines_++;
-  picture_.fill(margin, top + (area ? 0 : 5), 20, area ? 12 : 2, color);
-  picture_.write(text, margin + 28, top + 10, 8.5);
+  const auto [left, first] = explanations_;
+  const unsigned top = first + 22 * lines_++;
+  cells_.picture().fill(left, top + (area ? 0 : 5), 20, area ? 12 : 2, color);
+  cells_.picture().write(text, left + 28, top + 10, 8.5);
 }
 
-chart chart_sheet::add(std::string_view name, std::string_view remark) {
-  const unsigned left = margin + next_ % columns * (cell_width + margin) + left_room;
-  const unsigned top = header + next_ / columns * (cell_height + margin);
-  ++next_;
-  picture_.write(name, left, top + 15, 12);
-  picture_.write(remark, left + chart_width, top + 15, 8, faint_text, canvas::align::right);
-  picture_.write(y_.name, left + 6, top + name_room + 14, 7, faint_text);
-  picture_.write(x_.name, left + chart_width, top + name_room + chart_height + 28, 7.5, faint_text,
-                 canvas::align::right);
-  return {picture_, double(left), double(top + name_room), chart_width, chart_height, x_, y_};
+chart chart_sheet::add(std::string_view name, std::string_view remark, const chart_axis& x, const chart_axis& y) {
+  const auto [left, top] = cells_.add(name, remark);
+  return {cells_.picture(), double(left + left_room), double(top), chart_width, chart_height, x, y};
 }
 
 }  // namespace vrk::tool

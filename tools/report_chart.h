@@ -1,10 +1,10 @@
-// Line charts of the report: a sheet of small ones with the same axes.
+// Line charts of the report, on a sheet.
 #pragma once
 
 #include <string>
 #include <vector>
 
-#include "tools/canvas.h"
+#include "tools/sheet.h"
 
 namespace vrk::tool {
 
@@ -21,7 +21,7 @@ struct chart_axis {
 // One chart; all coordinates in units of its axes. What leaves the axes is cut off.
 class chart {
  public:
-  chart(canvas& on, double left, double top, double width, double height, const chart_axis& x, const chart_axis& y);
+  chart(canvas& on, double left, double top, double width, double height, chart_axis x, chart_axis y);
 
   void shade(kit::point from, kit::point to, pixel color);
   void draw_axes();  // over what is shaded, under the curves
@@ -33,26 +33,24 @@ class chart {
 
   canvas& on_;
   double left_, top_, width_, height_;
-  const chart_axis &x_, &y_;
+  chart_axis x_, y_;
 };
 
-// Cells in rows of four. The first one explains the others.
+// A chart in every cell but the first, which explains the others.
 class chart_sheet {
  public:
-  chart_sheet(std::size_t charts, chart_axis x, chart_axis y);
+  chart_sheet(std::size_t charts, std::string_view title, std::string_view more);
 
-  void title(std::string_view text, std::string_view more);
   // A line of the first cell, behind a sample of the colour that it explains.
   void explain(std::string_view text, pixel color, bool area = false);
-  // The next chart, its name above it on the left, a remark on the right.
-  chart add(std::string_view name, std::string_view remark);
+  chart add(std::string_view name, std::string_view remark, const chart_axis& x, const chart_axis& y);
 
-  void save(const std::filesystem::path& file) const { picture_.save(file); }
+  void save(const std::filesystem::path& file) { cells_.picture().save(file); }
 
  private:
-  chart_axis x_, y_;
-  unsigned lines_ = 0, next_ = 1;
-  canvas picture_;
+  sheet cells_;
+  sheet::place explanations_;
+  unsigned lines_ = 0;
 };
 
 }  // namespace vrk::tool

@@ -28,20 +28,31 @@ std::vector<kit::point> curve_of(const tone_errors& errors) {
   return curve;
 }
 
+// Room for errors up to `largest`: charts of small errors share one scale.
+chart_axis error_axis(double largest) {
+  double step = 0.5;
+  for (const double coarser : {2.5, 10.0, 20.0}) {
+    if (largest > 3 * step) step = coarser;
+  }
+  chart_axis axis{"% of full ink", -3 * step, 3 * step, {}};
+  for (int i = -2; i <= 2; ++i) axis.ticks.push_back({i * step, formatted("%g", i * step)});
+  return axis;
+}
+
 }  // namespace
 
 void plot_tones(const std::vector<choice_report>& reports, const report_options& options,
                 const std::filesystem::path& file) {
-  chart_sheet sheet(reports.size(), {"tone", 0, 255, {{0, "0"}, {64, "64"}, {128, "128"}, {192, "192"}, {255, "255"}}},
-                    {"% of full ink", -1.5, 1.5, {{-1, "-1"}, {-0.5, "-0.5"}, {0, "0"}, {0.5, "0.5"}, {1, "1"}}});
-  sheet.title("Tone of flat patches",
-              "ink placed less ink asked for, patches of 256 x 256 pixels, " + conditions(options));
+  chart_sheet sheet(reports.size(), "Tone of flat patches",
+                    "ink placed less ink asked for, patches of 256 x 256 pixels, " + conditions(options));
   sheet.explain("8-bit samples, 8-bit precision", orange);
   sheet.explain("16-bit samples", blue);
   sheet.explain("no more than 0.5 % off", good, true);
+  const chart_axis tone{"tone", 0, 255, {{0, "0"}, {64, "64"}, {128, "128"}, {192, "192"}, {255, "255"}}};
   for (const choice_report& r : reports) {
-    const double largest = std::max(std::abs(r.errors8[worst(r.errors8)]), std::abs(r.errors16[worst(r.errors16)]));
-    chart plot = sheet.add(r.choice.name, formatted("at most %.2f %% off", 100 * largest));
+    const double largest =
+        100 * std::max(std::abs(r.errors8[worst(r.errors8)]), std::abs(r.errors16[worst(r.errors16)]));
+    chart plot = sheet.add(r.choice.name, formatted("at most %.2f %% off", largest), tone, error_axis(largest));
     plot.shade({0, -100 * tone_bar}, {255, 100 * tone_bar}, good);
     plot.draw_axes();
     plot.plot(curve_of(r.errors8), orange);
@@ -52,25 +63,21 @@ void plot_tones(const std::vector<choice_report>& reports, const report_options&
 
 void plot_spectra(const std::vector<choice_report>& reports, const report_options& options,
                   const std::filesystem::path& file) {
-  chart_sheet sheet(
-      reports.size(),
-      {"cycles per pixel",
-       0,
-       0.71,
-       {{0, "0"}, {0.1, "0.1"}, {0.2, "0.2"}, {0.3, "0.3"}, {0.4, "0.4"}, {0.5, "0.5"}, {0.6, "0.6"}, {0.7, "0.7"}}},
-      {"dB", -50, 20, {{-40, "-40"}, {-20, "-20"}, {0, "0"}}});
-  const double tone = options.tone / 255.0, principal = principal_frequency(tone);
-  sheet.title("Spectrum of a flat patch",
-              "of tone " + std::to_string(options.tone) + ", radially averaged, " + conditions(options));
+  chart_sheet sheet(reports.size(), "Spectrum of a flat patch",
+                    "of tone " + std::to_string(options.tone) + ", radially averaged, " + conditions(options));
   sheet.explain("power, white noise having 0 dB", blue);
   sheet.explain("dots as far apart as they can be", mark);
   sheet.explain("a hump here shows as structure", bad, true);
+  const double tone = options.tone / 255.0, principal = principal_frequency(tone);
+  chart_axis frequency{"cycles per pixel", 0, 0.71, {}}, power{"dB", -50, 20, {{-40, "-40"}, {-20, "-20"}, {0, "0"}}};
+  for (int i = 0; i <= 7; ++i) frequency.ticks.push_back({i / 10.0, formatted("%g", i / 10.0)});
   for (const choice_report& r : reports) {
     const double low = low_power(r.power, tone);
-    chart plot = sheet.add(r.choice.name, low > 0 ? formatted("low frequencies %.0f dB", decibels(low)) : "");
-    plot.shade({0, 0}, {principal / 2, 20}, bad);
+    chart plot =
+        sheet.add(r.choice.name, low > 0 ? formatted("low frequencies %.0f dB", decibels(low)) : "", frequency, power);
+    plot.shade({0, 0}, {principal / 2, power.to}, bad);
     plot.draw_axes();
-    plot.plot({{principal, -50}, {principal, 20}}, mark, 1);
+    plot.plot({{principal, power.from}, {principal, power.to}}, mark, 1);
     std::vector<kit::point> curve;
     for (std::size_t i = 1; i < r.power.size(); ++i) {
       curve.push_back({double(i) / spectrum_window, decibels(r.power[i])});
