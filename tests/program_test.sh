@@ -26,6 +26,9 @@ print --blob t/blobs/colors.ctsi:a=1 t/blobs/tones.ctsi:step=-1 t/blobs/ink-tone
 print --blob t/blobs/older-tones.ctsi:step=1 --balance2 1,2 --inks 1 --halftone dither
 print --blob t/blobs/inks.ctsi:b=1 --blob t/blobs/levels.ctsi:levels=6
 
+"$vrk" compare page.ppm -o sheet --inks 6 --levels 3 --modulation none --crop 39 0 >/dev/null
+test -s sheet/compare.png
+
 if head -c 1000 page.ppm | "$vrk" print - -o broken 2>complaint; then exit 1; fi
 test "$(wc -l <complaint)" -eq 1
 grep -q '^vrk: standard input: ' complaint

@@ -42,9 +42,8 @@ void add_compare_command(CLI::App& app) {
   command->add_option("--enlarge", options.enlargement, "a dot's side in compare.png; the smaller, the larger the crop")
       ->check(CLI::Range(1, 16))
       ->capture_default_str();
-  command->add_option("--inks", options.inks, "1: K, 4: K C M Y, 6: with light cyan and light magenta")
-      ->check(CLI::IsMember({1, 4, 6}))
-      ->capture_default_str();
+  command->add_option("--inks", options.inks, "1: K, 4: K C M Y, 6: with light cyan and light magenta (default 4)")
+      ->check(CLI::IsMember({1, 4, 6}));
   command->add_option("--levels", options.levels, "levels of a dot")->check(CLI::Range(2, 16))->capture_default_str();
   command->add_option("--modulation", arguments->modulation, "of the thresholds of error diffusion")
       ->check(CLI::IsMember({"none", "noise"}))

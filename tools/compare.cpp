@@ -35,9 +35,9 @@ struct ink_picture {
   const std::uint8_t* line(unsigned y) const { return &samples[y * line_bytes()]; }
 };
 
-ink_picture read_inks(image_reader& source, const window& part, unsigned inks) {
+ink_picture read_inks(image_reader& source, const window& part, std::optional<unsigned> inks) {
   print_options options;
-  if (source.channels() != 4) options.inks = inks;
+  options.inks = inks;
   const line_format format{source.channels(), source.bits()};
   const pipeline road = make_pipeline(options, choose_tables(options, format), part.width, format);
 

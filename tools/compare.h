@@ -10,7 +10,7 @@
 namespace vrk::tool {
 
 struct compare_options {
-  unsigned inks = 4;                      // 1, 4 or 6; a picture in C, M, Y, K has four
+  std::optional<unsigned> inks{};         // 1, 4 or 6; 4 unless given
   unsigned levels = 2;                    // of a dot
   bool noise = true;                      // modulation of the thresholds of error diffusion
   unsigned enlargement = 4;               // a dot's side on the sheet

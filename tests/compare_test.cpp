@@ -1,4 +1,4 @@
-// Dots that people judge: the sheet of all filters and matrices.
+// The sheet on which people choose a filter or matrix by looking.
 #include <gtest/gtest.h>
 
 #include <set>
@@ -14,7 +14,7 @@ using namespace vrk::tool;
 using namespace vrk::test;
 namespace kit = vrk::kit;
 
-struct quality : scratch {};
+struct compare : scratch {};
 
 struct rgb_picture {
   unsigned width, height;
@@ -30,7 +30,7 @@ struct rgb_picture {
   }
 };
 
-TEST_F(quality, the_sheet_has_a_cell_of_other_dots_for_every_filter_and_matrix) {
+TEST_F(compare, the_sheet_has_a_cell_of_other_dots_for_every_filter_and_matrix) {
   constexpr unsigned across = 40, down = 30, enlargement = 2;
   std::string page = "P5 40 30 255\n";
   for (unsigned i = 0; i < across * down; ++i) page += char(i * 255 / (across * down));
