@@ -47,6 +47,11 @@ std::vector<double> measure_power(const halftone_choice& choice, const report_op
 
 }  // namespace
 
+double share_of_dots(const report_options& options) {
+  const double level = options.tone / 255.0 * (options.levels - 1);
+  return level - std::floor(level);
+}
+
 std::size_t worst(const tone_errors& errors) {
   const auto furthest =
       std::max_element(errors.begin(), errors.end(), [](double a, double b) { return std::abs(a) < std::abs(b); });

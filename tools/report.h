@@ -16,6 +16,9 @@ struct report_options {
   unsigned tone = 96;   // of the patch whose spectrum is taken, 1 ... 254
 };
 
+// The part of that patch that gets the higher one of the two levels around its tone.
+double share_of_dots(const report_options& options);
+
 // Entry t - 1: ink placed less ink asked for, as a share of full ink, over a patch of tone t = 1 ... 254.
 using tone_errors = std::vector<double>;
 

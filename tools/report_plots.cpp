@@ -68,11 +68,11 @@ void plot_spectra(const std::vector<choice_report>& reports, const report_option
   sheet.explain("power, white noise having 0 dB", blue);
   sheet.explain("dots as far apart as they can be", mark);
   sheet.explain("a hump here shows as structure", bad, true);
-  const double tone = options.tone / 255.0, principal = principal_frequency(tone);
+  const double share = share_of_dots(options), principal = principal_frequency(share);
   chart_axis frequency{"cycles per pixel", 0, 0.71, {}}, power{"dB", -50, 20, {{-40, "-40"}, {-20, "-20"}, {0, "0"}}};
   for (int i = 0; i <= 7; ++i) frequency.ticks.push_back({i / 10.0, formatted("%g", i / 10.0)});
   for (const choice_report& r : reports) {
-    const double low = low_power(r.power, tone);
+    const double low = low_power(r.power, share);
     chart plot =
         sheet.add(r.choice.name, low > 0 ? formatted("low frequencies %.0f dB", decibels(low)) : "", frequency, power);
     plot.shade({0, 0}, {principal / 2, power.to}, bad);

@@ -96,15 +96,15 @@ std::vector<double> radial_power(const pattern& dots) {
   return powers.sum;
 }
 
-double principal_frequency(double tone) { return std::sqrt(std::min(tone, 1 - tone)); }
+double principal_frequency(double share) { return std::clamp(std::sqrt(std::min(share, 1 - share)), 1.0 / 16, 0.5); }
 
-double low_power(const std::vector<double>& power, double tone) {
-  const auto end = std::size_t(principal_frequency(tone) / 4 * side);
+double low_power(const std::vector<double>& power, double share) {
+  const auto end = std::size_t(principal_frequency(share) / 4 * side);
   return std::accumulate(power.begin() + 2, power.begin() + std::ptrdiff_t(end) + 1, 0.0) / double(end - 1);
 }
 
-spectrum_peak hump(const std::vector<double>& power, double tone) {
-  const auto end = std::ptrdiff_t(principal_frequency(tone) / 2 * side);
+spectrum_peak hump(const std::vector<double>& power, double share) {
+  const auto end = std::ptrdiff_t(principal_frequency(share) / 2 * side);
   const auto peak = std::max_element(power.begin() + 2, power.begin() + end + 1);
   return {*peak, double(peak - power.begin()) / side};
 }

@@ -14,18 +14,19 @@ inline constexpr unsigned spectrum_window = 256;
 // contrast. The mean tone is taken off before.
 std::vector<double> radial_power(const pattern& dots);
 
-// Cycles per pixel at which dots of this tone (0 ... 1) lie when they keep as far apart as they can.
-double principal_frequency(double tone);
+// Cycles per pixel of dots that cover this share (0 ... 1) of a patch and keep as far apart as they can, as Ulichney
+// has it: between a quarter and three quarters the grid holds it at one half. Not below what a window can tell, 1 / 16.
+double principal_frequency(double share);
 
 // Mean power from the second lowest frequency up to a quarter of the principal one: how much a patch lies in clouds.
-double low_power(const std::vector<double>& power, double tone);
+double low_power(const std::vector<double>& power, double share);
 
 struct spectrum_peak {
   double power, frequency;  // cycles per pixel
 };
 
 // The largest power below half of the principal frequency. Above 1 the pattern shows a structure coarser than its dots.
-spectrum_peak hump(const std::vector<double>& power, double tone);
+spectrum_peak hump(const std::vector<double>& power, double share);
 
 // Of a power, white noise having 0. Nothing counts below -60.
 double decibels(double power);
