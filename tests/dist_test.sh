@@ -14,6 +14,8 @@ diff -r "$source/include/vrk.h" windows/include/vrk.h
 diff -r "$source/include/vrk.def" windows/include/vrk.def
 i686-w64-mingw32-gcc-posix -Iwindows/include "$source/tests/install/consumer.c" windows/lib/libvrk.dll.a -o consumer.exe
 test -s windows/share/doc/vrk/docs/windows.md
+examples=windows/share/doc/vrk/examples
+i686-w64-mingw32-gcc-posix -Iwindows/include "$examples"/print_page.c "$examples"/print_page_windows.c -o page.exe
 
 tar xf "$packages"/vrk-*-linux-*.tar.gz
 dpkg-deb -x "$packages"/vrk_*.deb debian
