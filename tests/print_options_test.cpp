@@ -31,7 +31,7 @@ TEST_F(options, change_the_print) {
 TEST_F(options, of_layout_and_threads_change_nothing) {
   const kit::color_table saturated{.grid = kit::matrix_grid(kit::saturation_matrix(1.3), 5)};
   const std::string csc1 = " --csc1 " + save("saturated.csc1", saturated.encode()), page = busy_page();
-  for (const std::string& option : {few_points_ + "--lift 1 --curve s:0.3 r=gamma:1.1 --split --width16",
+  for (const std::string& option : {few_points_ + "--lift 1 --curve s:0.3 --curve r=gamma:1.1 --split --width16",
                                     std::string("--balance2 1,-1 --inks 6 --post dot-gain:0.1 --cells 2x2"),
                                     few_points_ + "--matrix screens" + csc1}) {
     const printed plain = print(page, option + " --threads 1");
@@ -152,7 +152,7 @@ TEST_F(options, are_refused_where_they_make_no_sense) {
       {"--cells 3x2", "expected SXxSY"},
       {"--curve gamma:0", "curve gamma:0: expected a number from 0.1 to 10"},
       {"--curve points:0/0,0/50", "in rising order of IN"},
-      {"--curve gamma:2 s:1", "s:1: takes the place of gamma:2"},
+      {"--curve gamma:2 --curve s:1", "s:1: takes the place of gamma:2"},
       {"--post lm=gamma:2", "belongs to plane lm, which a print in 4 inks"},
       {"--split --post gamma:2", "takes the place of the kit's split"},
   };

@@ -19,10 +19,11 @@ for table in t/filters/*.edtb; do print --edtb "$table"; done
 print --csc2 t/six/inks.csc2 --edpr t/six/levels.edpr
 for table in t/cells/*.edpr; do print --edpr "$table"; done
 for table in t/dither/*.dith; do print --dith "$table"; done
-for table in t/curves/*.1dlt; do print --curve "$table" --post "$table" k="$table"; done
+for table in t/curves/*.1dlt; do print --curve "$table" --post "$table" --post k="$table"; done
 print --post t/six/split.1dlt
 print --blob t/blobs/inks.ctsi
-print --blob t/blobs/colors.ctsi:a=1 t/blobs/tones.ctsi:step=-1 t/blobs/ink-tones.ctsi t/blobs/ranks.ctsi:step=1
+print --blob t/blobs/colors.ctsi:a=1 --blob t/blobs/tones.ctsi:step=-1 --blob t/blobs/ink-tones.ctsi \
+  --blob t/blobs/ranks.ctsi:step=1
 print --blob t/blobs/older-tones.ctsi:step=1 --balance2 1,2 --inks 1 --halftone dither
 print --blob t/blobs/inks.ctsi:b=1 --blob t/blobs/levels.ctsi:levels=6
 

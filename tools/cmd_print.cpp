@@ -58,8 +58,11 @@ void add_picture_options(CLI::App& command, print_options& to) {
       ->expected(2)
       ->check(CLI::Range(-5, 5))
       ->group(group);
-  command.add_option("--curve", to.curves, "tone curve of all channels, or of one that r=, g= or b= names")
-      ->type_name("[CHANNEL=]CURVE...")
+  command
+      .add_option("--curve", to.curves,
+                  "tone curve of all channels, or of one that r=, g= or b= names; may be repeated")
+      ->type_name("[CHANNEL=]CURVE")
+      ->allow_extra_args(false)
       ->group(group);
   const std::map<std::string, pixel_layout> layouts{{"rgb", pixel_layout::rgb},
                                                     {"bgr", pixel_layout::bgr},
@@ -81,8 +84,9 @@ void add_ink_options(CLI::App& command, print_options& to) {
   command
       .add_option("--post", to.plane_curves,
                   "post-processing: curve of all planes (a file may hold one for each), or of one that k=, c=, m=, y=, "
-                  "lc= or lm= names")
-      ->type_name("[PLANE=]CURVE...")
+                  "lc= or lm= names; may be repeated")
+      ->type_name("[PLANE=]CURVE")
+      ->allow_extra_args(false)
       ->group(group);
 }
 
@@ -136,8 +140,9 @@ void add_own_tables(CLI::App& command, print_options& to) {
   command.add_option("--edpr", to.edpr, "error diffusion: levels, thresholds, cells")->type_name("FILE")->group(group);
   command.add_option("--edtb", to.edtb, "error diffusion: error distribution")->type_name("FILE")->group(group);
   command.add_option("--dith", to.dith, "dither: levels and threshold matrices")->type_name("FILE")->group(group);
-  command.add_option("--blob", to.blobs, "table out of a parameter blob")
-      ->type_name("FILE[:SELECTOR=VALUE,...]...")
+  command.add_option("--blob", to.blobs, "table out of a parameter blob; may be repeated")
+      ->type_name("FILE[:SELECTOR=VALUE,...]")
+      ->allow_extra_args(false)
       ->group(group);
 }
 
