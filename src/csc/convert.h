@@ -4,14 +4,14 @@
 #include "csc/tetra.h"
 #ifdef __SSE2__
 #include "csc/lanes.h"
+#else  // other processors interpolate all grids as it is defined
+namespace vrk {
+template <csc_widths W, u32 stored>
+using lane_interpolation = tetra_interpolation<W, stored, true>;
+}  // namespace vrk
 #endif
 
 namespace vrk {
-
-#ifndef __SSE2__  // other processors interpolate all grids as it is defined
-template <csc_widths W, u32 stored>
-using lane_interpolation = tetra_interpolation<W, stored, true>;
-#endif
 
 // Which interpolation a kernel uses.
 enum class method { tetra, lanes };
