@@ -90,25 +90,19 @@ class ed_library {
   void clear() { vrk_clear_ed_buf(handle()); }
 
   // Through vrk_exec_edx, or through the six arguments of vrk_exec_ed, null for planes that are not produced.
-  output_lines line(const samples& values, bool through_array) {
+  lines line(const samples& values, bool through_array) {
     std::vector<u8> src = packed(values, (flags_ & VRK_IN16) != 0);
     src.insert(src.begin(), offset_ / 4 % 2, 0);  // to odd addresses
     guarded_copy page(src);
-    std::vector<fenced_block> blocks;
+    std::vector<std::size_t> lengths;
     for (std::size_t p = 0; p < info.plane_count; ++p) {
       const std::size_t bits = info.plane_bits[p] * info.plane_scale[p].scale_x;
-      for (unsigned y = 0; y < info.plane_scale[p].scale_y; ++y) blocks.emplace_back((bits * block_width_ + 7) / 8, p);
+      lengths.insert(lengths.end(), info.plane_scale[p].scale_y, (bits * block_width_ + 7) / 8);
     }
-    std::vector<u8*> out(std::max(blocks.size(), std::size_t{6}));
-    std::ranges::transform(blocks, out.begin(), [](fenced_block& block) { return block.data(); });
-    const void* const first = page.data() + offset_ / 4 % 2;
-    EXPECT_EQ(through_array ? vrk_exec_edx(handle(), first, out.data())
-                            : vrk_exec_ed(handle(), first, out[0], out[1], out[2], out[3], out[4], out[5]),
-              1u);
-    EXPECT_TRUE(mem_.fences_intact() && std::ranges::all_of(blocks, &fenced_block::fences_intact));
-    output_lines lines;
-    for (const fenced_block& block : blocks) lines.emplace_back(block.contents().begin(), block.contents().end());
-    return lines;
+    const lines written =
+        fenced_lines(handle(), page.data() + offset_ / 4 % 2, lengths, through_array, vrk_exec_ed, vrk_exec_edx);
+    EXPECT_TRUE(mem_.fences_intact());
+    return written;
   }
 
  private:

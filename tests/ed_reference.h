@@ -8,6 +8,7 @@
 #include "frame/types.h"
 #include "kit/ed_tables.h"
 #include "kit/planes.h"
+#include "tests/halftone.h"
 #include "tests/samples.h"
 #include "vrk.h"
 
@@ -17,8 +18,6 @@ struct ed_tables {
   kit::edpr_table params;
   kit::edtb_table spread;
 };
-
-using output_lines = std::vector<kit::bytes>;  // as vrk_exec_edx takes them: all lines of K, then of C ...
 
 class ed_reference {
  public:
@@ -41,13 +40,13 @@ class ed_reference {
     return true;
   }
 
-  output_lines line(const samples& src) {
+  lines line(const samples& src) {
     std::vector<kit::bytes> levels(planes_, kit::bytes(std::size_t(block_width_)));
     for (int step = 0; step < block_width_; ++step) {
       const std::size_t i = std::size_t(line_ % 2 == 0 ? step : block_width_ - 1 - step);
       for (std::size_t p = 0; p < planes_; ++p) levels[p][i] = diffuse(p, x_ + int(i), src[i * planes_ + p]);
     }
-    output_lines out;
+    lines out;
     for (std::size_t p = 0; p < planes_; ++p) t_.extended() ? expand(p, levels[p], out) : pack(p, levels[p], out);
     ++line_;
     return out;
@@ -110,7 +109,7 @@ class ed_reference {
     return level == 2 && (draw() & 1) ? 8 : level;
   }
 
-  void pack(std::size_t p, const kit::bytes& levels, output_lines& out) {
+  void pack(std::size_t p, const kit::bytes& levels, lines& out) {
     const std::size_t bits = plane(p).bits;
     kit::bytes& line = out.emplace_back((bits * levels.size() + 7) / 8);
     for (std::size_t at = 0; at < bits * levels.size() && (bits == 1 || bits == 2 || bits == 4); at += bits) {
@@ -125,7 +124,7 @@ class ed_reference {
     return level == 0 && planes_ > 1 && std::all_of(t_.planes.begin(), t_.planes.begin() + int(planes_), like_k);
   }
 
-  void expand(std::size_t p, const kit::bytes& levels, output_lines& out) const {
+  void expand(std::size_t p, const kit::bytes& levels, lines& out) const {
     const std::size_t across = plane(p).scale_x;
     for (unsigned y = 0; y < plane(p).scale_y; ++y) {
       kit::bytes& line = out.emplace_back((across * levels.size() + 7) / 8);
