@@ -43,34 +43,35 @@ std::string find(const look_up& fn, const kit::bytes& blob) {
   return {found.contents().begin(), found.contents().end()};
 }
 
+const struct {
+  look_up fn;
+  std::string kind, tag;  // kind: type of blob and newest version
+} tag_cases[] = {
+    {with(vrk_log_htone, 0, 1), "HATT001z", "HH1"},
+    {with(vrk_log_htone, 1, 6), "HATT001z", "XH6"},
+    {with(vrk_log_htone, 0, 0x104), "HATT001z", "HH4"},
+    {with(vrk_log_outgamma, 0), "OTGM001z", "HN"},
+    {with(vrk_log_outgamma, 1), "OTGM001z", "XN"},
+    {with(vrk_log_ingamma, 0, -2), "INGM001z", "HD2"},
+    {with(vrk_log_ingamma, 0, -1), "INGM001z", "HD1"},
+    {with(vrk_log_ingamma, 0, 0), "INGM001z", "HT"},
+    {with(vrk_log_ingamma, 0, 1), "INGM001z", "HB1"},
+    {with(vrk_log_ingamma, 1, 2), "INGM001z", "XB2"},
+    {with(vrk_log_ingamma2, 0, 0), "INGM002z", "HB00"},
+    {with(vrk_log_ingamma2, 0, 3), "INGM002z", "HB+3"},
+    {with(vrk_log_ingamma2, 1, -5), "INGM002z", "XB-5"},
+    {with(vrk_log_rank, 0, -9, 3), "HRKT001z", "HY-9"},
+    {with(vrk_log_rank, 1, 0, 0), "HRKT001z", "XK00"},
+    {with(vrk_log_rank, 1, 0, 1), "HRKT001z", "XC00"},
+    {with(vrk_log_rank, 1, 0, 2), "HRKT001z", "XM00"},
+    {with(vrk_log_rank, 1, 9, 4), "HRKT001z", "XD+9"},
+    {with(vrk_log_rank, 1, 0, 5), "HRKT001z", "XN00"},
+    {with(vrk_log_csc1, 0, 1, 0, 0, 0, 0), "CS1T001z", "HT"},
+    {with(vrk_log_csc2, 0, 6, 0, 0, 0, 0), "CS2T001z", "HS"},
+};
+
 TEST(log, tags_that_follow_from_the_arguments) {
-  const struct {
-    look_up fn;
-    std::string kind, tag;  // kind: type of blob and newest version
-  } cases[] = {
-      {with(vrk_log_htone, 0, 1), "HATT001z", "HH1"},
-      {with(vrk_log_htone, 1, 6), "HATT001z", "XH6"},
-      {with(vrk_log_htone, 0, 0x104), "HATT001z", "HH4"},
-      {with(vrk_log_outgamma, 0), "OTGM001z", "HN"},
-      {with(vrk_log_outgamma, 1), "OTGM001z", "XN"},
-      {with(vrk_log_ingamma, 0, -2), "INGM001z", "HD2"},
-      {with(vrk_log_ingamma, 0, -1), "INGM001z", "HD1"},
-      {with(vrk_log_ingamma, 0, 0), "INGM001z", "HT"},
-      {with(vrk_log_ingamma, 0, 1), "INGM001z", "HB1"},
-      {with(vrk_log_ingamma, 1, 2), "INGM001z", "XB2"},
-      {with(vrk_log_ingamma2, 0, 0), "INGM002z", "HB00"},
-      {with(vrk_log_ingamma2, 0, 3), "INGM002z", "HB+3"},
-      {with(vrk_log_ingamma2, 1, -5), "INGM002z", "XB-5"},
-      {with(vrk_log_rank, 0, -9, 3), "HRKT001z", "HY-9"},
-      {with(vrk_log_rank, 1, 0, 0), "HRKT001z", "XK00"},
-      {with(vrk_log_rank, 1, 0, 1), "HRKT001z", "XC00"},
-      {with(vrk_log_rank, 1, 0, 2), "HRKT001z", "XM00"},
-      {with(vrk_log_rank, 1, 9, 4), "HRKT001z", "XD+9"},
-      {with(vrk_log_rank, 1, 0, 5), "HRKT001z", "XN00"},
-      {with(vrk_log_csc1, 0, 1, 0, 0, 0, 0), "CS1T001z", "HT"},
-      {with(vrk_log_csc2, 0, 6, 0, 0, 0, 0), "CS2T001z", "HS"},
-  };
-  for (const auto& [fn, kind, tag] : cases) {
+  for (const auto& [fn, kind, tag] : tag_cases) {
     kit::blob blob = blob_of(kind.substr(0, 4), {"H", "X", "HR-9", "XR00", "XR+9", tag});
     for (const std::string version : {"0010", "001z", "0020", "002z", "0030"}) {
       blob.version = version;
@@ -191,9 +192,7 @@ TEST(log, arguments_out_of_range_leave_the_length_alone) {
         with(vrk_log_ingamma2, 0, -6), with(vrk_log_rank, 0, 10, 0), with(vrk_log_rank, 0, -10, 0)}) {
     EXPECT_TRUE(kept(fn, image.size(), image.data()));
   }
-  for (const look_up& fn :
-       {with(vrk_log_outgamma, 0), with(vrk_log_htone, 0, 1), with(vrk_log_ingamma, 0, 0), with(vrk_log_ingamma2, 0, 0),
-        with(vrk_log_rank, 0, 0, 0), with(vrk_log_csc2, 0, 7, 1, 0, 0, 0)}) {
+  for (const auto& [fn, kind, tag] : tag_cases) {
     EXPECT_TRUE(kept(fn, 0, image.data()) && kept(fn, image.size(), nullptr));
     EXPECT_EQ(fn(std::uint32_t(image.size()), image.data(), nullptr), 0u);
   }
