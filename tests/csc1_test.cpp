@@ -40,59 +40,50 @@ TEST(csc1, masked_pixels_become_0_and_disturb_nothing) {
 }
 
 // What the subtypes make of a pixel at working precision; those of one sample leave it first.
-struct fixed_rule {
+rgb through(rgb v, unsigned) { return v; }
+rgb solid(rgb v, unsigned full) {
+  const unsigned half = (full + 1) / 2;
+  for (unsigned& s : v) s = s == full ? full : s >= half ? half : s >= half / 2 ? half / 2 : 0;
+  return v;
+}
+rgb gray(rgb v, unsigned full) {
+  if (full == 4095) return {(4915 * v[0] + 9831 * v[1] + 1638 * v[2]) / 16384};
+  return {(307 * v[0] + 615 * v[1] + 102 * v[2]) / 1024};
+}
+rgb black(rgb v, unsigned full) { return {v == rgb{full, full, full} ? full : 0}; }
+
+constexpr struct {
   const char* subtype;
-  std::uint32_t flags;
   unsigned out_samples;
   rgb (*value)(rgb level, unsigned full);
-};
-
-unsigned gray(const rgb& v, unsigned full) {
-  return full == 4095 ? (4915 * v[0] + 9831 * v[1] + 1638 * v[2]) / 16384
-                      : (307 * v[0] + 615 * v[1] + 102 * v[2]) / 1024;
-}
-unsigned black(const rgb& v, unsigned full) { return v == rgb{full, full, full} ? full : 0; }
-unsigned solid(unsigned v, unsigned full) {
-  const unsigned half = (full + 1) / 2;
-  return v == full ? full : v >= half ? half : v >= half / 2 ? half / 2 : 0;
-}
-constexpr fixed_rule fixed_rules[] = {
-    {"thrh", VRK_INVERT, 3, [](rgb v, unsigned) { return v; }},
-    {"sold", VRK_INVERT, 3,
-     [](rgb v, unsigned f) {
-       return rgb{solid(v[0], f), solid(v[1], f), solid(v[2], f)};
-     }},
-    {"gray", 0, 1, [](rgb v, unsigned full) { return rgb{gray(v, full)}; }},
-    {"gray", VRK_INVERT, 1, [](rgb v, unsigned full) { return rgb{full - gray(v, full)}; }},
-    {"blck", 0, 1, [](rgb v, unsigned full) { return rgb{black(v, full)}; }},
-    {"blck", VRK_INVERT, 1, [](rgb v, unsigned full) { return rgb{full - black(v, full)}; }},
-};
+} fixed_rules[] = {{"thrh", 3, through}, {"sold", 3, solid}, {"gray", 1, gray}, {"blck", 1, black}};
 
 // Every level in each of the samples, in every layout.
 TEST(csc1, fixed_rules) {
-  for (unsigned i = 0; i < std::size(csc_flags); ++i) {
-    const std::uint32_t flags = csc_flags[i];
-    const unsigned levels = flags & VRK_IN16 ? 65536 : 256;
+  for (unsigned i = 0; i < 2 * std::size(csc_flags); ++i) {
+    const std::uint32_t flags = csc_flags[i / 2], invert = i % 2 * VRK_INVERT, layout = i % 4;
+    const unsigned levels = flags & VRK_IN16 ? 65536 : 256, full = flags != 0 ? 4095 : 255;
     std::vector<rgb> pixels;
     for (unsigned v = 0; v < levels; ++v) {
       pixels.insert(pixels.end(), {{v, v, v}, {v, levels - 1, levels - 1}, {7, v, levels / 3}, {levels - 1, 9, v}});
     }
     const csc_reference reference(random_table(3, 2, 1), flags);
-    for (const fixed_rule& rule : fixed_rules) {
-      const layout_places out = rule.out_samples == 3 ? layouts[i % 4] : layout_places{1, {0, 0, 0}};
+    for (const auto& rule : fixed_rules) {
+      const bool rgb_out = rule.out_samples == 3;
+      const layout_places out = rgb_out ? layouts[layout] : layout_places{1, {0, 0, 0}};
       samples expected(pixels.size() * out.samples, flags & VRK_OUT16 ? 0xA5A5 : 0xA5);
       for (std::size_t p = 0; p < pixels.size(); ++p) {
         const auto [r, g, b] = pixels[p];
         const rgb level{reference.working(r), reference.working(g), reference.working(b)};
-        const rgb value = rule.value(level, flags != 0 ? 4095 : 255);
+        const rgb value = rule.value(level, full);
         for (unsigned c = 0; c < rule.out_samples; ++c) {
-          expected[p * out.samples + out.rgb[c]] = reference.output(value[c]);
+          expected[p * out.samples + out.rgb[c]] = reference.output(invert && !rgb_out ? full - value[c] : value[c]);
         }
       }
-      converter csc(subtype_table(rule.subtype), flags | rule.flags);
-      csc.set_layout(i % 4);
-      EXPECT_EQ(csc.run(laid_out(pixels, layouts[i % 4]), unsigned(pixels.size()), out.samples), expected)
-          << rule.subtype << rule.flags << " flags " << flags;
+      converter csc(subtype_table(rule.subtype), flags | invert);
+      csc.set_layout(layout);
+      EXPECT_EQ(csc.run(laid_out(pixels, layouts[layout]), unsigned(pixels.size()), out.samples), expected)
+          << rule.subtype << " flags " << (flags | invert);
     }
   }
 }
