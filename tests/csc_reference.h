@@ -64,15 +64,6 @@ inline std::uint32_t create_csc(const kit::bytes& image, unsigned channels, unsi
                        : vrk_create_csc2(table.size(), table.data(), input_samples, flags, mem);
 }
 
-// Whether both calls take a table, which they decide by its header alone; refused, they leave the memory as it was.
-inline bool taken(const kit::bytes& image, unsigned channels, unsigned input_samples) {
-  fenced_block memory(2000);
-  const bool built = create_csc(image, channels, input_samples, 0, memory.data()) != 0;
-  EXPECT_EQ(create_csc(image, channels, input_samples, 0, nullptr) != 0, built);
-  EXPECT_NE(memory.untouched(), built);
-  return built;
-}
-
 // A handle of the converter that the table is for.
 class converter {
  public:

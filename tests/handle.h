@@ -65,6 +65,11 @@ class handle {
   std::uint32_t used_;
 };
 
+// What single bytes of a header are tried with: counts and bits of every sort, and neighbours of the characters of tags
+// and versions.
+inline constexpr std::uint8_t header_values[] = {0,  1,  2,   3,   4,   5,   6,   7,   8,   16,
+                                                 17, 32, '0', '1', '2', '3', 'z', '{', 128, 255};
+
 // Both calls refuse, and the build call writes nothing.
 inline void expect_refused(const create_call& create, const std::string& what) {
   fenced_block mem(1 << 16);
