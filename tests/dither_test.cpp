@@ -119,10 +119,8 @@ void expect_lines_of_definition(const dither_table& table, std::uint32_t flags, 
       samples src(width * of.planes);
       for (auto& v : src) v = std::uint16_t(random() % 8 == 0 ? (random() % 2) * (levels - 1) : random() % levels);
       const lines expected = reference.line(src, x, y);
-      std::vector<std::size_t> lengths;
-      for (const bytes& line : expected) lengths.push_back(line.size());
       guarded_copy readable(packed(src, reference.in16));
-      EXPECT_EQ(fenced_lines(h.get(), readable.data(), lengths, y % 2 != 0, vrk_exec_dither, vrk_exec_ditherx),
+      EXPECT_EQ(fenced_lines(h.get(), readable.data(), expected, y % 2 != 0, vrk_exec_dither, vrk_exec_ditherx),
                 expected)
           << of.planes << " planes, " << of.colour_bits << " bits, K " << of.k_bits << ", flags " << flags;
     }

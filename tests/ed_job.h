@@ -94,13 +94,13 @@ class ed_library {
     std::vector<u8> src = packed(values, (flags_ & VRK_IN16) != 0);
     src.insert(src.begin(), offset_ / 4 % 2, 0);  // to odd addresses
     guarded_copy page(src);
-    std::vector<std::size_t> lengths;
+    lines as_long;
     for (std::size_t p = 0; p < info.plane_count; ++p) {
       const std::size_t bits = info.plane_bits[p] * info.plane_scale[p].scale_x;
-      lengths.insert(lengths.end(), info.plane_scale[p].scale_y, (bits * block_width_ + 7) / 8);
+      as_long.insert(as_long.end(), info.plane_scale[p].scale_y, kit::bytes((bits * block_width_ + 7) / 8));
     }
     const lines written =
-        fenced_lines(handle(), page.data() + offset_ / 4 % 2, lengths, through_array, vrk_exec_ed, vrk_exec_edx);
+        fenced_lines(handle(), page.data() + offset_ / 4 % 2, as_long, through_array, vrk_exec_ed, vrk_exec_edx);
     EXPECT_TRUE(mem_.fences_intact());
     return written;
   }

@@ -12,12 +12,12 @@ namespace vrk::test {
 
 using lines = std::vector<std::vector<std::uint8_t>>;  // as the array forms take them: all of K, then of C ...
 
-// Halftones a line between guards, into lines of these lengths, by one of its two functions. The array form is given no
+// Halftones a line between guards, into lines as long as these, by one of its two functions. The array form is given no
 // more pointers than it may look at; of six arguments those behind the last line are null.
-inline lines fenced_lines(void* handle, const void* src, const std::vector<std::size_t>& lengths, bool through_array,
+inline lines fenced_lines(void* handle, const void* src, const lines& as_long, bool through_array,
                           decltype(&vrk_exec_dither) exec, decltype(&vrk_exec_ditherx) exec_array) {
   std::vector<fenced_block> blocks;
-  for (const std::size_t length : lengths) blocks.emplace_back(length, blocks.size());
+  for (const auto& line : as_long) blocks.emplace_back(line.size(), blocks.size());
   std::vector<std::uint8_t*> at(blocks.size());
   std::ranges::transform(blocks, at.begin(), [](fenced_block& block) { return block.data(); });
   guarded_copy covered({reinterpret_cast<const std::uint8_t*>(at.data()), at.size() * sizeof at[0]});
