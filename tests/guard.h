@@ -68,9 +68,8 @@ class fenced_block {
   }
 
   std::uint8_t* data() { return bytes_.data() + start_; }
-  const std::uint8_t* data() const { return bytes_.data() + start_; }
-  std::span<const std::uint8_t> contents() const { return {data(), size_}; }
-  std::vector<std::uint8_t> bytes() const { return {data(), data() + size_}; }
+  std::span<const std::uint8_t> contents() const { return {bytes_.data() + start_, size_}; }
+  std::vector<std::uint8_t> bytes() const { return {contents().begin(), contents().end()}; }
   bool fences_intact() const { return filled(0, start_) && filled(start_ + size_, bytes_.size()); }
   bool untouched() const { return filled(0, bytes_.size()); }
 

@@ -53,12 +53,11 @@ std::string png(const std::string& lines, int depth, int type, int interlace = P
   png_color palette[256];
   for (int i = 0; i < 256; ++i) palette[i] = {png_byte(i), png_byte(255 - i), png_byte(i / 2)};
   if (type == PNG_COLOR_TYPE_PALETTE) png_set_PLTE(to, info, palette, 256);
-  png_write_info(to, info);
   std::vector<std::uint8_t> bytes(lines.begin(), lines.end());
   std::vector<png_bytep> rows;
   for (unsigned y = 0; y < height; ++y) rows.push_back(&bytes[y * bytes.size() / height]);
-  png_write_image(to, rows.data());
-  png_write_end(to, info);
+  png_set_rows(to, info, rows.data());
+  png_write_png(to, info, PNG_TRANSFORM_IDENTITY, nullptr);
   png_destroy_write_struct(&to, &info);
   return file;
 }

@@ -17,22 +17,15 @@ bool serves_threads(const char* stage, std::uint32_t handle_size, Transform&& tr
     std::fprintf(stderr, "%s: no handle\n", stage);
     return false;
   }
-  const auto run = [&transform](pixels& out) { transform(out.data()); };
-  pixels expected(pixel_count * 8), results[4];
-  run(expected);
+  pixels expected(pixel_count * 8);
+  transform(expected.data());
+  std::vector<pixels> results(4, pixels(expected.size()));
   std::vector<std::thread> threads;
-  for (pixels& out : results) {
-    out.resize(expected.size());
-    threads.emplace_back([&run, &out] { run(out); });
-  }
+  for (pixels& out : results) threads.emplace_back([&] { transform(out.data()); });
   for (std::thread& thread : threads) thread.join();
-  for (const pixels& out : results) {
-    if (out != expected) {
-      std::fprintf(stderr, "%s: threads differ\n", stage);
-      return false;
-    }
-  }
-  return true;
+  const bool same = results == std::vector(4, expected);
+  if (!same) std::fprintf(stderr, "%s: threads differ\n", stage);
+  return same;
 }
 
 }  // namespace
