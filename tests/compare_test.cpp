@@ -16,19 +16,7 @@ namespace kit = vrk::kit;
 
 struct compare : scratch {};
 
-struct rgb_picture {
-  unsigned width, height;
-  std::vector<std::uint8_t> samples;
-
-  explicit rgb_picture(image_reader& from)
-      : width(from.width()), height(from.height()), samples(from.line_bytes() * height) {
-    for (unsigned y = 0; y < height; ++y) from.read_line(&samples[y * from.line_bytes()]);
-  }
-  std::array<std::uint8_t, 3> at(unsigned x, unsigned y) const {
-    const std::uint8_t* const p = &samples[3 * (std::size_t{y} * width + x)];
-    return {p[0], p[1], p[2]};
-  }
-};
+using color = std::array<std::uint8_t, 3>;
 
 TEST_F(compare, the_sheet_has_a_cell_of_other_dots_for_every_filter_and_matrix) {
   constexpr unsigned across = 40, down = 30, enlargement = 2;
@@ -39,22 +27,25 @@ TEST_F(compare, the_sheet_has_a_cell_of_other_dots_for_every_filter_and_matrix) 
 
   // A cell is framed in one gray, a pixel wide.
   const auto drawn = open_image(path("compare.png"));
-  const rgb_picture sheet(*drawn);
-  constexpr std::array<std::uint8_t, 3> frame{205, 208, 212};
+  const unsigned width = drawn->width(), height = drawn->height();
+  std::vector<color> sheet(width * height);
+  for (unsigned y = 0; y < height; ++y) drawn->read_line(&sheet[y * width]);
+  const auto at = [&](unsigned x, unsigned y) { return sheet[y * width + x]; };
+  constexpr color frame{205, 208, 212};
   constexpr unsigned wide = across * enlargement, tall = down * enlargement;
   const auto is_frame = [&](unsigned left, unsigned top) {
     for (unsigned x = 0; x < wide + 2; ++x) {
-      if (sheet.at(left + x, top) != frame || sheet.at(left + x, top + tall + 1) != frame) return false;
+      if (at(left + x, top) != frame || at(left + x, top + tall + 1) != frame) return false;
     }
     return true;
   };
-  std::set<std::vector<std::array<std::uint8_t, 3>>> cells;
-  for (unsigned top = 0; top + tall + 2 <= sheet.height; ++top) {
-    for (unsigned left = 0; left + wide + 2 <= sheet.width; ++left) {
+  std::set<std::vector<color>> cells;
+  for (unsigned top = 0; top + tall + 2 <= height; ++top) {
+    for (unsigned left = 0; left + wide + 2 <= width; ++left) {
       if (!is_frame(left, top)) continue;
-      std::vector<std::array<std::uint8_t, 3>> dots;
-      for (unsigned i = 0; i < wide * tall; ++i) dots.push_back(sheet.at(left + 1 + i % wide, top + 1 + i / wide));
-      const std::set<std::array<std::uint8_t, 3>> colors(dots.begin(), dots.end());
+      std::vector<color> dots;
+      for (unsigned i = 0; i < wide * tall; ++i) dots.push_back(at(left + 1 + i % wide, top + 1 + i / wide));
+      const std::set<color> colors(dots.begin(), dots.end());
       EXPECT_TRUE(cells.empty() ? colors.size() > 50 : colors.size() == 2) << "cell " << cells.size();
       EXPECT_TRUE(cells.insert(dots).second) << "cell " << cells.size() << " looks like another";
     }
