@@ -81,9 +81,10 @@ std::vector<kind> kinds() {
   return all;
 }
 
-// Whose samples nobody knows before they are decoded: the kit looks no further than the header.
+// Of the kind that its converter takes. Nobody knows its samples before they are decoded, so the kit looks no further
+// than the header.
 bool is_delta_stream(const bytes& image) {
-  return image.size() > 11 && image[0] == 'c' && (image[11] == 6 || image[11] == 7);
+  return image.size() > 11 && image[0] == 'c' && image[11] == (image[3] == '1' ? 7 : 6);
 }
 
 struct verdict {
