@@ -109,10 +109,12 @@ void first_converter(const std::string& name, const kit::bytes& table, std::uint
   void* const h =
       p.build([&](void* mem) { return vrk_create_csc1(std::uint32_t(table.size()), table.data(), flags, mem); });
   std::uint8_t* const dst = p.output(std::size_t(chosen.width) * 8);
+  std::uint8_t* const short_dst = p.output(short_width * 8);
   p.run(8, [&](std::uint32_t y) {
     const layout_and_mask with(y, bits);
     vrk_set_csc1_rgb(h, with.layout);
     vrk_xform_csc1(h, src.data(), with.mask, chosen.width, dst);
+    if (!chosen.speed) vrk_xform_csc1(h, src.data(), with.mask, short_width, short_dst);
   });
 }
 
@@ -124,9 +126,11 @@ void second_converter(const std::string& name, const kit::bytes& table, std::uin
   void* const h = p.build(
       [&](void* mem) { return vrk_create_csc2(std::uint32_t(table.size()), table.data(), input_samples, flags, mem); });
   std::uint8_t* const dst = p.output(std::size_t(chosen.width) * 12);
+  std::uint8_t* const short_dst = p.output(short_width * 12);
   p.run(4, [&](std::uint32_t y) {
     vrk_set_csc2_rgb(h, y);
     vrk_xform_csc2(h, src.data(), chosen.width, dst);
+    if (!chosen.speed) vrk_xform_csc2(h, src.data(), short_width, short_dst);
   });
 }
 

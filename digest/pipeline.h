@@ -17,11 +17,15 @@ namespace vrk::digest {
 
 // Set once, before the first pipeline.
 struct options {
-  bool speed = false;        // print Mpixel/s instead of digests
-  std::string_view only{};   // run pipelines whose names begin so
-  std::uint32_t width = 61;  // pixels of a line: odd, and no multiple of a vector
+  bool speed = false;       // print Mpixel/s instead of digests
+  std::string_view only{};  // run pipelines whose names begin so
+  // Pixels of a line: odd, no multiple of a vector, and enough for the fast rows of the converters.
+  std::uint32_t width = 253;
 };
 extern options chosen;
+
+// A line of so few pixels that converters take the row that follows the definition.
+constexpr std::uint32_t short_width = 61;
 
 // Bytes that look random, the same everywhere.
 kit::bytes noise(std::size_t size, std::uint64_t seed = 1);
