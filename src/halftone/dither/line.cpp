@@ -99,7 +99,8 @@ void dither_plane_line(const plane_line& line) {
     *out++ = u8(packed);
   };
 
-  // Bytes go straight to the end of the matrix' row, or, where rows end with bytes, over all of the line.
+  // Bytes run straight to the end of the matrix' row, or, where rows end with a byte of several pixels, on through the
+  // line. Between straight runs stands the one byte that reaches into the next repeat.
   const bool whole_bytes = pixels_per_byte > 1 && width % pixels_per_byte == 0 && column % pixels_per_byte == 0;
   for (u32 left = line.pixels / pixels_per_byte; left != 0;) {
     const u32 straight = whole_bytes ? left : std::min(left, (width - column) / pixels_per_byte);
