@@ -72,10 +72,9 @@ void plot_spectra(const std::vector<choice_report>& reports, const report_option
   chart_axis frequency{"cycles per pixel", 0, 0.71, {}}, power{"dB", -50, 20, {{-40, "-40"}, {-20, "-20"}, {0, "0"}}};
   for (int i = 0; i <= 7; ++i) frequency.ticks.push_back({i / 10.0, formatted("%g", i / 10.0)});
   for (const choice_report& r : reports) {
-    const double low = low_power(r.power, share);
-    chart plot = sheet.add(
-        r.choice.name, low > 0 ? formatted("low frequencies %.0f dB", std::round(decibels(low)) + 0.0) /* no -0 */ : "",
-        frequency, power);
+    const double low = low_power(r.power, share), rounded = std::round(decibels(low)) + 0.0;  // no -0
+    chart plot =
+        sheet.add(r.choice.name, low > 0 ? formatted("low frequencies %.0f dB", rounded) : "", frequency, power);
     plot.shade({0, 0}, {principal / 2, power.to}, bad);
     plot.draw_axes();
     plot.plot({{principal, power.from}, {principal, power.to}}, mark, 1);
