@@ -5,7 +5,7 @@
 #include <random>
 
 #include "bench/common.h"
-#include "kit/photograph.h"
+#include "pictures/photograph.h"
 
 namespace vrk::bench {
 namespace {
@@ -67,7 +67,7 @@ const picture& photographic() {
   static const picture p = [] {
     picture made{"photo", line_width, line_count, {}, {}};
     // Every tenth line of a page of these, so that all its regions count.
-    const kit::bytes page = kit::photograph(line_width, line_count * 10);
+    const kit::bytes page = pictures::photograph(line_width, line_count * 10);
     for (unsigned y = 0; y < line_count; ++y) {
       const auto line = page.begin() + std::ptrdiff_t(y) * 10 * 3 * line_width;
       made.rgb8.insert(made.rgb8.end(), line, line + 3 * line_width);

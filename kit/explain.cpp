@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "frame/byte_view.h"
+#include "base/byte_view.h"
+#include "base/tag.h"
 #include "kit/color_table.h"
 #include "kit/planes.h"
 

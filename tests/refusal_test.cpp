@@ -3,8 +3,8 @@
 // curve_test.cpp.
 #include "kit/explain.h"
 #include "kit/presets.h"
-#include "tests/csc_reference.h"
-#include "tests/ed_job.h"
+#include "tests/csc/csc_reference.h"
+#include "tests/halftone/ed_job.h"
 
 namespace {
 

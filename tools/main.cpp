@@ -4,7 +4,7 @@
 #include <exception>
 
 #include "tools/commands.h"
-#include "tools/user_error.h"
+#include "tools/pipeline/user_error.h"
 
 int main(int argc, char** argv) {
   CLI::App app("vrk: prints pictures through the colour library, and shows the dots", "vrk");

@@ -3,7 +3,7 @@
 
 #include "csc/tetra.h"
 #ifdef __SSE2__
-#include "csc/lanes.h"
+#include "csc/tetra_sse2.h"
 #else  // other processors interpolate all grids as it is defined
 namespace vrk {
 template <csc_widths W, u32 stored>

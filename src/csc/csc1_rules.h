@@ -1,7 +1,8 @@
 // The first converter's fixed rules.
 #pragma once
 
-#include "csc/csc1.h"
+#include "base/flags.h"
+#include "csc/csc1_handle.h"
 #include "csc/pixel.h"
 
 namespace vrk {
@@ -31,7 +32,7 @@ constexpr u32 solid_value(u32 v) {
 template <csc_widths W, csc1_rule rule>
 void csc1_mono_kernel(const csc1_handle& h, const u8* src, const u8* mask, u32 pixel_count, u8* dst) {
   const rgb_reader<W> read(h.layout);
-  const u32 flip = h.flags & flag_invert ? W.full() : 0;  // v ^ full is full - v
+  const u32 flip = has(h.flags, VRK_INVERT) ? W.full() : 0;  // v ^ full is full - v
   for (u32 p = 0; p < pixel_count; ++p, src += read.bytes(), dst += sizeof(sample_of<W.out>)) {
     const rgb_pixel<W> in = read(src);
     const u32 r = to_working<W>(in.r), g = to_working<W>(in.g), b = to_working<W>(in.b);

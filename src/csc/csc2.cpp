@@ -1,6 +1,10 @@
-#include "csc/csc2.h"
+#include "base/carver.h"
 
-#include "csc/curve.h"
+#include "base/flags.h"
+#include "base/tag.h"
+#include "csc/csc2_handle.h"
+
+#include "csc/level_curve.h"
 #include "vrk.h"
 
 namespace vrk {
@@ -17,49 +21,49 @@ struct csc2_plan {
   u32 size;        // of the handle in bytes
 };
 
-check csc2_check_grid(byte_view& image, csc2_plan& plan) {
-  if (image.be32(4) > version_001z) return check::too_new;
-  const check header = check_grid_header(image, csc2_formats, delta10, plan.grid);
-  if (header == check::ok) {
-    plan.size = size_or_0(csc2_grid_bytes(plan.grid.n, plan.grid.format->stored, plan.flags & flag_prec12));
+bool csc2_check_grid(byte_view& image, csc2_plan& plan) {
+  if (image.be32(4) > version_001z) return false;
+  const bool header = check_grid_header(image, csc2_formats, delta10, plan.grid);
+  if (header) {
+    plan.size = size_or_0(csc2_grid_bytes(plan.grid.n, plan.grid.format->stored, has(plan.flags, VRK_PREC12)));
   }
   return header;
 }
 
-check csc2_check_curve(const byte_view& image, csc2_plan& plan) {
+bool csc2_check_curve(const byte_view& image, csc2_plan& plan) {
   plan.curve = true;
   plan.size = csc2_curve_bytes(plan.flags);
-  if (image.size() <= 12) return check::malformed;
+  if (image.size() <= 12) return false;
   return curve_image(image.at(0), image.size()).check_header(version_001z, 1);
 }
 
-check csc2_check_table(byte_view& image, u8 input_samples, u32 flags, csc2_plan& plan) {
+bool csc2_check_table(byte_view& image, u8 input_samples, u32 flags, csc2_plan& plan) {
   const u32 magic = image.be32(0);
   plan = {};
   plan.flags = flags;
   plan.gray = input_samples == 1;
   if (magic == tag("csc2")) {
-    return input_samples == 1 || input_samples == 3 ? csc2_check_grid(image, plan) : check::unusable_argument;
+    return input_samples == 1 || input_samples == 3 ? csc2_check_grid(image, plan) : false;
   }
-  if (magic == tag("1dlt")) return input_samples == 1 ? csc2_check_curve(image, plan) : check::unusable_argument;
-  return check::wrong_magic;
+  if (magic == tag("1dlt")) return input_samples == 1 ? csc2_check_curve(image, plan) : false;
+  return false;
 }
 
-check csc2_build(const csc2_plan& plan, byte_view& image, carver& block) {
+bool csc2_build(const csc2_plan& plan, byte_view& image, carver& block) {
   csc2_handle* const h = block.record<csc2_handle>(csc2_record_bytes);
-  if (h == nullptr) return check::malformed;
+  if (h == nullptr) return false;
   h->flags = plan.flags;
   if (plan.curve) {
-    if (!image.holds(0, curve_image::bytes(1))) return check::malformed;
+    if (!image.holds(0, curve_image::bytes(1))) return false;
     h->curve = build_curve_table(curve_image(image.at(0), image.size()), plan.flags, block);
     h->kernel = csc2_select_curve_kernel(plan.flags);
-    return h->curve ? check::ok : check::malformed;
+    return bool(h->curve);
   }
-  const check built = build_grid(plan.grid, image, plan.flags, block, h->grid);
-  if (built != check::ok) return built;
+  const bool built = build_grid(plan.grid, image, plan.flags, block, h->grid);
+  if (!built) return built;
   build_white_output(h->grid, *plan.grid.format, plan.flags, h->white_out);
   h->kernel = csc2_select_kernel(plan.grid.format->stored, plan.gray, plan.flags, h->grid.bounded);
-  return check::ok;
+  return true;
 }
 
 }  // namespace
@@ -73,19 +77,18 @@ uint32_t VRK_CALL vrk_create_csc2(uint32_t table_size, const void* table, uint32
                                   void* mem) {
   byte_view image(table, table_size);
   csc2_plan plan;
-  if (csc2_check_table(image, u8(input_samples), csc_adjust_flags(flags), plan) != check::ok) return 0;
+  if (!csc2_check_table(image, u8(input_samples), csc_adjust_flags(flags), plan)) return 0;
   if (mem == nullptr) return plan.size;
-  if (!is_aligned(mem)) return 0;
   carver block(mem, plan.size);
-  return csc2_build(plan, image, block) == check::ok ? plan.size : 0;
+  return csc2_build(plan, image, block) ? plan.size : 0;
 }
 
-uint32_t VRK_CALL vrk_query_csc2_hint(const void* handle) { return static_cast<const csc2_handle*>(handle)->flags; }
+uint32_t VRK_CALL vrk_query_csc2_hint(const void* handle) { return record_of<csc2_handle>(handle).flags; }
 
-void VRK_CALL vrk_set_csc2_rgb(void* handle, uint32_t layout) { static_cast<csc2_handle*>(handle)->layout = layout; }
+void VRK_CALL vrk_set_csc2_rgb(void* handle, uint32_t layout) { record_of<csc2_handle>(handle).layout = layout; }
 
 uint32_t VRK_CALL vrk_xform_csc2(void* handle, const void* src, uint32_t pixel_count, void* dst) {
-  const csc2_handle& h = *static_cast<const csc2_handle*>(handle);
+  const csc2_handle& h = record_of<csc2_handle>(handle);
   csc2_kernel_of(h)(h, static_cast<const u8*>(src), pixel_count, static_cast<u8*>(dst));
   return 1;
 }

@@ -1,8 +1,9 @@
 #include <array>
 #include <utility>
 
+#include "base/flags.h"
 #include "csc/convert.h"
-#include "csc/csc2.h"
+#include "csc/csc2_handle.h"
 
 namespace vrk {
 namespace {
@@ -54,7 +55,7 @@ u32 csc2_select_kernel(u32 inks, bool gray, u32 flags, bool bounded) {
 }
 
 u32 csc2_select_curve_kernel(u32 flags) {
-  return curve_row + (flags & flag_in16 ? 2 : 0) + (flags & flag_out16 ? 1 : 0);
+  return curve_row + (has(flags, VRK_IN16) ? 2 : 0) + (has(flags, VRK_OUT16) ? 1 : 0);
 }
 
 csc2_kernel* csc2_kernel_of(const csc2_handle& h) {

@@ -1,5 +1,7 @@
 #include "csc/grid.h"
 
+#include "base/flags.h"
+
 namespace vrk {
 namespace {
 
@@ -40,7 +42,7 @@ bool is_bounded(std::span<const sample_of<work>> axis, std::span<const u32> reci
 }
 
 template <int work>
-check build(const grid_plan& plan, byte_view& image, carver& block, color_grid& grid) {
+bool build(const grid_plan& plan, byte_view& image, carver& block, color_grid& grid) {
   using sample = sample_of<work>;
   constexpr u32 levels = 1u << work;
   const u64 n = plan.n, points = n * n * n;
@@ -52,7 +54,7 @@ check build(const grid_plan& plan, byte_view& image, carver& block, color_grid& 
   const std::span<sample> grid_samples = block.section<sample>(plan.format->stored * points);
   for (auto& section : index) section = block.section<u8>(levels);
   for (auto& section : recip) section = block.section<u32>(n - 1);
-  if (!block.ok() || !image.take(header_bytes, 3 * 2 * n)) return check::malformed;
+  if (!block.ok() || !image.take(header_bytes, 3 * 2 * n)) return false;
 
   grid.grid_points = plan.n;
   grid.points = reinterpret_cast<u8*>(grid_samples.data());
@@ -60,7 +62,7 @@ check build(const grid_plan& plan, byte_view& image, carver& block, color_grid& 
   for (u32 a = 0; a < 3; ++a) {
     const u8* const positions = image.at(header_bytes + a * 2 * n);
     for (u32 i = 0; i < n; ++i) axis[a][i] = sample(load_be16(positions + 2 * i) >> (16 - work));
-    if (!check_axis_increasing<sample>(axis[a])) return check::wrong_magic;
+    if (!check_axis_increasing<sample>(axis[a])) return false;
     build_index_table<sample>(axis[a], index[a]);
     build_reciprocal_table<work>(axis[a], recip[a]);
     if (!is_bounded<work>(axis[a], recip[a])) grid.bounded = 0;
@@ -70,14 +72,14 @@ check build(const grid_plan& plan, byte_view& image, carver& block, color_grid& 
   }
   const bool decoded =
       decode_grid(image, header_bytes + 6 * n, *plan.encoding, *plan.format, points, work == 12, grid.points.get());
-  return decoded ? check::ok : check::malformed;
+  return decoded;
 }
 
 }  // namespace
 
-check check_grid_header(byte_view& image, std::span<const grid_format> formats, u8 delta, grid_plan& plan) {
+bool check_grid_header(byte_view& image, std::span<const grid_format> formats, u8 delta, grid_plan& plan) {
   const u8 in_channels = image.byte(8), out_channels = image.byte(9), n = image.byte(10), code = image.byte(11);
-  if (image.size() <= header_bytes || in_channels != 3 || n < 2) return check::malformed;
+  if (image.size() <= header_bytes || in_channels != 3 || n < 2) return false;
   plan = {n, nullptr, nullptr};
   for (const grid_format& format : formats) {
     if (format.channels == out_channels) plan.format = &format;
@@ -85,19 +87,19 @@ check check_grid_header(byte_view& image, std::span<const grid_format> formats, 
   for (const grid_encoding& encoding : grid_encodings) {
     if (encoding.code == code && (!encoding.delta || code == delta)) plan.encoding = &encoding;
   }
-  return plan.format != nullptr && plan.encoding != nullptr ? check::ok : check::malformed;
+  return plan.format != nullptr && plan.encoding != nullptr;
 }
 
-check build_grid(const grid_plan& plan, byte_view& image, u32 flags, carver& block, color_grid& grid) {
-  return flags & flag_prec12 ? build<12>(plan, image, block, grid) : build<8>(plan, image, block, grid);
+bool build_grid(const grid_plan& plan, byte_view& image, u32 flags, carver& block, color_grid& grid) {
+  return has(flags, VRK_PREC12) ? build<12>(plan, image, block, grid) : build<8>(plan, image, block, grid);
 }
 
 void build_white_output(const color_grid& grid, const grid_format& format, u32 flags, u16* white) {
   const u32 n = grid.grid_points, last = (n * n * n - 1) * format.stored;
   for (u32 c = 0; c < format.channels; ++c) {
-    if (flags & flag_prec12) {
+    if (has(flags, VRK_PREC12)) {
       const u16 value = load_sample<u16>(grid.points.get() + 2 * (last + c));
-      white[c] = flags & flag_out16 ? widen_12_to_16(value) : u16(value >> 4);
+      white[c] = has(flags, VRK_OUT16) ? widen_12_to_16(value) : u16(value >> 4);
     } else {
       white[c] = grid.points[last + c];
     }

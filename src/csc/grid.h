@@ -2,11 +2,11 @@
 // and the grid points.
 #pragma once
 
-#include "csc/decode.h"
+#include "base/byte_view.h"
+#include "base/carver.h"
+#include "base/ref.h"
+#include "csc/decode_grid.h"
 #include "csc/widths.h"
-#include "frame/byte_view.h"
-#include "frame/carver.h"
-#include "frame/ref.h"
 
 namespace vrk {
 
@@ -64,10 +64,10 @@ constexpr u64 grid_section_bytes(u64 n, u64 stored_samples, bool prec12) {
 
 // Reads the header from offset 8 on (channel counts, N, encoding). `formats` are the channel counts that this kind of
 // table may have, `delta` is the code of its delta encoding.
-check check_grid_header(byte_view& image, std::span<const grid_format> formats, u8 delta, grid_plan& plan);
+bool check_grid_header(byte_view& image, std::span<const grid_format> formats, u8 delta, grid_plan& plan);
 
 // Takes the ten sections and fills them from the table's body, which begins at offset 12. `flags` as adjusted.
-check build_grid(const grid_plan& plan, byte_view& image, u32 flags, carver& block, color_grid& grid);
+bool build_grid(const grid_plan& plan, byte_view& image, u32 flags, carver& block, color_grid& grid);
 
 // The output for full scale in all three samples: the highest grid point, at output width.
 void build_white_output(const color_grid& grid, const grid_format& format, u32 flags, u16* white);

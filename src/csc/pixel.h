@@ -3,8 +3,8 @@
 
 #include <span>
 
+#include "base/pixel_layout.h"
 #include "csc/widths.h"
-#include "frame/pixel_layout.h"
 
 namespace vrk {
 

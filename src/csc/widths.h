@@ -3,7 +3,8 @@
 
 #include <type_traits>
 
-#include "frame/samples.h"
+#include "base/flags.h"
+#include "base/samples.h"
 
 namespace vrk {
 
@@ -25,15 +26,15 @@ using sample_of = std::conditional_t<bits == 8, u8, u16>;
 
 // 16-bit samples need the higher precision; bit 5 means nothing to a converter.
 constexpr u32 csc_adjust_flags(u32 flags) {
-  const bool wide = (flags & (flag_in16 | flag_out16)) != 0;
-  return (flags & ~flag_compose) | (wide ? flag_prec12 : 0);
+  const bool wide = has(flags, VRK_IN16 | VRK_OUT16);
+  return (flags & ~VRK_COMPOSE) | (wide ? VRK_PREC12 : 0);
 }
 
 // The row of `csc_width_rows` for adjusted flags.
 constexpr u32 csc_width_row(u32 flags) {
-  if (flags & flag_in16) return flags & flag_out16 ? 3 : 4;
-  if (flags & flag_out16) return 2;
-  return flags & flag_prec12 ? 1 : 0;
+  if (has(flags, VRK_IN16)) return has(flags, VRK_OUT16) ? 3 : 4;
+  if (has(flags, VRK_OUT16)) return 2;
+  return has(flags, VRK_PREC12) ? 1 : 0;
 }
 
 template <csc_widths W>

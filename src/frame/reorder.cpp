@@ -1,6 +1,7 @@
 #include <bit>
 
-#include "frame/samples.h"
+#include "base/flags.h"
+#include "base/samples.h"
 #include "vrk.h"
 
 namespace {

@@ -1,3 +1,5 @@
+#include "base/flags.h"
+
 #include "vrk.h"
 
 extern "C" {

@@ -1,7 +1,7 @@
 // Packing a line of levels.
 #pragma once
 
-#include "frame/types.h"
+#include "base/integers.h"
 
 namespace vrk {
 

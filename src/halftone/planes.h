@@ -5,7 +5,7 @@
 #include <array>
 #include <span>
 
-#include "frame/types.h"
+#include "base/integers.h"
 
 namespace vrk {
 

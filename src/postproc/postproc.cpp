@@ -1,6 +1,9 @@
+#include "base/carver.h"
+
+#include "base/flags.h"
 #include "vrk.h"
 
-#include "postproc/setup.h"
+#include "postproc/postproc_setup.h"
 
 extern "C" {
 
@@ -21,17 +24,14 @@ uint32_t VRK_CALL vrk_create_postproc(uint32_t planes, uint32_t main_on, const v
                                    {sixth_on, sixth_table}}},
                                  flags};
   postproc_plan plan;
-  if (postproc_check(request, plan) != check::ok) return 0;
+  if (!postproc_check(request, plan)) return 0;
   const u64 size = postproc_handle_size(request, plan);
   if (mem == nullptr || size == 0) return u32(size);
-  if (!is_aligned(mem)) return 0;
   carver block(mem, size);
-  return postproc_build(request, plan, block) == check::ok ? u32(block.used()) : 0;
+  return postproc_build(request, plan, block) ? u32(block.used()) : 0;
 }
 
-uint32_t VRK_CALL vrk_query_postproc_hint(const void* handle) {
-  return static_cast<const postproc_handle*>(handle)->flags;
-}
+uint32_t VRK_CALL vrk_query_postproc_hint(const void* handle) { return record_of<postproc_handle>(handle).flags; }
 
 void VRK_CALL vrk_free_postproc(void*) {}
 

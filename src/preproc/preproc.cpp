@@ -1,7 +1,9 @@
 // The first pre-processor: balance by three steps, lift, contrast, curves.
 #include <algorithm>
 
-#include "preproc/transform.h"
+#include "base/carver.h"
+#include "base/flags.h"
+#include "preproc/preproc_kernels.h"
 #include "vrk.h"
 
 namespace {
@@ -32,17 +34,15 @@ uint32_t VRK_CALL vrk_create_preproc(const int16_t* balance, uint32_t lift, uint
   return preproc_create(request, mem);
 }
 
-uint32_t VRK_CALL vrk_query_preproc_hint(const void* handle) {
-  return static_cast<const preproc_handle*>(handle)->flags;
-}
+uint32_t VRK_CALL vrk_query_preproc_hint(const void* handle) { return record_of<preproc_handle>(handle).flags; }
 
 void VRK_CALL vrk_set_preproc_rgb(void* handle, uint32_t layout) {
-  static_cast<preproc_handle*>(handle)->layout = u8(layout);
+  record_of<preproc_handle>(handle).layout = u8(layout);
 }
 
 uint32_t VRK_CALL vrk_xform_preproc(void* handle, const void* src, const uint8_t* mask, uint32_t pixel_count,
                                     void* dst) {
-  return preproc_transform(*static_cast<const preproc_handle*>(handle), static_cast<const u8*>(src), mask, pixel_count,
+  return preproc_transform(record_of<preproc_handle>(handle), static_cast<const u8*>(src), mask, pixel_count,
                            static_cast<u8*>(dst));
 }
 

@@ -1,7 +1,8 @@
 // The second pre-processor: as the first, with a two-dimensional balance control and no lift.
 #include <algorithm>
 
-#include "preproc/transform.h"
+#include "base/flags.h"
+#include "preproc/preproc_kernels.h"
 #include "vrk.h"
 
 namespace {

@@ -1,5 +1,8 @@
-#include "halftone/dither/line.h"
-#include "halftone/dither/setup.h"
+#include "base/carver.h"
+
+#include "base/flags.h"
+#include "halftone/dither/dither_kernels.h"
+#include "halftone/dither/dither_setup.h"
 #include "vrk.h"
 
 namespace {
@@ -18,19 +21,18 @@ uint32_t VRK_CALL vrk_create_dither(uint32_t line_width, uint32_t table_size, co
                                     void* mem) {
   byte_view image(table, table_size);
   dither_plan plan;
-  if (dither_check_table(image, dither_adjust_flags(flags), plan) != check::ok) return 0;
+  if (!dither_check_table(image, dither_adjust_flags(flags), plan)) return 0;
   const u64 size = dither_handle_size(plan);
   if (mem == nullptr) return size_or_0(size);
-  if (!is_aligned(mem)) return 0;
   carver block(mem, size);
-  return dither_build(plan, line_width, image, block) == check::ok ? u32(block.used()) : 0;
+  return dither_build(plan, line_width, image, block) ? u32(block.used()) : 0;
 }
 
-uint32_t VRK_CALL vrk_query_dither_hint(const void* handle) { return static_cast<const dither_handle*>(handle)->flags; }
+uint32_t VRK_CALL vrk_query_dither_hint(const void* handle) { return record_of<dither_handle>(handle).flags; }
 
 uint32_t VRK_CALL vrk_query_dither_info(const void* handle, vrk_ht_info* info) {
   if (handle == nullptr || info == nullptr) return 0;
-  const auto& h = *static_cast<const dither_handle*>(handle);
+  const auto& h = record_of<dither_handle>(handle);
   *info = {};
   info->method = ordered_dither_method;
   info->plane_count = u8(h.plane_count);
@@ -47,12 +49,12 @@ uint32_t VRK_CALL vrk_query_dither_info(const void* handle, vrk_ht_info* info) {
 }
 
 void VRK_CALL vrk_query_dither_bitlen(const void* handle, uint8_t* bits) {
-  const auto& h = *static_cast<const dither_handle*>(handle);
+  const auto& h = record_of<dither_handle>(handle);
   for (u32 r = 0; r < plane_slots; ++r) bits[r] = in_record_order(h, r).bits;
 }
 
 uint32_t VRK_CALL vrk_start_dither_block(void* handle, uint32_t block_width, uint32_t block_x, uint32_t line) {
-  auto& h = *static_cast<dither_handle*>(handle);
+  auto& h = record_of<dither_handle>(handle);
   h.block_width = block_width;
   h.block_x = block_x;
   h.line_counter = line;
@@ -61,13 +63,13 @@ uint32_t VRK_CALL vrk_start_dither_block(void* handle, uint32_t block_width, uin
 
 uint32_t VRK_CALL vrk_exec_dither(void* handle, const void* src, uint8_t* out_k, uint8_t* out_c, uint8_t* out_m,
                                   uint8_t* out_y, uint8_t* out_5, uint8_t* out_6) {
-  dither_line(*static_cast<dither_handle*>(handle), static_cast<const u8*>(src),
+  dither_line(record_of<dither_handle>(handle), static_cast<const u8*>(src),
               {out_k, out_c, out_m, out_y, out_5, out_6});
   return 1;
 }
 
 uint32_t VRK_CALL vrk_exec_ditherx(void* handle, const void* src, uint8_t* const* planes) {
-  auto& h = *static_cast<dither_handle*>(handle);
+  auto& h = record_of<dither_handle>(handle);
   dither_outputs out{};
   std::copy_n(planes, h.plane_count, out.begin());
   dither_line(h, static_cast<const u8*>(src), out);

@@ -1,7 +1,7 @@
 // Levels become codes: what is written for a level, where that is not the level's number.
 #pragma once
 
-#include "frame/types.h"
+#include "base/integers.h"
 
 namespace vrk {
 

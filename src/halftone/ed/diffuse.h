@@ -5,8 +5,8 @@
 #include <cstring>
 #include <utility>
 
-#include "frame/samples.h"
-#include "halftone/ed/handle.h"
+#include "base/samples.h"
+#include "halftone/ed/ed_handle.h"
 
 namespace vrk {
 
@@ -46,7 +46,7 @@ inline void settle(pending_errors pending, i16* next, i16* below_next, std::ptrd
 
 // Turns the line's samples into levels. `step`: +1 left to right, -1 right to left.
 template <ed_widths W, int planes, int step>
-void diffuse_line(const ed_handle& h, const u8* src) {
+void diffuse_line(ed_handle& h, const u8* src) {
   using offset = std::ptrdiff_t;
   const offset width = h.block_width;
   const offset first = step > 0 ? 0 : width - 1;

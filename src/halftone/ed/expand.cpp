@@ -7,7 +7,7 @@ namespace vrk {
 namespace {
 
 // The cell of every pixel of a plane, into the cell line.
-void look_up_cells(const ed_handle& h, u32 plane, const u8* levels) {
+void look_up_cells(ed_handle& h, u32 plane, const u8* levels) {
   const tile& pattern = h.header.pattern;
   const u32 cells = pattern.cells(), width = h.block_width;
   const u16* const row = h.cells[plane].get() + pattern.row_of(h.line_counter) * pattern.width;
@@ -18,7 +18,7 @@ void look_up_cells(const ed_handle& h, u32 plane, const u8* levels) {
 
 }  // namespace
 
-void expand_planes(const ed_handle& h, u8* const* out) {
+void expand_planes(ed_handle& h, u8* const* out) {
   const u32 width = h.block_width;
   const u16* const cell = h.cell_line.get();
   for (u32 p = 0; p < h.planes; ++p) {

@@ -1,7 +1,7 @@
 // The library's pseudo-random generator, the one piece of state outside the handles.
 #pragma once
 
-#include "frame/types.h"
+#include "base/integers.h"
 
 namespace vrk {
 

@@ -1,0 +1,26 @@
+// A picture with the statistics of a photograph, computed instead of shipped: soft sky, haze, foliage, water, grain.
+#pragma once
+
+#include "kit/bytes.h"
+
+namespace vrk::pictures {
+
+struct rgb_color {
+  double r, g, b;  // sRGB-coded, 0 ... 1
+};
+
+// Colour of the scene at u (0 left ... aspect right), v (0 top ... 1 bottom). The scene fills any aspect from 1 to 2.
+rgb_color photograph_at(double u, double v, double aspect);
+
+// The whole picture: width * height pixels of R, G, B bytes, row by row. The same bytes on every run.
+kit::bytes photograph(unsigned width, unsigned height);
+
+// Per-pixel grain of a camera: -1 ... 1, a fixed function of the pixel's position.
+double film_grain(unsigned x, unsigned y);
+
+// The coded value as a byte.
+inline std::uint8_t to_byte(double coded) {
+  return coded <= 0 ? std::uint8_t{0} : coded >= 1 ? std::uint8_t{255} : std::uint8_t(coded * 255 + 0.5);
+}
+
+}  // namespace vrk::pictures

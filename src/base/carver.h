@@ -1,0 +1,88 @@
+// The one way to take memory from a handle, and to find a handle's record again.
+#pragma once
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <span>
+
+#include "base/integers.h"
+
+namespace vrk {
+
+constexpr u32 section_alignment = 32;  // tables begin on 32-byte boundaries of the address itself
+constexpr u32 section_slack = 31;      // what one such boundary can cost
+
+// A size in bytes for the caller: 0, the result that means failure, where 32 bits cannot tell it.
+constexpr u32 size_or_0(u64 bytes) { return bytes <= 0xFFFFFFFFu ? u32(bytes) : 0; }
+
+// Bytes from an address up to the next multiple of `alignment`.
+inline std::size_t gap_to(const void* at, std::size_t alignment) {
+  return std::size_t(0 - reinterpret_cast<std::uintptr_t>(at)) % alignment;
+}
+
+// Memory for a handle may lie at any address: its record stands at the first aligned one.
+constexpr u32 record_slack = 3;
+
+// The record of a handle, which is what callers know their memory by.
+template <class T>
+const T& record_of(const void* handle) {
+  static_assert(alignof(T) <= record_slack + 1);
+  return *reinterpret_cast<const T*>(static_cast<const u8*>(handle) + gap_to(handle, alignof(T)));
+}
+template <class T>
+T& record_of(void* handle) {
+  return const_cast<T&>(record_of<T>(static_cast<const void*>(handle)));
+}
+
+// Hands out typed pieces of the caller's block from its start upward and counts what was used. A piece that does not
+// fit comes back empty and marks the carver; nothing outside the block is ever handed out. The block is cleared first,
+// gaps included, so that the same tables give the same bytes whatever the memory held before.
+class carver {
+ public:
+  carver(void* mem, u64 size) : base_(static_cast<u8*>(mem)), size_(size) { std::memset(mem, 0, std::size_t(size)); }
+
+  // The handle record, where record_of finds it: constructed (all fields as their initialisers say).
+  // counted_bytes: what the size rule counts for it and its alignment; the next piece follows behind them.
+  template <class T>
+  T* record(u64 counted_bytes = sizeof(T)) {
+    const u64 gap = gap_to(base_, alignof(T));
+    u8* const at = reserve(std::max(counted_bytes, gap + sizeof(T)), 1);
+    return at == nullptr ? nullptr : new (at + gap) T{};
+  }
+
+  // `count` entries at the next address that T needs.
+  template <class T>
+  std::span<T> take(u64 count, std::size_t alignment = alignof(T)) {
+    u8* const at = reserve(count * sizeof(T), alignment);
+    return at == nullptr ? std::span<T>{} : std::span<T>(reinterpret_cast<T*>(at), std::size_t(count));
+  }
+
+  // `count` entries at the next 32-byte boundary.
+  template <class T>
+  std::span<T> section(u64 count) {
+    return take<T>(count, section_alignment);
+  }
+
+  u64 used() const { return used_; }
+  bool ok() const { return ok_; }
+
+ private:
+  u8* reserve(u64 bytes, std::size_t alignment) {
+    const u64 gap = gap_to(base_ + used_, alignment);
+    if (!ok_ || gap > size_ - used_ || bytes > size_ - used_ - gap) {
+      ok_ = false;
+      return nullptr;
+    }
+    u8* const at = base_ + used_ + gap;
+    used_ += gap + bytes;
+    return at;
+  }
+
+  u8* base_;
+  u64 size_;
+  u64 used_ = 0;
+  bool ok_ = true;
+};
+
+}  // namespace vrk

@@ -1,0 +1,41 @@
+// The dither handle: what set-up builds and the kernels read.
+#pragma once
+
+#include <array>
+
+#include "base/carver.h"
+#include "base/flags.h"
+#include "base/ref.h"
+#include "base/samples.h"
+#include "halftone/planes.h"
+
+namespace vrk {
+
+// M: the largest input level, of bytes or of the top ten bits of 16-bit samples.
+constexpr u32 dither_top_level(u32 flags) { return has(flags, VRK_IN16) ? 1023 : 255; }
+
+struct dither_plane {
+  ref<u16> level_values;     // N input levels at which the output levels begin; none of these in an absent plane
+  ref<u16> matrix;           // width * height values, row by row
+  ref<ref<u16>> thresholds;  // N - 1 tables in matrix order: a sample above its entry gets the interval's upper level
+  ref<u8> level_lut;         // M + 1 entries: the interval 0 ... N - 2 of an input level
+  u8 width, height;          // of the matrix
+  u8 level_count;            // N; 0: absent
+  u8 bits;                   // per output pixel
+  u8 packing;                // row of dither_packings
+};
+
+struct dither_handle {
+  u32 flags;                                    // as kept: with bit 0x10
+  std::array<dither_plane, plane_slots> plane;  // table order
+  u32 plane_count;                              // 1, 4 or 6
+  u32 line_width;                               // pixels
+  u32 block_width, block_x;                     // pixels; of the current block
+  u32 line_counter;                             // number of the scanline that comes next
+};
+
+// The size rule counts 972 bytes for the record and for the gaps before the four arrays of every plane.
+constexpr u32 dither_fixed_bytes = 972;
+static_assert(sizeof(dither_handle) + record_slack + 4 * plane_slots * section_slack <= dither_fixed_bytes);
+
+}  // namespace vrk

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "base/carver.h"
+#include "halftone/ed/ed_handle.h"
+
+namespace vrk {
+
+// Builds the handle of a plan in its block.
+bool ed_build(const ed_plan& plan, byte_view params, byte_view spread, carver& block);
+
+}  // namespace vrk

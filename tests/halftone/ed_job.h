@@ -1,0 +1,114 @@
+// Error diffusion jobs for the tests: tables at random, and the library driven line by line between guard bytes.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "tests/guard.h"
+#include "tests/halftone/ed_reference.h"
+
+namespace vrk::test {
+
+// What random tables are like. Few levels: such as have codes of their own. Wild: values, thresholds, amounts and row
+// counts that lead outside every table.
+struct ed_traits {
+  std::size_t planes = 4;  // 1, 4 or 6
+  bool few_levels = false, wild = false, extended = false, same_scale = false;
+};
+
+inline ed_tables random_ed_tables(const ed_traits& traits, std::mt19937& random) {
+  const auto below = [&](unsigned n) { return unsigned(random() % n); };
+  const auto fill = [&](auto& list, std::size_t count, unsigned n) {
+    list.resize(count);
+    for (auto& value : list) value = std::remove_reference_t<decltype(value)>(below(n));
+  };
+  ed_tables tables;
+  kit::edpr_table& t = tables.params;
+  t.version = traits.extended ? "0020" : "0010";
+  for (unsigned* size : {&t.matrix_width, &t.matrix_height, &t.pattern_width, &t.pattern_height}) *size = 1 + below(5);
+  for (unsigned* shift : {&t.matrix_column_shift, &t.matrix_row_shift}) *shift = below(7);
+  for (unsigned* shift : {&t.pattern_column_shift, &t.pattern_row_shift}) *shift = below(7);
+  const unsigned same_x = 1u << below(3), same_y = 1 + below(4);
+  for (std::size_t p = 0; p < traits.planes; ++p) {
+    kit::ed_plane& plane = t.planes[kit::table_position[p]];
+    plane.bits = std::vector{1u, 2u, 4u, 3u}[below(4)];
+    if (traits.few_levels) plane.bits = 1u << (1 + below(2));
+    const unsigned most = plane.bits == 3 ? 255 : 1u << plane.bits, top = traits.wild ? 65536 : 1024;
+    const unsigned levels = traits.few_levels ? 2 + below(plane.bits == 4 ? 6 : 3) : 1 + below(most);
+    fill(plane.level_values, levels, top);
+    fill(plane.thresholds, levels - 1, top);
+    if (!traits.wild) std::ranges::sort(plane.level_values), std::ranges::sort(plane.thresholds);
+    fill(plane.modulation, t.matrix_width * t.matrix_height, 256);
+    plane.scale_x = traits.same_scale ? same_x : 1u << below(3);
+    plane.scale_y = traits.same_scale ? same_y : 1 + below(4);
+    plane.patterns.resize(levels);
+    for (auto& cells : plane.patterns) fill(cells, t.pattern_width * t.pattern_height, 65536);
+  }
+  tables.spread.rows.resize(traits.wild ? 1 + below(1400) : 511);
+  for (std::size_t row = 0; row < tables.spread.rows.size(); ++row) {
+    kit::edtb_row& amounts = tables.spread.rows[row];
+    for (i16& amount : amounts) amount = i16(below(65536));
+    if (traits.wild) continue;
+    int rest = int(row) - 255;
+    for (std::size_t i = 0; i < 4; ++i) rest -= amounts[i] = i16(rest * int(below(100)) / 100);
+    amounts[4] = i16(rest);
+  }
+  return tables;
+}
+
+inline samples random_samples(std::size_t count, unsigned flags, std::mt19937& random) {
+  samples values(count);
+  for (u16& s : values) s = u16(random() % 3 == 0 ? 0 : random() % ((flags & VRK_IN16) ? 65536 : 256));
+  return values;
+}
+
+// A handle of the library. Its memory, and every line that it writes, is fenced and lies `offset` past a boundary.
+class ed_library {
+ public:
+  ed_library(const ed_tables& tables, unsigned width, unsigned flags, std::size_t offset = 0)
+      : offset_(offset), flags_(flags), mem_(create(tables, width, flags, nullptr), offset, u8(offset)) {
+    used_ = create(tables, width, flags, mem_.data());
+    EXPECT_TRUE(used_ != 0 && used_ <= mem_.contents().size() && mem_.fences_intact());
+    EXPECT_EQ(vrk_query_ed_info(handle(), &info), 1u);
+  }
+
+  static u32 create(const ed_tables& tables, unsigned width, unsigned flags, void* mem) {
+    const kit::bytes spread = tables.spread.encode(), params = tables.params.encode();
+    return vrk_create_ed(width, u32(spread.size()), spread.data(), u32(params.size()), params.data(), flags, mem);
+  }
+
+  vrk_ht_info info{};
+  void* handle() { return mem_.data(); }
+  std::span<const u8> bytes() const { return mem_.contents().first(used_); }
+  bool start(unsigned block_width, unsigned x, unsigned line) {
+    const bool started = vrk_start_ed_block(handle(), block_width, x, line) == 1;
+    if (started) block_width_ = block_width;
+    return started;
+  }
+  void end() { vrk_end_ed_block(handle()); }
+  void clear() { vrk_clear_ed_buf(handle()); }
+
+  // Through vrk_exec_edx, or through the six arguments of vrk_exec_ed, null for planes that are not produced.
+  lines line(const samples& values, bool through_array) {
+    std::vector<u8> src = packed(values, (flags_ & VRK_IN16) != 0);
+    src.insert(src.begin(), offset_ / 4 % 2, 0);  // to odd addresses
+    guarded_copy page(src);
+    lines as_long;
+    for (std::size_t p = 0; p < info.plane_count; ++p) {
+      const std::size_t bits = info.plane_bits[p] * info.plane_scale[p].scale_x;
+      as_long.insert(as_long.end(), info.plane_scale[p].scale_y, kit::bytes((bits * block_width_ + 7) / 8));
+    }
+    const lines written =
+        fenced_lines(handle(), page.data() + offset_ / 4 % 2, as_long, through_array, vrk_exec_ed, vrk_exec_edx);
+    EXPECT_TRUE(mem_.fences_intact());
+    return written;
+  }
+
+ private:
+  std::size_t offset_, used_ = 0;
+  unsigned flags_, block_width_ = 0;
+  fenced_block mem_;
+};
+
+}  // namespace vrk::test

@@ -1,0 +1,183 @@
+// Pictures that the program reads: every format, whole and cut short.
+#include <gtest/gtest.h>
+#include <jpeglib.h>
+#include <png.h>
+
+#include "tests/samples.h"
+#include "tests/tools/scratch.h"
+#include "tools/image/image_reader.h"
+
+// The PNM library keeps a copy of every message that it reports, and never frees it. Only the leak sanitizer asks this.
+extern "C" const char* __lsan_default_suppressions() { return "leak:libnetpbm"; }
+
+namespace {
+
+using namespace vrk::tool;
+using vrk::test::complaint;
+using vrk::test::samples;
+
+struct image : vrk::test::scratch {};
+
+constexpr unsigned width = 21, height = 13;
+
+// The samples of a whole picture.
+template <class Sample>
+samples drawn(unsigned channels, Sample at) {
+  samples all;
+  for (unsigned y = 0; y < height; ++y) {
+    for (unsigned x = 0; x < width; ++x) {
+      for (unsigned c = 0; c < channels; ++c) all.push_back(std::uint16_t(at(x, y, c)));
+    }
+  }
+  return all;
+}
+
+// The test picture: smooth, in colour, nothing alike in two channels. 0 ... 255.
+unsigned level(unsigned x, unsigned y, unsigned channel) {
+  return (5 * x + 9 * y + 60 * channel) % 220 + 20 * (channel == 2);
+}
+
+// What a file of one byte per sample stores.
+std::string stored(const samples& all) { return {all.begin(), all.end()}; }
+
+// All lines of a file of some depth and type.
+std::string png(const std::string& lines, int depth, int type, int interlace = PNG_INTERLACE_NONE) {
+  std::string file;
+  png_structp to = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+  png_infop info = png_create_info_struct(to);
+  const auto append = [](png_structp from, png_bytep data, std::size_t size) {
+    static_cast<std::string*>(png_get_io_ptr(from))->append(data, data + size);
+  };
+  png_set_write_fn(to, &file, append, nullptr);
+  png_set_IHDR(to, info, width, height, depth, type, interlace, 0, 0);
+  png_color palette[256];
+  for (int i = 0; i < 256; ++i) palette[i] = {png_byte(i), png_byte(255 - i), png_byte(i / 2)};
+  if (type == PNG_COLOR_TYPE_PALETTE) png_set_PLTE(to, info, palette, 256);
+  std::vector<std::uint8_t> bytes(lines.begin(), lines.end());
+  std::vector<png_bytep> rows;
+  for (unsigned y = 0; y < height; ++y) rows.push_back(&bytes[y * bytes.size() / height]);
+  png_set_rows(to, info, rows.data());
+  png_write_png(to, info, PNG_TRANSFORM_IDENTITY, nullptr);
+  png_destroy_write_struct(&to, &info);
+  return file;
+}
+
+std::string jpeg(const std::string& lines, int channels, J_COLOR_SPACE space) {
+  jpeg_error_mgr errors;
+  jpeg_compress_struct to;
+  to.err = jpeg_std_error(&errors);
+  jpeg_create_compress(&to);
+  unsigned char* file = nullptr;
+  unsigned long size = 0;
+  jpeg_mem_dest(&to, &file, &size);
+  to.image_width = width;
+  to.image_height = height;
+  to.input_components = channels;
+  to.in_color_space = space;
+  jpeg_set_defaults(&to);
+  jpeg_set_quality(&to, 100, TRUE);
+  jpeg_start_compress(&to, TRUE);
+  std::vector<JSAMPLE> bytes(lines.begin(), lines.end());
+  for (unsigned y = 0; y < height; ++y) {
+    JSAMPROW line = &bytes[y * bytes.size() / height];
+    jpeg_write_scanlines(&to, &line, 1);
+  }
+  jpeg_finish_compress(&to);
+  jpeg_destroy_compress(&to);
+  const std::string result(file, file + size);
+  std::free(file);
+  return result;
+}
+
+struct picture {
+  const char* name;
+  std::string file;
+  samples expected;
+  unsigned tolerance = 0;
+};
+
+std::vector<picture> pictures() {
+  const samples gray = drawn(1, level), rgb = drawn(3, level);
+  const samples gray3 = drawn(3, [](unsigned x, unsigned y, unsigned) { return level(x, y, 0); });
+  const samples stripes = drawn(1, [](unsigned x, unsigned, unsigned) { return x % 2 == 0 ? 255 : 0; });
+  // 16-bit samples from their two bytes, and from 0 ... 1000.
+  const auto wide = [](unsigned x, unsigned y, unsigned byte) { return byte == 0 ? level(x, y, 0) : x; };
+  const auto thousand = [](unsigned x, unsigned y, unsigned byte) { return 4 * level(x, y, 0) >> 8 * (1 - byte); };
+  // Opaque, a fifth and clear by turns, over white.
+  const unsigned shares[] = {255, 51, 0};
+  const auto rgba = [&](unsigned x, unsigned y, unsigned c) { return c < 3 ? level(x, y, c) : shares[x % 3]; };
+  const auto over_white = [&](unsigned x, unsigned y, unsigned c) {
+    return 255 - (255 - level(x, y, c)) * shares[x % 3] / 255;
+  };
+  const auto palette = [](unsigned x, unsigned y, unsigned c) {
+    const unsigned i = level(x, y, 0);
+    return c == 0 ? i : c == 1 ? 255 - i : i / 2;
+  };
+  const std::string pam = "P7\nWIDTH 21\nHEIGHT 13\nDEPTH 4\nMAXVAL 255\nTUPLTYPE CMYK\nENDHDR\n";
+  return {
+      {"bits.pbm", "P4 21 13\n" + std::string(13 * 3, '\x55'), stripes},
+      {"gray.pgm", "P5 21 13 255\n" + stored(gray), gray},
+      {"rgb.ppm", "P6\n# a remark\n21 13\n255\n" + stored(rgb), rgb},
+      {"thousand.pgm", "P5 21 13 1000\n" + stored(drawn(2, thousand)),
+       drawn(1, [](unsigned x, unsigned y, unsigned) { return (4 * level(x, y, 0) * 65535 + 500) / 1000; })},
+      {"cmyk.pam", pam + stored(drawn(4, level)), drawn(4, level)},
+      {"gray1.png", png(std::string(13 * 3, '\xAA'), 1, PNG_COLOR_TYPE_GRAY), stripes},
+      {"rgb8.png", png(stored(rgb), 8, PNG_COLOR_TYPE_RGB), rgb},
+      {"interlaced.png", png(stored(rgb), 8, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_ADAM7), rgb},
+      {"palette.png", png(stored(gray), 8, PNG_COLOR_TYPE_PALETTE), drawn(3, palette)},
+      {"gray16.png", png(stored(drawn(2, wide)), 16, PNG_COLOR_TYPE_GRAY),
+       drawn(1, [](unsigned x, unsigned y, unsigned) { return level(x, y, 0) << 8 | x; })},
+      {"alpha.png", png(stored(drawn(4, rgba)), 8, PNG_COLOR_TYPE_RGBA), drawn(3, over_white), 1},
+      {"gray.jpg", jpeg(stored(gray), 1, JCS_GRAYSCALE), gray, 8},
+      {"rgb.jpg", jpeg(stored(gray3), 3, JCS_RGB), gray3, 12},
+      {"cmyk.jpg", jpeg(stored(drawn(4, level)), 4, JCS_CMYK),  // with the marker of inverted samples
+       drawn(4, [](unsigned x, unsigned y, unsigned c) { return 255 - level(x, y, c); }), 8},
+  };
+}
+
+samples read_all(const std::string& path) {
+  const auto image = open_image(path);
+  EXPECT_EQ(image->width(), width);
+  EXPECT_EQ(image->height(), height);
+  std::vector<std::uint8_t> bytes(image->line_bytes() * height);
+  for (unsigned y = 0; y < height; ++y) image->read_line(&bytes[y * image->line_bytes()]);
+  return vrk::test::unpacked(bytes, image->bits() == 16);
+}
+
+TEST_F(image, reads_every_format) {
+  for (const picture& p : pictures()) {
+    const samples read = read_all(save(p.name, p.file));
+    ASSERT_EQ(read.size(), p.expected.size()) << p.name;
+    for (std::size_t i = 0; i < read.size(); ++i) ASSERT_NEAR(read[i], p.expected[i], p.tolerance) << p.name << i;
+  }
+}
+
+TEST_F(image, every_part_of_a_picture_is_refused_by_name) {
+  for (const picture& p : pictures()) {
+    for (std::size_t cut = 0; cut < p.file.size(); cut += cut < 64 || cut + 16 > p.file.size() ? 1 : 7) {
+      const std::string part = save("part", p.file.substr(0, cut));
+      const std::string said = complaint([&] { read_all(part); });
+      ASSERT_EQ(said.find(part + ": "), 0u) << p.name << " cut at " << cut << " says: " << said;
+      ASSERT_GT(said.size(), part.size() + 4) << p.name << " cut at " << cut;
+    }
+  }
+}
+
+TEST_F(image, says_what_a_picture_is_when_it_cannot_be_read) {
+  const std::string rgba = "P7\nWIDTH 1\nHEIGHT 1\nDEPTH 4\nMAXVAL 255\nTUPLTYPE RGB_ALPHA\nENDHDR\n";
+  const struct {
+    std::string file, said;
+  } cases[] = {{save("alpha.pam", rgba + "rgba"), "holds neither gray, RGB nor CMYK"},
+               {save("empty.png", std::string()), "is empty"},
+               {save("letter.txt", std::string("Dear Sir")), "neither PNG, JPEG nor PNM"},
+               {save("zero.ppm", std::string("P6 0 5 255\n")), ""},
+               {path("missing.png"), "No such file"},
+               {dir_.string(), "is a directory"}};
+  for (const auto& c : cases) {
+    const std::string said = complaint([&] { open_image(c.file); });
+    EXPECT_EQ(said.find(c.file + ": "), 0u) << said;
+    EXPECT_NE(said.find(c.said), std::string::npos) << said;
+  }
+}
+
+}  // namespace

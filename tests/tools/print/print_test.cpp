@@ -1,0 +1,80 @@
+// The program `vrk`: what it says when something is wrong, and tables out of blobs.
+#include <gtest/gtest.h>
+
+#include "kit/blob.h"
+#include "kit/color_grids.h"
+#include "kit/color_table.h"
+#include "kit/curve_image.h"
+#include "kit/presets.h"
+#include "tests/tools/print/print_job.h"
+
+namespace {
+
+using namespace vrk::test;
+namespace kit = vrk::kit;
+namespace fs = std::filesystem;
+
+struct tool : print_job {};
+
+TEST_F(tool, a_print_that_fails_leaves_no_file) {
+  std::string page = flat_page(100, 100);
+  page.pop_back();
+  expect_complaint(save("page.ppm", page), "", "page.ppm: ");
+  EXPECT_TRUE(fs::is_empty(dir_ / "out"));
+}
+
+kit::bytes changed(kit::bytes image, std::size_t at, std::uint8_t value) {
+  image[at] = value;
+  return image;
+}
+
+TEST_F(tool, says_why_a_table_is_refused) {
+  const kit::bytes inks = constant_inks(4), rgb = kit::color_table{.grid = kit::identity_grid(2)}.encode();
+  const kit::bytes levels = kit::ed_parameters(4, 2).encode(), spread = kit::ed_distribution().encode();
+  kit::curve_image curve{.curves = std::vector<kit::curve>(1)};
+  curve.entries = 512;
+  const kit::bytes short_levels(levels.begin(), levels.end() - 1);
+  const struct {
+    std::string option;
+    kit::bytes image;
+    std::string said;
+  } cases[] = {
+      {"--csc1 ", changed(rgb, 9, 4), "has output channels 4, expected 3"},
+      {"--csc1 ", changed(rgb, 11, 6), "has grid encoding 6, expected 0, 1, 2, 3 or 7"},
+      {"--csc2 ", spread, "has magic \"edtb\", expected \"csc2\""},
+      {"--csc2 ", {}, "is empty"},
+      {"--csc2 ", changed(inks, 9, 255), "has output channels 255, expected 4 or 6"},
+      {"--csc2 ", changed(inks, 6, '2'), "has version \"0020\""},
+      {"--csc2 ", changed(inks, 10, 3), "has length 88, expected 246 bytes for 3 grid points"},
+      {"--csc2 ", changed(changed(inks, 16, 0xFF), 17, 0xFF),
+       "has G axis position 1 at 65535, expected more than 65535"},
+      {"--csc2 ", curve.encode(), "has entry count 512, expected 1024"},
+      {"--edpr ", changed(levels, 14, 0), "has an empty modulation matrix"},
+      {"--edpr ", changed(levels, 11, 0), "has no levels for K"},
+      {"--edpr ", changed(levels, 8, 3), "has level count of plane C 3, expected at most 2"},
+      {"--edpr ", changed(levels, 21, 3), "has 3 bits per pixel, expected 1, 2, 4 or 8"},
+      {"--edpr ", short_levels, "has length 51, expected 52 bytes for its lists"},
+      {"--edtb ", changed(spread, 10, 5), "has column count 5, expected 7"},
+      {"--edtb ", kit::bytes(spread.begin(), spread.begin() + 500), "has length 500, expected 7166"},
+  };
+  const std::string page = save("page.ppm", flat_page(8, 8));
+  for (const auto& c : cases) {
+    expect_complaint(page, c.option + save("table", c.image), path("table") + ": " + c.said);
+    EXPECT_FALSE(fs::exists(dir_ / "out"));
+  }
+}
+
+TEST_F(tool, takes_tables_out_of_blobs) {
+  kit::blob blob;
+  blob.type = "CS2T";
+  blob.class_code = 'C';
+  blob.entries = {{"XN  ", constant_inks(4)}, {"XP  ", constant_inks(6)}};
+  const std::string page = save("page.ppm", flat_page(8, 8)), option = "--blob " + save("colors.blob", blob.encode());
+  EXPECT_EQ(print(page, option + ":family=X").planes.size(), 4u);
+  EXPECT_EQ(print(page, option + ":family=X,kind=4").planes.size(), 6u);
+  expect_complaint(page, option, "has no table for these selectors");
+  expect_complaint(page, option + ":family=Y", "family is \"Y\", expected H or X");
+  expect_complaint(page, option + ":sort=4", "\"sort\" is no selector");
+}
+
+}  // namespace

@@ -1,0 +1,56 @@
+#include "tools/image/image_reader.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+#include "pictures/sample_page.h"
+#include "tools/pipeline/user_error.h"
+
+namespace vrk::tool {
+namespace {
+
+class sample_page_reader final : public image_reader {
+ public:
+  sample_page_reader(unsigned width, unsigned height) : image_reader("sample page"), page_(width, height) {
+    width_ = width;
+    height_ = height;
+    channels_ = 3;
+  }
+
+  void read_line(void* line) override { page_.draw_line(next_++, static_cast<std::uint8_t*>(line)); }
+
+ private:
+  pictures::sample_page page_;
+  unsigned next_ = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<image_reader> read_sample_page(unsigned width, unsigned height) {
+  return std::make_unique<sample_page_reader>(width, height);
+}
+
+std::unique_ptr<image_reader> open_image(const std::string& path) {
+  const bool standard_input = path == "-";
+  const std::string name = standard_input ? "standard input" : path;
+  if (!standard_input && std::filesystem::is_directory(path))
+    throw user_error(name + ": is a directory, not a picture");
+  input_file file(standard_input ? stdin : std::fopen(path.c_str(), "rb"));
+  if (!file) throw user_error(name + ": " + std::strerror(errno));
+  const int first = std::getc(file.get());
+  if (first == EOF) throw user_error(name + ": is empty");
+  std::ungetc(first, file.get());
+  switch (first) {
+    case 0x89:
+      return read_png(std::move(file), name);
+    case 0xFF:
+      return read_jpeg(std::move(file), name);
+    case 'P':
+      return read_pnm(std::move(file), name);
+    default:
+      throw user_error(name + ": is neither PNG, JPEG nor PNM (PBM, PGM, PPM, PAM)");
+  }
+}
+
+}  // namespace vrk::tool

@@ -1,0 +1,98 @@
+#include "tools/image/image_writer.h"
+
+#include <png.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+
+#include "tools/image/c_library.h"
+
+namespace vrk::tool {
+namespace {
+
+class png_writer final : public image_writer {
+ public:
+  png_writer(const std::filesystem::path& path, unsigned width, unsigned height) : file_(path) {
+    png_ = png_create_write_struct(PNG_LIBPNG_VER_STRING, &failure_, on_error, on_warning);
+    info_ = png_create_info_struct(png_);
+    try {
+      run_c(failure_, path.string(), [&] {
+        png_set_write_fn(png_, this, write_bytes, nullptr);
+        png_set_compression_level(png_, 3);
+        png_set_IHDR(png_, info_, width, height, 8, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
+                     PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+        png_set_sRGB(png_, info_, PNG_sRGB_INTENT_PERCEPTUAL);
+        png_write_info(png_, info_);
+      });
+    } catch (...) {
+      png_destroy_write_struct(&png_, &info_);
+      throw;
+    }
+  }
+  ~png_writer() override { png_destroy_write_struct(&png_, &info_); }
+  png_writer(const png_writer&) = delete;
+  png_writer& operator=(const png_writer&) = delete;
+
+  void write_line(const void* line) override {
+    run_c(failure_, file_.path().string(), [&] { png_write_row(png_, static_cast<png_const_bytep>(line)); });
+  }
+  void keep() override {
+    run_c(failure_, file_.path().string(), [this] { png_write_end(png_, info_); });
+    file_.keep();
+  }
+
+ private:
+  static void write_bytes(png_structp png, png_bytep data, std::size_t bytes) {
+    auto* const self = static_cast<png_writer*>(png_get_io_ptr(png));
+    try {
+      self->file_.write(data, bytes);
+      return;
+    } catch (const user_error&) {
+    }
+    png_error(png, std::strerror(errno));
+  }
+  [[noreturn]] static void on_error(png_structp png, png_const_charp text) {
+    static_cast<c_failure*>(png_get_error_ptr(png))->jump(text);
+  }
+  static void on_warning(png_structp, png_const_charp) {}
+
+  output_file file_;
+  c_failure failure_;
+  png_structp png_ = nullptr;
+  png_infop info_ = nullptr;
+};
+
+class pnm_writer final : public image_writer {
+ public:
+  pnm_writer(const std::filesystem::path& path, const std::string& header, std::size_t line_bytes)
+      : file_(path), line_bytes_(line_bytes) {
+    file_.write(header.data(), header.size());
+  }
+  void write_line(const void* line) override { file_.write(line, line_bytes_); }
+  void keep() override { file_.keep(); }
+
+ private:
+  output_file file_;
+  std::size_t line_bytes_;
+};
+
+std::string size_text(unsigned width, unsigned height) { return std::to_string(width) + " " + std::to_string(height); }
+
+}  // namespace
+
+std::unique_ptr<image_writer> write_png(const std::filesystem::path& path, unsigned width, unsigned height) {
+  return std::make_unique<png_writer>(path, width, height);
+}
+
+std::unique_ptr<image_writer> write_pbm(const std::filesystem::path& path, unsigned width, unsigned height) {
+  return std::make_unique<pnm_writer>(path, "P4\n" + size_text(width, height) + "\n", (std::size_t{width} + 7) / 8);
+}
+
+std::unique_ptr<image_writer> write_pgm(const std::filesystem::path& path, unsigned width, unsigned height,
+                                        unsigned white) {
+  const std::string header = "P5\n" + size_text(width, height) + "\n" + std::to_string(white) + "\n";
+  return std::make_unique<pnm_writer>(path, header, width);
+}
+
+}  // namespace vrk::tool

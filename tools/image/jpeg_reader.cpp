@@ -1,0 +1,92 @@
+#include <algorithm>
+
+#include "tools/image/c_library.h"
+#include "tools/image/image_reader.h"
+// jpeglib.h needs <cstdio> before it.
+#include <jerror.h>
+#include <jpeglib.h>
+
+namespace vrk::tool {
+namespace {
+
+class jpeg_reader final : public image_reader {
+ public:
+  jpeg_reader(input_file file, const std::string& name) : image_reader(name), file_(std::move(file)) {
+    jpeg_.err = jpeg_std_error(&errors_);
+    jpeg_.client_data = &failure_;
+    errors_.error_exit = on_error;
+    errors_.emit_message = on_message;
+    try {
+      run_c(failure_, name_, [this] { read_header(); });
+    } catch (...) {
+      jpeg_destroy_decompress(&jpeg_);
+      throw;
+    }
+  }
+  ~jpeg_reader() override { jpeg_destroy_decompress(&jpeg_); }
+  jpeg_reader(const jpeg_reader&) = delete;
+  jpeg_reader& operator=(const jpeg_reader&) = delete;
+
+  void read_line(void* line) override {
+    run_c(failure_, name_, [&] {
+      auto* row = static_cast<JSAMPROW>(line);
+      jpeg_read_scanlines(&jpeg_, &row, 1);
+      if (jpeg_.output_scanline == jpeg_.output_height) jpeg_finish_decompress(&jpeg_);
+    });
+    // Programs that leave this marker write the paper that is left instead of the ink.
+    if (channels_ == 4 && jpeg_.saw_Adobe_marker) {
+      auto* const inks = static_cast<std::uint8_t*>(line);
+      std::transform(inks, inks + line_bytes(), inks, [](std::uint8_t paper) { return std::uint8_t(255 - paper); });
+    }
+  }
+
+ private:
+  void read_header() {
+    jpeg_create_decompress(&jpeg_);
+    jpeg_stdio_src(&jpeg_, file_.get());
+    jpeg_read_header(&jpeg_, TRUE);
+    jpeg_.out_color_space = jpeg_.num_components == 1 ? JCS_GRAYSCALE : jpeg_.num_components == 4 ? JCS_CMYK : JCS_RGB;
+    jpeg_start_decompress(&jpeg_);
+    width_ = jpeg_.output_width;
+    height_ = jpeg_.output_height;
+    channels_ = unsigned(jpeg_.output_components);
+  }
+
+  static void say(j_common_ptr jpeg) {
+    char text[JMSG_LENGTH_MAX];
+    jpeg->err->format_message(jpeg, text);
+    static_cast<c_failure*>(jpeg->client_data)->jump(text);
+  }
+  [[noreturn]] static void on_error(j_common_ptr jpeg) {
+    say(jpeg);
+    std::abort();  // not reached
+  }
+  // The decoder patches over lost data with gray and a warning; here a picture with lost data is a broken file.
+  static void on_message(j_common_ptr jpeg, int level) {
+    if (level >= 0) return;
+    switch (jpeg->err->msg_code) {
+      case JWRN_JPEG_EOF:
+      case JWRN_HIT_MARKER:
+        static_cast<c_failure*>(jpeg->client_data)->jump("the file ends before the picture does, or is damaged");
+      case JWRN_HUFF_BAD_CODE:
+      case JWRN_MUST_RESYNC:
+        say(jpeg);
+        break;
+      default:
+        break;
+    }
+  }
+
+  input_file file_;
+  c_failure failure_;
+  jpeg_error_mgr errors_{};
+  jpeg_decompress_struct jpeg_{};
+};
+
+}  // namespace
+
+std::unique_ptr<image_reader> read_jpeg(input_file file, const std::string& name) {
+  return std::make_unique<jpeg_reader>(std::move(file), name);
+}
+
+}  // namespace vrk::tool

@@ -1,0 +1,100 @@
+#include <png.h>
+
+#include <algorithm>
+#include <bit>
+#include <vector>
+
+#include "tools/image/c_library.h"
+#include "tools/image/image_reader.h"
+
+namespace vrk::tool {
+namespace {
+
+// Palettes and low bit depths are spread to 8 bits, transparency is laid over white, 16-bit samples stay.
+class png_reader final : public image_reader {
+ public:
+  png_reader(input_file file, const std::string& name) : image_reader(name), file_(std::move(file)) {
+    png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, &failure_, on_error, on_warning);
+    info_ = png_create_info_struct(png_);
+    try {
+      run_c(failure_, name_, [this] { read_header(); });
+      if (png_get_interlace_type(png_, info_) != PNG_INTERLACE_NONE) read_whole();
+    } catch (...) {
+      png_destroy_read_struct(&png_, &info_, nullptr);
+      throw;
+    }
+  }
+  ~png_reader() override { png_destroy_read_struct(&png_, &info_, nullptr); }
+  png_reader(const png_reader&) = delete;
+  png_reader& operator=(const png_reader&) = delete;
+
+  void read_line(void* line) override {
+    const bool last = ++lines_read_ == height_;
+    if (!whole_.empty()) {
+      std::copy_n(whole_.begin() + std::ptrdiff_t((lines_read_ - 1) * line_bytes()), line_bytes(),
+                  static_cast<std::uint8_t*>(line));
+      return;
+    }
+    run_c(failure_, name_, [&] {
+      png_read_row(png_, static_cast<png_bytep>(line), nullptr);
+      if (last) png_read_end(png_, nullptr);
+    });
+  }
+
+ private:
+  void read_header() {
+    png_set_read_fn(png_, file_.get(), read_bytes);
+    png_read_info(png_, info_);
+    png_set_expand(png_);
+    const auto type = png_get_color_type(png_, info_);
+    if ((type & PNG_COLOR_MASK_ALPHA) != 0 || png_get_valid(png_, info_, PNG_INFO_tRNS) != 0) {
+      png_color_16 white{};
+      const int depth = png_get_bit_depth(png_, info_);
+      white.red = white.green = white.blue = white.gray = png_uint_16(depth == 16 ? 0xFFFF : 0xFF);
+      png_set_background(png_, &white, PNG_BACKGROUND_GAMMA_SCREEN, 0, 1.0);
+    }
+    if constexpr (std::endian::native == std::endian::little) png_set_swap(png_);
+    png_set_interlace_handling(png_);
+    png_read_update_info(png_, info_);
+    width_ = png_get_image_width(png_, info_);
+    height_ = png_get_image_height(png_, info_);
+    channels_ = png_get_channels(png_, info_);
+    bits_ = png_get_bit_depth(png_, info_);
+  }
+
+  // An interlaced picture is complete only with its last pass, so it has to be held.
+  void read_whole() {
+    whole_.resize(line_bytes() * height_);
+    std::vector<png_bytep> rows(height_);
+    for (std::size_t y = 0; y < height_; ++y) rows[y] = whole_.data() + y * line_bytes();
+    png_bytepp lines = rows.data();
+    run_c(failure_, name_, [this, lines] {
+      png_read_image(png_, lines);
+      png_read_end(png_, nullptr);
+    });
+  }
+
+  static void read_bytes(png_structp png, png_bytep to, std::size_t count) {
+    auto* const file = static_cast<std::FILE*>(png_get_io_ptr(png));
+    if (std::fread(to, 1, count, file) != count) png_error(png, "the file ends before the picture does");
+  }
+  [[noreturn]] static void on_error(png_structp png, png_const_charp text) {
+    static_cast<c_failure*>(png_get_error_ptr(png))->jump(text);
+  }
+  static void on_warning(png_structp, png_const_charp) {}
+
+  input_file file_;
+  c_failure failure_;
+  png_structp png_ = nullptr;
+  png_infop info_ = nullptr;
+  unsigned lines_read_ = 0;
+  std::vector<std::uint8_t> whole_;
+};
+
+}  // namespace
+
+std::unique_ptr<image_reader> read_png(input_file file, const std::string& name) {
+  return std::make_unique<png_reader>(std::move(file), name);
+}
+
+}  // namespace vrk::tool

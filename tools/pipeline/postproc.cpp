@@ -1,0 +1,66 @@
+#include "kit/explain.h"
+#include "tools/pipeline/handle.h"
+#include "tools/pipeline/stage.h"
+
+namespace vrk::tool {
+namespace {
+
+std::uint32_t postproc_flags(line_format input, unsigned output_bits) {
+  return VRK_COMPOSE | VRK_MID10 | (input.bits == 16 ? VRK_IN16 : 0) | (output_bits == 16 ? VRK_OUT16 : 0);
+}
+
+// The library is not told how long the images are: they must hold what their headers announce.
+void check(const plane_curves& curves, unsigned planes) {
+  if (curves.main) {
+    if (const std::string why = kit::why_refused_main_curves(curves.main->image, planes); !why.empty()) {
+      refuse(*curves.main, why);
+    }
+  }
+  for (const std::optional<table>& curve : curves.planes) {
+    if (!curve) continue;
+    if (const std::string why = kit::why_refused_curves(curve->image, 1); !why.empty()) refuse(*curve, why);
+  }
+}
+
+class postproc_stage final : public stage {
+ public:
+  postproc_stage(const plane_curves& curves, line_format input, unsigned output_bits)
+      : stage("postproc", {input.samples, output_bits}) {
+    check(curves, input.samples);
+    output_.samples = planes_made(curves, input.samples);
+    const auto image = [](const std::optional<table>& t) -> const void* { return t ? t->image.data() : nullptr; };
+    const auto& [k, c, m, y, fifth, sixth] = curves.planes;
+    if (!handle_.build([&](void* mem) {
+          return vrk_create_postproc(input.samples, curves.main.has_value(), image(curves.main), k.has_value(),
+                                     image(k), c.has_value(), image(c), m.has_value(), image(m), y.has_value(),
+                                     image(y), fifth.has_value(), image(fifth), sixth.has_value(), image(sixth),
+                                     postproc_flags(input, output_bits), mem);
+        })) {
+      throw user_error("post-processing: a curve of a plane makes other than one plane (byte 9 of its image)");
+    }
+    flags_ = vrk_query_postproc_hint(handle_.get());
+  }
+  ~postproc_stage() override { vrk_free_postproc(handle_.get()); }
+
+  void run(const void* src, std::uint32_t pixels, void* dst) const override {
+    vrk_xform_postproc(handle_.get(), src, pixels, dst);
+  }
+
+ private:
+  handle handle_;
+};
+
+}  // namespace
+
+unsigned planes_made(const plane_curves& curves, unsigned planes) {
+  if (!curves.main || curves.main->size() < 10) return planes;
+  const kit::bytes& image = curves.main->image;
+  const bool counts_planes = std::string(image.begin() + 4, image.begin() + 8) != "0010";
+  return counts_planes && image[9] == 6 ? 6 : planes;  // a table that makes any other number is refused
+}
+
+std::unique_ptr<stage> make_postproc(const plane_curves& curves, line_format input, unsigned output_bits) {
+  return std::make_unique<postproc_stage>(curves, input, output_bits);
+}
+
+}  // namespace vrk::tool

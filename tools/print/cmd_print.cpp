@@ -1,0 +1,199 @@
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "kit/error_filters.h"
+#include "kit/threshold_matrices.h"
+#include "tools/commands.h"
+#include "tools/print/blob_argument.h"
+#include "tools/print/curve_argument.h"
+#include "tools/print/print_page.h"
+
+namespace vrk::tool {
+namespace {
+
+struct print_arguments {
+  std::string image, directory;
+  print_options options;
+  std::vector<unsigned> detail_centre;
+  unsigned dpi = 600;
+};
+
+// Whatever has a name, as a list for a check.
+template <class Named>
+std::vector<std::string> names_of(const Named& all) {
+  std::vector<std::string> names;
+  for (const auto& one : all) names.emplace_back(one.name);
+  return names;
+}
+
+std::string parse_cells(const std::string& text, std::optional<dot_scale>& cells) {
+  dot_scale size;
+  char rest;
+  if (std::sscanf(text.c_str(), "%1ux%1u%c", &size.x, &size.y, &rest) != 2 ||
+      (size.x != 1 && size.x != 2 && size.x != 4) || size.y < 1 || size.y > 4) {
+    return "--cells " + text + ": expected SXxSY with SX 1, 2 or 4 and SY 1 to 4, such as 2x2";
+  }
+  cells = size;
+  return {};
+}
+
+void add_picture_options(CLI::App& command, print_options& to) {
+  const std::string group = "Tone of the picture";
+  command.add_option("--balance", to.balance, "first pre-processor: steps that lift the middle of R, G, B")
+      ->type_name("R,G,B")
+      ->delimiter(',')
+      ->expected(3)
+      ->group(group);
+  command.add_option("--lift", to.lift, "first pre-processor: steps of 5 % that lift all levels, fading out at white")
+      ->check(CLI::Range(-128, 127))
+      ->group(group);
+  command.add_option("--contrast", to.contrast, "steps of contrast about the middle")
+      ->check(CLI::Range(-128, 127))
+      ->group(group);
+  command
+      .add_option("--balance2", to.balance2, "second pre-processor: A raises R against G and B, B lowers B against G")
+      ->type_name("A,B")
+      ->delimiter(',')
+      ->expected(2)
+      ->check(CLI::Range(-5, 5))
+      ->group(group);
+  command
+      .add_option("--curve", to.curves,
+                  "tone curve of all channels, or of one that r=, g= or b= names; may be repeated")
+      ->type_name("[CHANNEL=]CURVE")
+      ->allow_extra_args(false)
+      ->group(group);
+  const std::map<std::string, pixel_layout> layouts{{"rgb", pixel_layout::rgb},
+                                                    {"bgr", pixel_layout::bgr},
+                                                    {"bgrx", pixel_layout::bgrx},
+                                                    {"xrgb", pixel_layout::xrgb}};
+  command
+      .add_option("--layout", to.layout, "how RGB pixels lie on the road, which changes nothing: rgb, bgr, bgrx, xrgb")
+      ->transform(CLI::CheckedTransformer(layouts).description(""))
+      ->type_name("NAME")
+      ->group(group);
+}
+
+void add_ink_options(CLI::App& command, print_options& to) {
+  const std::string group = "Inks";
+  command.add_option("--inks", to.inks, "1: K, 4: K C M Y, 6: with light cyan and light magenta (default 4)")
+      ->check(CLI::IsMember({1, 4, 6}))
+      ->group(group);
+  command.add_flag("--split", to.split, "six inks by splitting cyan and magenta of four")->group(group);
+  command
+      .add_option("--post", to.plane_curves,
+                  "post-processing: curve of all planes (a file may hold one for each), or of one that k=, c=, m=, y=, "
+                  "lc= or lm= names; may be repeated")
+      ->type_name("[PLANE=]CURVE")
+      ->allow_extra_args(false)
+      ->group(group);
+}
+
+void add_dot_options(CLI::App& command, print_options& to) {
+  const std::string group = "Dots";
+  command.add_option("--halftone", to.halftone, "ed: error diffusion, dither: by a threshold matrix (default ed)")
+      ->check(CLI::IsMember({"ed", "dither"}))
+      ->group(group);
+  command
+      .add_option("--levels", to.levels,
+                  "levels of a dot, up to 16, by dither up to 255 (default 2), or of a cell; bits per pixel follow")
+      ->check(CLI::Range(2, 255))
+      ->group(group);
+  command.add_option("--filter", to.filter, "error diffusion: error filter (default fan)")
+      ->check(CLI::IsMember(names_of(kit::error_filters)))
+      ->group(group);
+  command.add_option("--modulation", to.modulation, "error diffusion: of the thresholds (default noise)")
+      ->check(CLI::IsMember({"none", "noise"}))
+      ->group(group);
+  command
+      .add_option("--precision", to.precision,
+                  "error diffusion: 8 or 10, bits at which 8-bit samples are diffused (default 10); 16: as --width16")
+      ->check(CLI::IsMember({8, 10, 16}))
+      ->group(group);
+  command
+      .add_option_function<std::string>(
+          "--cells",
+          [&to](const std::string& text) {
+            if (const std::string wrong = parse_cells(text, to.cells); !wrong.empty())
+              throw CLI::ValidationError(wrong);
+          },
+          "error diffusion: every pixel becomes SX x SY dots")
+      ->type_name("SXxSY")
+      ->group(group);
+  command.add_option("--matrix", to.matrix, "dither: threshold matrix (default blue-noise)")
+      ->check(CLI::IsMember(std::vector<std::string>(kit::matrix_names.begin(), kit::matrix_names.end())))
+      ->group(group);
+}
+
+void add_run_options(CLI::App& command, print_options& to) {
+  command.add_flag("--width16", to.width16, "16-bit samples from the first stage to the last");
+  command
+      .add_option("--threads", to.threads, "threads to work with, which changes nothing but the time (default: all)")
+      ->check(CLI::Range(1, 256));
+}
+
+void add_own_tables(CLI::App& command, print_options& to) {
+  const std::string group = "Tables of your own";
+  command.add_option("--csc1", to.csc1, "RGB to RGB, before the inks")->type_name("FILE")->group(group);
+  command.add_option("--csc2", to.csc2, "RGB to inks")->type_name("FILE")->group(group);
+  command.add_option("--edpr", to.edpr, "error diffusion: levels, thresholds, cells")->type_name("FILE")->group(group);
+  command.add_option("--edtb", to.edtb, "error diffusion: error distribution")->type_name("FILE")->group(group);
+  command.add_option("--dith", to.dith, "dither: levels and threshold matrices")->type_name("FILE")->group(group);
+  command.add_option("--blob", to.blobs, "table out of a parameter blob; may be repeated")
+      ->type_name("FILE[:SELECTOR=VALUE,...]")
+      ->allow_extra_args(false)
+      ->group(group);
+}
+
+void add_print_options(CLI::App& command, print_arguments& to) {
+  command.add_option("-o,--output", to.directory, "directory for the files")->type_name("DIR")->required();
+  add_picture_options(command, to.options);
+  add_ink_options(command, to.options);
+  add_dot_options(command, to.options);
+  add_own_tables(command, to.options);
+  add_run_options(command, to.options);
+  command.footer(std::string(curve_help) + "\n\n" + blob_help);
+}
+
+void print_sample(const print_arguments& arguments) {
+  // Millimetres of the page to pixels; the window shows the balloon of the page's photograph.
+  const auto pixels = [&](double mm) { return unsigned(mm / 25.4 * arguments.dpi + 0.5); };
+  const auto page = read_sample_page(pixels(210), pixels(297));
+  show(print_page(*page, arguments.options, arguments.directory, detail::place{pixels(54), pixels(50.5)}),
+       arguments.directory);
+}
+
+void run_print(const print_arguments& arguments) {
+  const auto image = open_image(arguments.image);
+  std::optional<detail::place> centre;
+  if (!arguments.detail_centre.empty()) centre = {arguments.detail_centre[0], arguments.detail_centre[1]};
+  show(print_page(*image, arguments.options, arguments.directory, centre), arguments.directory);
+}
+
+}  // namespace
+
+void add_print_command(CLI::App& app) {
+  const auto arguments = std::make_shared<print_arguments>();
+  CLI::App* const command = app.add_subcommand("print", "Prints a picture: plane files, a preview, and a few dots");
+  command->add_option("image", arguments->image, "PNG, JPEG, PBM, PGM, PPM or PAM; - for standard input")
+      ->type_name("IMAGE")
+      ->required();
+  add_print_options(*command, *arguments);
+  command->add_option("--detail", arguments->detail_centre, "centre of detail.png, in pixels (default: the page's)")
+      ->type_name("X Y")
+      ->expected(2);
+  command->callback([arguments] { run_print(*arguments); });
+}
+
+void add_demo_command(CLI::App& app) {
+  const auto arguments = std::make_shared<print_arguments>();
+  CLI::App* const command = app.add_subcommand("demo", "Prints the embedded test page");
+  add_print_options(*command, *arguments);
+  command->add_option("--dpi", arguments->dpi, "pixels per inch of the A4 page")
+      ->check(CLI::Range(20, 2400))
+      ->capture_default_str();
+  command->callback([arguments] { print_sample(*arguments); });
+}
+
+}  // namespace vrk::tool

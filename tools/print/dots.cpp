@@ -1,0 +1,112 @@
+#include "tools/print/dots.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "kit/ink_model.h"
+
+namespace vrk::tool {
+namespace {
+
+constexpr std::size_t largest_palette = 4096;
+
+template <unsigned bits>
+void unpack(const std::uint8_t* packed, std::vector<std::uint8_t>& codes) {
+  constexpr unsigned per_byte = 8 / bits, mask = (1u << bits) - 1;
+  for (std::size_t x = 0; x < codes.size(); ++x) {
+    const std::size_t shift = (per_byte - 1 - x % per_byte) * bits;
+    codes[x] = std::uint8_t(packed[x / per_byte] >> shift & mask);
+  }
+}
+
+light operator*(const light& a, const light& b) { return {a[0] * b[0], a[1] * b[1], a[2] * b[2]}; }
+
+// The light that comes back through `ink`, a share of the full ink of one plane.
+light through(std::size_t plane, double ink) {
+  std::array<double, 6> inks{};
+  inks[plane] = ink;
+  const kit::linear_rgb color = kit::print_color(inks);
+  return {float(color[0]), float(color[1]), float(color[2])};
+}
+
+}  // namespace
+
+dots::dots(const std::vector<plane_line>& planes, std::uint32_t width) {
+  for (const plane_line& line : planes) {
+    scale_.x = std::lcm(scale_.x, line.scale_x);
+    scale_.y = std::lcm(scale_.y, line.scale_y);
+  }
+  for (const plane_line& line : planes) {
+    planes_.push_back({&line, scale_.x / line.scale_x, std::vector<std::uint8_t>(std::size_t{width} * line.scale_x),
+                       std::vector<std::uint64_t>(line.levels())});
+  }
+  index_.resize(std::size_t{width} * scale_.x);
+  colors_.resize(index_.size());
+  palettes_.emplace_back();
+  for (std::size_t p = 0; p < planes.size(); ++p) {
+    const std::vector<double>& ink = planes[p].ink;
+    if (palettes_.back().colors.size() * ink.size() > largest_palette) palettes_.push_back({p, p});
+    palette& last = palettes_.back();
+    std::vector<light> colors;
+    for (const light& under : last.colors) {
+      for (const double share : ink) colors.push_back(under * through(p, share));
+    }
+    last.colors = std::move(colors);
+    last.end = p + 1;
+  }
+}
+
+void dots::read_row(const std::uint8_t* packed, unsigned row) {
+  for (plane& to : planes_) {
+    const plane_line& line = *to.line;
+    const std::uint8_t* const from = packed + line.offset + row * line.scale_y / scale_.y * line.line_bytes;
+    switch (line.bits) {
+      case 1:
+        unpack<1>(from, to.codes);
+        break;
+      case 2:
+        unpack<2>(from, to.codes);
+        break;
+      case 4:
+        unpack<4>(from, to.codes);
+        break;
+      default:
+        unpack<8>(from, to.codes);
+    }
+    if (line.bits == 1) {  // one fast count
+      to.counts.back() += std::uint64_t(std::count(to.codes.begin(), to.codes.end(), std::uint8_t{1}));
+    } else {
+      for (const std::uint8_t code : to.codes) ++to.counts[code];
+    }
+  }
+  ++rows_;
+  find_colors();
+}
+
+void dots::find_colors() {
+  for (const palette& colors : palettes_) {
+    std::fill(index_.begin(), index_.end(), std::uint16_t{0});
+    for (std::size_t p = colors.first; p < colors.end; ++p) {
+      const std::vector<std::uint8_t>& codes = planes_[p].codes;
+      const unsigned base = planes_[p].line->levels(), repeat = planes_[p].repeat_x;
+      std::uint16_t* index = index_.data();
+      for (const std::uint8_t code : codes) {
+        for (unsigned i = 0; i < repeat; ++i, ++index) *index = std::uint16_t(*index * base + code);
+      }
+    }
+    const bool on_paper = colors.first == 0;
+    for (std::size_t x = 0; x < index_.size(); ++x) {
+      const light& color = colors.colors[index_[x]];
+      colors_[x] = on_paper ? color : colors_[x] * color;
+    }
+  }
+}
+
+double dots::coverage(std::size_t plane) const {
+  const struct plane& of = planes_[plane];
+  double sum = 0;
+  for (std::size_t code = 0; code < of.counts.size(); ++code) sum += double(of.counts[code]) * of.line->ink[code];
+  return rows_ == 0 ? 0 : sum / double(rows_) / double(of.codes.size());
+}
+
+}  // namespace vrk::tool

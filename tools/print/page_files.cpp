@@ -1,0 +1,50 @@
+#include "tools/print/page_files.h"
+
+namespace vrk::tool {
+
+page_files::page_files(const std::filesystem::path& directory, const std::vector<plane_line>& planes, unsigned width,
+                       unsigned height, detail::place detail_centre)
+    : dots_(planes, width),
+      small_(directory / "preview.png", width, height, dots_.scale()),
+      large_(directory / "detail.png", width, height, dots_.scale(), detail_centre) {
+  for (const plane_line& line : planes) {
+    const std::string name = std::string(line.name) + (line.bits == 1 ? ".pbm" : ".pgm");
+    const unsigned across = width * line.scale_x, down = height * line.scale_y;
+    files_.push_back({&line, name,
+                      line.bits == 1 ? write_pbm(directory / name, across, down)
+                                     : write_pgm(directory / name, across, down, line.levels() - 1)});
+  }
+}
+
+void page_files::add_line(const std::uint8_t* packed) {
+  for (unsigned row = 0; row < dots_.scale().y; ++row) {
+    drawing_.time([&] {
+      dots_.read_row(packed, row);
+      small_.add_row(dots_.colors());
+      large_.add_row(dots_.colors());
+    });
+  }
+  writing_.time([&] {
+    for (std::size_t p = 0; p < files_.size(); ++p) write_plane(files_[p], packed, dots_.codes(p));
+  });
+}
+
+void page_files::write_plane(const plane_file& plane, const std::uint8_t* packed,
+                             const std::vector<std::uint8_t>& codes) {
+  const plane_line& line = *plane.line;
+  if (line.bits == 1) {
+    for (unsigned y = 0; y < line.scale_y; ++y) plane.file->write_line(packed + line.offset + y * line.line_bytes);
+    return;
+  }
+  grays_.resize(codes.size());
+  for (std::size_t x = 0; x < codes.size(); ++x) grays_[x] = std::uint8_t(line.levels() - 1 - codes[x]);
+  plane.file->write_line(grays_.data());
+}
+
+void page_files::keep() {
+  for (const plane_file& plane : files_) plane.file->keep();
+  small_.keep();
+  large_.keep();
+}
+
+}  // namespace vrk::tool

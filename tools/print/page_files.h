@@ -1,0 +1,50 @@
+// The files of one print: the planes as a printer would get them, and pictures of what comes out on paper.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tools/image/image_writer.h"
+#include "tools/pipeline/stopwatch.h"
+#include "tools/print/dots.h"
+#include "tools/print/preview.h"
+
+namespace vrk::tool {
+
+// Nothing has its final name until `keep`.
+class page_files {
+ public:
+  // width, height: of the picture, in its pixels
+  page_files(const std::filesystem::path& directory, const std::vector<plane_line>& planes, unsigned width,
+             unsigned height, detail::place detail_centre);
+
+  // One line of pixels, as the halftone wrote it.
+  void add_line(const std::uint8_t* packed);
+  void keep();
+
+  std::size_t planes() const { return files_.size(); }
+  const std::string& name(std::size_t plane) const { return files_[plane].name; }
+  double coverage(std::size_t plane) const { return dots_.coverage(plane); }
+  double seconds_writing() const { return writing_.seconds(); }
+  double seconds_drawing() const { return drawing_.seconds(); }
+
+ private:
+  // Packed bits as they are, or a gray picture in which white is no ink.
+  struct plane_file {
+    const plane_line* line;
+    std::string name;
+    std::unique_ptr<image_writer> file;
+  };
+
+  void write_plane(const plane_file& plane, const std::uint8_t* packed, const std::vector<std::uint8_t>& codes);
+
+  dots dots_;
+  std::vector<plane_file> files_;
+  std::vector<std::uint8_t> grays_;
+  preview small_;
+  detail large_;
+  stopwatch writing_, drawing_;
+};
+
+}  // namespace vrk::tool

@@ -1,0 +1,27 @@
+// The tables of a print: the user's own where given, else the kit's.
+#pragma once
+
+#include <optional>
+
+#include "tools/pipeline/stage.h"
+#include "tools/pipeline/table.h"
+#include "tools/print/print_options.h"
+
+namespace vrk::tool {
+
+// In the order of the road. A stage whose table is not there is left out.
+struct print_tables {
+  tone_settings tone{};               // what the pre-processors do
+  std::optional<table> rgb{};         // "csc1" in front of the inks
+  std::optional<table> gray{};        // "csc1" that leaves one sample, for one ink
+  std::optional<table> ink{};         // "csc2", or a tone curve for one ink; none for a picture that holds inks
+  plane_curves post{};                // what post-processing does
+  std::optional<table> dither{};      // "dith"; none for error diffusion, which has the other two
+  std::optional<table> parameters{};  // "edpr"
+  std::optional<table> spread{};      // "edtb"
+};
+
+// Throws user_error when a file cannot be read, or when options contradict each other.
+print_tables choose_tables(const print_options& options, line_format source);
+
+}  // namespace vrk::tool

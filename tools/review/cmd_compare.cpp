@@ -1,0 +1,54 @@
+#include <cstdio>
+#include <memory>
+
+#include "tools/commands.h"
+#include "tools/image/output_file.h"
+#include "tools/review/compare.h"
+
+namespace vrk::tool {
+namespace {
+
+struct compare_arguments {
+  std::string image, directory, modulation = "noise";
+  std::vector<unsigned> centre;
+  compare_options options;
+};
+
+void compare(compare_arguments& arguments) {
+  const auto image = open_image(arguments.image);
+  compare_options& options = arguments.options;
+  options.noise = arguments.modulation == "noise";
+  if (!arguments.centre.empty()) options.centre = {arguments.centre[0], arguments.centre[1]};
+  make_directory(arguments.directory);
+  const auto file = std::filesystem::path(arguments.directory) / "compare.png";
+  write_comparison(*image, options, file);
+  std::printf("Every filter and matrix: %s\n", file.c_str());
+}
+
+}  // namespace
+
+void add_compare_command(CLI::App& app) {
+  const auto arguments = std::make_shared<compare_arguments>();
+  compare_options& options = arguments->options;
+  CLI::App* const command =
+      app.add_subcommand("compare", "Shows the dots that every filter and matrix makes of a picture, side by side");
+  command->add_option("image", arguments->image, "PNG, JPEG, PBM, PGM, PPM or PAM; - for standard input")
+      ->type_name("IMAGE")
+      ->required();
+  command->add_option("-o,--output", arguments->directory, "directory for compare.png")->type_name("DIR")->required();
+  command->add_option("--crop", arguments->centre, "centre of the crop, in pixels (default: the picture's)")
+      ->type_name("X Y")
+      ->expected(2);
+  command->add_option("--enlarge", options.enlargement, "a dot's side in compare.png; the smaller, the larger the crop")
+      ->check(CLI::Range(1, 16))
+      ->capture_default_str();
+  command->add_option("--inks", options.inks, "1: K, 4: K C M Y, 6: with light cyan and light magenta (default 4)")
+      ->check(CLI::IsMember({1, 4, 6}));
+  command->add_option("--levels", options.levels, "levels of a dot")->check(CLI::Range(2, 16))->capture_default_str();
+  command->add_option("--modulation", arguments->modulation, "of the thresholds of error diffusion")
+      ->check(CLI::IsMember({"none", "noise"}))
+      ->capture_default_str();
+  command->callback([arguments] { compare(*arguments); });
+}
+
+}  // namespace vrk::tool

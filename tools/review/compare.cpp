@@ -1,0 +1,152 @@
+#include "tools/review/compare.h"
+
+#include <algorithm>
+
+#include "kit/ink_model.h"
+#include "pictures/photograph.h"
+#include "tools/print/dots.h"
+#include "tools/print/print_setup.h"
+#include "tools/review/halftone_choices.h"
+#include "tools/review/sheet.h"
+
+namespace vrk::tool {
+namespace {
+
+// A part of the picture, in its pixels.
+struct window {
+  unsigned left, top, width, height;
+};
+
+window around(detail::place centre, unsigned width, unsigned height, unsigned page_width, unsigned page_height) {
+  const auto start = [](unsigned at, unsigned size, unsigned page) {
+    return std::min(at > size / 2 ? at - size / 2 : 0, page - size);
+  };
+  width = std::min(width, page_width);
+  height = std::min(height, page_height);
+  return {start(centre.x, width, page_width), start(centre.y, height, page_height), width, height};
+}
+
+// A part of the picture as its inks: a byte for every ink of every pixel.
+struct ink_picture {
+  unsigned width, height, inks;
+  std::vector<std::uint8_t> samples;
+
+  std::size_t line_bytes() const { return std::size_t{width} * inks; }
+  const std::uint8_t* line(unsigned y) const { return &samples[y * line_bytes()]; }
+};
+
+ink_picture read_inks(image_reader& source, const window& part, std::optional<unsigned> inks) {
+  print_options options;
+  options.inks = inks;
+  const line_format format{source.channels(), source.bits()};
+  const pipeline road = make_pipeline(options, choose_tables(options, format), part.width, format);
+
+  pipeline::workspace space(road);
+  ink_picture picture{part.width, part.height, road.output().samples, {}};
+  picture.samples.resize(part.height * picture.line_bytes());
+  std::vector<std::uint8_t> line(source.line_bytes());
+  for (unsigned y = 0; y < source.height(); ++y) {  // to the end, so that a broken picture is always found out
+    source.read_line(line.data());
+    if (y < part.top || y >= part.top + part.height) continue;
+    const std::size_t pixel_bytes = source.line_bytes() / source.width();
+    road.convert(&line[part.left * pixel_bytes], &picture.samples[(y - part.top) * picture.line_bytes()], space);
+  }
+  return picture;
+}
+
+using pixels = std::vector<pixel>;  // row by row
+
+template <class Linear>
+pixel coded(const Linear& color) {
+  pixel out;
+  for (std::size_t c = 0; c < 3; ++c) out[c] = pictures::to_byte(kit::linear_to_srgb(double(color[c])));
+  return out;
+}
+
+pixels continuous(const ink_picture& inks) {
+  pixels out;
+  for (std::size_t at = 0; at < inks.samples.size(); at += inks.inks) {
+    std::array<double, 6> coverage{};
+    for (std::size_t i = 0; i < inks.inks; ++i) coverage[i] = inks.samples[at + i] / 255.0;
+    out.push_back(coded(kit::print_color(coverage)));
+  }
+  return out;
+}
+
+pixels halftoned(const ink_picture& inks, halftone& by) {
+  pixels out;
+  dots row(by.planes(), inks.width);
+  std::vector<std::uint8_t> packed(by.output_bytes());
+  for (unsigned y = 0; y < inks.height; ++y) {
+    by.run(inks.line(y), packed.data());
+    row.read_row(packed.data(), 0);
+    for (const light& color : row.colors()) out.push_back(coded(color));
+  }
+  return out;
+}
+
+constexpr unsigned cell_width = 384, cell_height = 288;  // of a crop on the sheet, at most
+
+// Draws the crop, the same part of every picture, enlarged into the sheet's next cell.
+class crop_drawer {
+ public:
+  // first: the crop's first pixel in pictures that are `stride` pixels wide
+  crop_drawer(sheet& cells, const window& crop, unsigned enlargement, std::size_t first, unsigned stride)
+      : cells_(cells), crop_(crop), enlargement_(enlargement), first_(first), stride_(stride) {}
+
+  void add(std::string_view name, std::string_view kind, const pixels& all) {
+    const auto [left, top] = cells_.add(name, kind);
+    canvas& picture = cells_.picture();
+    picture.fill(left - 1, top - 1, crop_.width * enlargement_ + 2, crop_.height * enlargement_ + 2, frame);
+    for (unsigned y = 0; y < crop_.height; ++y) {
+      for (unsigned x = 0; x < crop_.width; ++x) {
+        picture.fill(left + x * enlargement_, top + y * enlargement_, enlargement_, enlargement_,
+                     all[first_ + std::size_t{y} * stride_ + x]);
+      }
+    }
+  }
+
+ private:
+  static constexpr pixel frame{205, 208, 212};
+
+  sheet& cells_;
+  window crop_;
+  unsigned enlargement_;
+  std::size_t first_;
+  unsigned stride_;
+};
+
+std::string describe(unsigned inks, const compare_options& options, const window& crop) {
+  const auto number = [](unsigned n) { return std::to_string(n); };
+  return number(inks) + (inks == 1 ? " ink, " : " inks, ") + number(options.levels) + " levels, error diffusion " +
+         (options.noise ? "with noise modulation, " : "without modulation, ") + number(crop.width) + " x " +
+         number(crop.height) + " pixels from " + number(crop.left) + ", " + number(crop.top);
+}
+
+}  // namespace
+
+void write_comparison(image_reader& source, const compare_options& options, const std::filesystem::path& file) {
+  const detail::place centre = options.centre.value_or(detail::place{source.width() / 2, source.height() / 2});
+  const window crop = around(centre, cell_width / options.enlargement, cell_height / options.enlargement,
+                             source.width(), source.height());
+  // Error diffusion needs some way to settle, so more is halftoned than shown.
+  constexpr unsigned way = 64;
+  const unsigned left = crop.left - std::min(crop.left, way), top = crop.top - std::min(crop.top, way);
+  const window part{left, top, std::min(source.width(), crop.left + crop.width + way) - left,
+                    crop.top + crop.height - top};
+  const ink_picture inks = read_inks(source, part, options.inks);
+
+  const std::vector<halftone_choice> choices = halftone_choices();
+  sheet cells(1 + choices.size(), cell_width, crop.height * options.enlargement);
+  cells.title(std::filesystem::path(source.name()).filename().string(), describe(inks.inks, options, crop));
+  crop_drawer drawer(cells, crop, options.enlargement,
+                     std::size_t{crop.top - part.top} * part.width + (crop.left - part.left), part.width);
+  drawer.add("continuous tone", "inks as asked for", continuous(inks));
+  for (const halftone_choice& choice : choices) {
+    const auto by = make_halftone(choice, inks.inks, options.levels, options.noise, inks.width);
+    drawer.add(choice.name, choice.dither ? "threshold matrix" : "error filter", halftoned(inks, *by));
+  }
+  cells.picture().save(file);
+}
+
+}  // namespace vrk::tool

@@ -1,0 +1,82 @@
+#include "tools/review/report.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+#include "kit/threshold_matrices.h"
+#include "tools/print/progress.h"
+
+namespace vrk::tool {
+namespace {
+
+constexpr unsigned tone_side = 256, spectrum_side = 1024;  // pixels of the patches, at least
+
+// Whole tiles of the matrix, which the tables for bytes may double.
+unsigned whole_tiles(const halftone_choice& choice, unsigned at_least) {
+  const unsigned tile = choice.dither ? 2 * kit::plane_matrices(choice.name)[0].width : 1;
+  return (at_least + tile - 1) / tile * tile;
+}
+
+tone_errors measure_tones(const halftone_choice& choice, const report_options& options, ed_precision precision) {
+  const unsigned side = whole_tiles(choice, tone_side), bits = precision == ed_precision::samples16 ? 16 : 8;
+  tone_errors errors;
+  for (unsigned tone = 1; tone <= 254; ++tone) {
+    const auto by = make_halftone(choice, 1, options.levels, options.noise, side, precision);
+    errors.push_back(flat_patch(*by, side, side, tone, bits).mean() - tone / 255.0);
+  }
+  return errors;
+}
+
+// Error diffusion needs some way to settle: its patch is cut out of a larger one.
+pattern settled(const pattern& patch, unsigned margin) {
+  pattern inner{patch.width - 2 * margin, patch.height - margin, {}};
+  for (unsigned y = margin; y < patch.height; ++y) {
+    const auto row = patch.ink.begin() + std::ptrdiff_t{y} * patch.width;
+    inner.ink.insert(inner.ink.end(), row + margin, row + (patch.width - margin));
+  }
+  return inner;
+}
+
+std::vector<double> measure_power(const halftone_choice& choice, const report_options& options) {
+  const unsigned side = whole_tiles(choice, spectrum_side);
+  const auto by = make_halftone(choice, 1, options.levels, options.noise, side, ed_precision::samples16);
+  const pattern patch = flat_patch(*by, side, side, options.tone, 16);
+  return radial_power(choice.dither ? patch : settled(patch, 64));
+}
+
+}  // namespace
+
+double share_of_dots(const report_options& options) {
+  const double level = options.tone / 255.0 * (options.levels - 1);
+  return level - std::floor(level);
+}
+
+std::size_t worst(const tone_errors& errors) {
+  const auto furthest =
+      std::max_element(errors.begin(), errors.end(), [](double a, double b) { return std::abs(a) < std::abs(b); });
+  return std::size_t(furthest - errors.begin());
+}
+
+bool choice_report::keeps_tone() const {
+  return std::abs(errors8[worst(errors8)]) < tone_bar && std::abs(errors16[worst(errors16)]) < tone_bar;
+}
+
+std::vector<choice_report> measure(const report_options& options) {
+  std::vector<choice_report> reports;
+  const std::vector<halftone_choice> choices = halftone_choices();
+  progress bar(unsigned(3 * choices.size()));
+  for (const halftone_choice& choice : choices) {
+    choice_report report{choice, {}, {}, {}};
+    report.errors8 = measure_tones(choice, options, ed_precision::bits8);
+    bar.step();
+    report.errors16 = measure_tones(choice, options, ed_precision::samples16);
+    bar.step();
+    report.power = measure_power(choice, options);
+    bar.step();
+    reports.push_back(std::move(report));
+  }
+  return reports;
+}
+
+}  // namespace vrk::tool

@@ -1,0 +1,22 @@
+// A flat patch as one plane of dots: what the report measures.
+#pragma once
+
+#include <vector>
+
+#include "tools/pipeline/halftone.h"
+
+namespace vrk::tool {
+
+// Dots row by row, each as its share of full ink.
+struct pattern {
+  unsigned width = 0, height = 0;
+  std::vector<float> ink{};
+
+  double mean() const;
+};
+
+// The patch that a fresh halftone for one plane, as wide as the patch, makes of a tone.
+// tone: 0 ... 255 of full ink; bits: of the samples that the halftone takes, 8 or 16.
+pattern flat_patch(halftone& by, unsigned width, unsigned height, unsigned tone, unsigned bits);
+
+}  // namespace vrk::tool

@@ -1,0 +1,90 @@
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "tools/review/report.h"
+#include "tools/review/report_chart.h"
+
+namespace vrk::tool {
+namespace {
+
+constexpr pixel orange{222, 120, 30}, blue{35, 95, 190}, good{226, 242, 226}, bad{250, 228, 224}, mark{120, 126, 134};
+
+std::string conditions(const report_options& options) {
+  return std::to_string(options.levels) + " levels, error diffusion " +
+         (options.noise ? "with noise modulation" : "without modulation");
+}
+
+std::string formatted(const char* format, double value) {
+  char text[48];
+  std::snprintf(text, sizeof text, format, value);
+  return text;
+}
+
+// In percent of full ink, over the tones 1 ... 254.
+std::vector<pictures::point> curve_of(const tone_errors& errors) {
+  std::vector<pictures::point> curve;
+  for (std::size_t i = 0; i < errors.size(); ++i) curve.push_back({double(i + 1), 100 * errors[i]});
+  return curve;
+}
+
+// Room for errors up to `largest`: charts of small errors share one scale.
+chart_axis error_axis(double largest) {
+  double step = 0.5;
+  for (const double coarser : {2.5, 10.0, 20.0}) {
+    if (largest > 3 * step) step = coarser;
+  }
+  chart_axis axis{"% of full ink", -3 * step, 3 * step, {}};
+  for (int i = -2; i <= 2; ++i) axis.ticks.push_back({i * step, formatted("%g", i * step)});
+  return axis;
+}
+
+}  // namespace
+
+void plot_tones(const std::vector<choice_report>& reports, const report_options& options,
+                const std::filesystem::path& file) {
+  chart_sheet sheet(reports.size(), "Tone of flat patches",
+                    "ink placed less ink asked for, patches of 256 x 256 pixels, " + conditions(options));
+  sheet.explain("8-bit samples, 8-bit precision", orange);
+  sheet.explain("16-bit samples", blue);
+  sheet.explain("no more than 0.5 % off", good, true);
+  const chart_axis tone{"tone", 0, 255, {{0, "0"}, {64, "64"}, {128, "128"}, {192, "192"}, {255, "255"}}};
+  for (const choice_report& r : reports) {
+    const double largest =
+        100 * std::max(std::abs(r.errors8[worst(r.errors8)]), std::abs(r.errors16[worst(r.errors16)]));
+    chart plot = sheet.add(r.choice.name, formatted("at most %.2f %% off", largest), tone, error_axis(largest));
+    plot.shade({0, -100 * tone_bar}, {255, 100 * tone_bar}, good);
+    plot.draw_axes();
+    plot.plot(curve_of(r.errors8), orange);
+    plot.plot(curve_of(r.errors16), blue);
+  }
+  sheet.save(file);
+}
+
+void plot_spectra(const std::vector<choice_report>& reports, const report_options& options,
+                  const std::filesystem::path& file) {
+  chart_sheet sheet(reports.size(), "Spectrum of a flat patch",
+                    "of tone " + std::to_string(options.tone) + ", radially averaged, " + conditions(options));
+  sheet.explain("power, white noise having 0 dB", blue);
+  sheet.explain("dots as far apart as they can be", mark);
+  sheet.explain("a hump here shows as structure", bad, true);
+  const double share = share_of_dots(options), principal = principal_frequency(share);
+  chart_axis frequency{"cycles per pixel", 0, 0.71, {}}, power{"dB", -50, 20, {{-40, "-40"}, {-20, "-20"}, {0, "0"}}};
+  for (int i = 0; i <= 7; ++i) frequency.ticks.push_back({i / 10.0, formatted("%g", i / 10.0)});
+  for (const choice_report& r : reports) {
+    const double low = low_power(r.power, share), rounded = std::round(decibels(low)) + 0.0;  // no -0
+    chart plot =
+        sheet.add(r.choice.name, low > 0 ? formatted("low frequencies %.0f dB", rounded) : "", frequency, power);
+    plot.shade({0, 0}, {principal / 2, power.to}, bad);
+    plot.draw_axes();
+    plot.plot({{principal, power.from}, {principal, power.to}}, mark, 1);
+    std::vector<pictures::point> curve;
+    for (std::size_t i = 1; i < r.power.size(); ++i) {
+      curve.push_back({double(i) / spectrum_window, decibels(r.power[i])});
+    }
+    plot.plot(curve, blue);
+  }
+  sheet.save(file);
+}
+
+}  // namespace vrk::tool

@@ -1,0 +1,59 @@
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "kit/error_filters.h"
+#include "kit/threshold_matrices.h"
+#include "tools/review/report.h"
+
+namespace vrk::tool {
+namespace {
+
+void show_errors(const tone_errors& errors) {
+  const std::size_t at = worst(errors);
+  std::printf("  %+7.2f at %-3zu", 100 * errors[at], at + 1);
+}
+
+// A filter keeps every tone unless it loses error; a matrix, unless it has too few steps.
+std::string why_off(const halftone_choice& choice, unsigned levels) {
+  if (!choice.dither) return std::string(kit::find_error_filter(choice.name)->source);
+  const std::size_t cells = kit::plane_matrices(choice.name)[0].ranks.size();
+  char text[64];
+  std::snprintf(text, sizeof text, "%zu cells make steps of %.2g %%", cells, 100.0 / double(cells) / (levels - 1));
+  return text;
+}
+
+}  // namespace
+
+void show(const std::vector<choice_report>& reports, const report_options& options) {
+  const double share = share_of_dots(options);
+  std::printf("                   largest error of tone, %% of full ink       spectrum of tone %u, white noise 0 dB\n",
+              options.tone);
+  std::printf("                   8 bits            16 bits            low frequencies   highest below %.2f\n",
+              principal_frequency(share) / 2);
+  for (const choice_report& r : reports) {
+    std::printf("  %-16s", r.choice.name.c_str());
+    show_errors(r.errors8);
+    show_errors(r.errors16);
+    const spectrum_peak peak = hump(r.power, share);
+    if (peak.power > 0) {
+      std::printf("  %12.1f dB %12.1f dB\n", decibels(low_power(r.power, share)), decibels(peak.power));
+    } else {
+      std::printf("                -               -\n");
+    }
+  }
+  std::printf("\n");
+  for (const choice_report& r : reports) {
+    if (!r.keeps_tone()) {
+      std::printf("%s is more than %.1f %% off: %s.\n", r.choice.name.c_str(), 100 * tone_bar,
+                  why_off(r.choice, options.levels).c_str());
+    }
+    const spectrum_peak peak = hump(r.power, share);
+    if (peak.power > 1) {
+      std::printf("%s has a hump: a structure with a period of %.1f pixels.\n", r.choice.name.c_str(),
+                  1 / peak.frequency);
+    }
+  }
+}
+
+}  // namespace vrk::tool

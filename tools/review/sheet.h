@@ -1,0 +1,29 @@
+// A titled picture of labelled cells, four in a row.
+#pragma once
+
+#include "tools/review/canvas.h"
+
+namespace vrk::tool {
+
+class sheet {
+ public:
+  // width, height: of what a cell shows below its label
+  sheet(std::size_t cells, unsigned width, unsigned height);
+
+  void title(std::string_view text, std::string_view more);
+
+  // The next cell, its name above it on the left, a remark on the right. Returns where its content begins.
+  struct place {
+    unsigned left, top;
+  };
+  place add(std::string_view name, std::string_view remark);
+
+  canvas& picture() { return picture_; }
+
+ private:
+  unsigned width_, height_;
+  unsigned next_ = 0;
+  canvas picture_;
+};
+
+}  // namespace vrk::tool
