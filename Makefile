@@ -1,6 +1,6 @@
 # The commands of the README. Each installs what it needs (as root, on Debian), configures, builds and runs.
 build_packages = g++ cmake ninja-build pkg-config
-tool_packages = libpng-dev libjpeg-dev libcli11-dev libnetpbm-dev libtbb-dev libfftw3-dev
+tool_packages = libpng-dev libjpeg-dev libcli11-dev libtbb-dev libkissfft-dev
 test_packages = libgtest-dev
 win32_packages = g++-mingw-w64-i686-posix googletest
 bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev libgutenprint-dev

@@ -1,67 +1,159 @@
-#include <netpbm/pam.h>
+#include <cctype>
+#include <sstream>
+#include <vector>
 
-#include <cstring>
-
-#include "tools/image/c_library.h"
 #include "tools/image/image_reader.h"
+#include "tools/pipeline/user_error.h"
 
 namespace vrk::tool {
 namespace {
 
-c_failure* listener = nullptr;  // the library reports to a plain function; one picture is read at a time
-
-// Samples are brought to 8 bits, or to 16 when the file has more than 255 levels.
+// PBM, PGM and PPM in their plain and raw forms ("P1" ... "P6"), and PAM ("P7"). Samples are brought to 8 bits, or to
+// 16 when the file has more than 255 levels.
 class pnm_reader final : public image_reader {
  public:
   pnm_reader(input_file file, const std::string& name) : image_reader(name), file_(std::move(file)) {
-    listener = &failure_;
-    pm_setusererrormsgfn(
-        [](const char* text) { std::snprintf(listener->message, sizeof listener->message, "%s", text); });
-    pm_setusermessagefn([](const char*) {});
-    pm_setjmpbuf(&failure_.come_back);
-    run_c(failure_, name_, [this] {
-      pnm_readpaminit(file_.get(), &pam_, int(sizeof pam_));
-      const bool cmyk = pam_.depth == 4 && std::strcmp(pam_.tuple_type, "CMYK") == 0;
-      if (pam_.depth != 1 && pam_.depth != 3 && !cmyk) failure_.jump("holds neither gray, RGB nor CMYK");
-      row_ = pnm_allocpamrow(&pam_);
-    });
-    width_ = unsigned(pam_.width);
-    height_ = unsigned(pam_.height);
-    channels_ = pam_.depth;
-    bits_ = pam_.maxval > 255 ? 16 : 8;
+    std::getc(file_.get());  // 'P'
+    const int form = std::getc(file_.get());
+    if (form == '7') {
+      read_pam_header();
+    } else if (form >= '1' && form <= '6') {
+      read_header(form - '0');
+    } else {
+      refuse("begins as PNM files do, but is none: expected \"P1\" to \"P7\"");
+    }
+    check_header();
   }
-  ~pnm_reader() override {
-    pm_freerow(row_);
-    pm_setjmpbuf(nullptr);
-  }
-  pnm_reader(const pnm_reader&) = delete;
-  pnm_reader& operator=(const pnm_reader&) = delete;
 
   void read_line(void* line) override {
-    run_c(failure_, name_, [this] { pnm_readpamrow(&pam_, row_); });
-    if (bits_ == 16) {
-      scale(static_cast<std::uint16_t*>(line), 0xFFFF);
-    } else {
-      scale(static_cast<std::uint8_t*>(line), 0xFF);
-    }
+    if (!plain_ && max_ == 255) return read_bytes(line, line_bytes());
+    plain_ ? read_plain_line() : read_raw_line();
+    bits_ == 16 ? scale_line(static_cast<std::uint16_t*>(line)) : scale_line(static_cast<std::uint8_t*>(line));
   }
 
  private:
-  template <class Sample>
-  void scale(Sample* to, unsigned long full) const {
-    const unsigned long max = pam_.maxval;
-    for (unsigned x = 0; x < width_; ++x) {
-      for (unsigned c = 0; c < channels_; ++c) {
-        const unsigned long sample = row_[x][c];
-        *to++ = Sample(max == full ? sample : (sample * full + max / 2) / max);
+  [[noreturn]] void refuse(const std::string& why) const { throw user_error(name_ + ": " + why); }
+  [[noreturn]] void refuse_short() const { refuse("the file ends before the picture does"); }
+
+  // Forms 1 and 4: bits, 1 for black; 2 and 5: gray; 3 and 6: R, G, B; 1 to 3 as decimal text.
+  void read_header(int form) {
+    plain_ = form <= 3;
+    bitmap_ = form % 3 == 1;
+    channels_ = form % 3 == 0 ? 3 : 1;
+    width_ = read_number();
+    height_ = read_number();
+    max_ = bitmap_ ? 1 : read_number();
+    if (std::feof(file_.get()) != 0) refuse_short();
+  }
+
+  void read_pam_header() {
+    std::string key, type;
+    while (key != "ENDHDR") {
+      std::istringstream line(read_header_line());
+      key.clear();
+      line >> key;
+      if (key == "WIDTH") line >> width_;
+      if (key == "HEIGHT") line >> height_;
+      if (key == "DEPTH") line >> channels_;
+      if (key == "MAXVAL") line >> max_;
+      if (key == "TUPLTYPE") line >> type;
+    }
+    if (channels_ == 4 && type != "CMYK") channels_ = 0;
+  }
+
+  void check_header() {
+    constexpr unsigned longest = 1000000;
+    if (width_ < 1 || width_ > longest || height_ < 1 || height_ > longest) {
+      refuse("has " + std::to_string(width_) + " x " + std::to_string(height_) + " pixels, expected 1 to " +
+             std::to_string(longest) + " each way");
+    }
+    if (max_ < 1 || max_ > 0xFFFF) refuse("has samples up to " + std::to_string(max_) + ", expected 1 to 65535");
+    if (channels_ != 1 && channels_ != 3 && channels_ != 4) refuse("holds neither gray, RGB nor CMYK");
+    bits_ = max_ > 255 ? 16 : 8;
+    row_.resize(std::size_t{width_} * channels_);
+    const unsigned full = bits_ == 16 ? 0xFFFF : 0xFF;
+    for (unsigned sample = 0; sample <= max_; ++sample) {
+      levels_.push_back(std::uint16_t((std::uint64_t{sample} * full + max_ / 2) / max_));
+    }
+  }
+
+  // One character of text; a comment reads as the end of its line.
+  int read_character() {
+    int c = std::getc(file_.get());
+    if (c == '#') {
+      while (c != '\n' && c != EOF) c = std::getc(file_.get());
+    }
+    return c;
+  }
+  int read_after_blanks() {
+    int c = read_character();
+    while (std::isspace(c) != 0) c = read_character();
+    if (c == EOF) refuse_short();
+    return c;
+  }
+  // A decimal number, and the blank or the end of the file behind it. Digits after 100 million are dropped: no field of
+  // the format may be so large.
+  unsigned read_number() {
+    unsigned number = 0;
+    int c = read_after_blanks();
+    for (; c != EOF && std::isspace(c) == 0; c = read_character()) {
+      if (std::isdigit(c) == 0) refuse("is damaged: something other than a number stands among its numbers");
+      number = number < 100000000 ? 10 * number + unsigned(c - '0') : number;
+    }
+    return number;
+  }
+  std::string read_header_line() {
+    std::string line;
+    for (int c = std::getc(file_.get()); c != '\n'; c = std::getc(file_.get())) {
+      if (c == EOF) refuse_short();
+      line += char(c);
+    }
+    return line;
+  }
+
+  void read_plain_line() {
+    for (unsigned& sample : row_) {
+      if (!bitmap_) {
+        sample = read_number();
+        continue;
+      }
+      const int c = read_after_blanks();  // bits need no blanks between them
+      if (c != '0' && c != '1') refuse("is damaged: something other than 0 and 1 stands among its bits");
+      sample = c == '0';
+    }
+  }
+
+  void read_bytes(void* to, std::size_t count) {
+    if (std::fread(to, 1, count, file_.get()) != count) refuse_short();
+  }
+  void read_raw_line() {
+    const std::size_t sample_bytes = bits_ / 8;
+    bytes_.resize(bitmap_ ? (row_.size() + 7) / 8 : row_.size() * sample_bytes);
+    read_bytes(bytes_.data(), bytes_.size());
+    for (std::size_t i = 0; i < row_.size(); ++i) {
+      if (bitmap_) {
+        row_[i] = (bytes_[i / 8] >> (7 - i % 8) & 1) == 0;
+      } else {
+        row_[i] = sample_bytes == 1 ? bytes_[i] : unsigned(bytes_[2 * i] << 8 | bytes_[2 * i + 1]);
       }
     }
   }
 
+  template <class Sample>
+  void scale_line(Sample* to) const {
+    for (const unsigned sample : row_) {
+      if (sample > max_)
+        refuse("has a sample of " + std::to_string(sample) + ", expected 0 to " + std::to_string(max_));
+      *to++ = Sample(levels_[sample]);
+    }
+  }
+
   input_file file_;
-  c_failure failure_;
-  struct pam pam_ {};
-  tuple* row_ = nullptr;
+  bool plain_ = false, bitmap_ = false;
+  unsigned max_ = 0;                   // the sample that stands for white, or for all the ink
+  std::vector<std::uint16_t> levels_;  // of every sample 0 ... max_, at 8 or 16 bits
+  std::vector<unsigned> row_;          // samples of one line as the file has them
+  std::vector<std::uint8_t> bytes_;    // of one raw line
 };
 
 }  // namespace

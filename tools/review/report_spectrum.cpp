@@ -1,11 +1,10 @@
 #include "tools/review/report_spectrum.h"
 
-#include <fftw3.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <memory>
+#include <complex>
+#include <kissfft/kissfft.hh>
 #include <numbers>
 #include <numeric>
 
@@ -14,41 +13,45 @@ namespace {
 
 constexpr int side = int(spectrum_window), half = side / 2;
 
-// The discrete Fourier transform of one window.
+// The discrete Fourier transform of one window: of its rows, then of the columns of the result.
 class window_transform {
  public:
-  window_transform() : plan_(fftw_plan_dft_r2c_2d(side, side, in_.get(), out_.get(), FFTW_ESTIMATE)) {}
-  ~window_transform() { fftw_destroy_plan(plan_); }
-  window_transform(const window_transform&) = delete;
-  window_transform& operator=(const window_transform&) = delete;
+  double& sample(int x, int y) { return samples_[std::size_t(y * side + x)]; }
 
-  double& sample(int x, int y) { return in_[std::size_t(y * side + x)]; }
-  void run() { fftw_execute(plan_); }
-  // Of the frequency x (0 ... half), y (0 ... side - 1) after `run`.
-  double power(int x, int y) const {
-    const fftw_complex& value = out_[std::size_t(y * (half + 1) + x)];
-    return value[0] * value[0] + value[1] * value[1];
+  void run() {
+    for (std::size_t y = 0; y < side; ++y) {
+      std::complex<double>* const row = &rows_[y * frequencies];
+      of_rows_.transform_real(&samples_[y * side], row);
+      row[half] = row[0].imag();  // both ends are real and come in one number
+      row[0] = row[0].real();
+    }
+    for (std::size_t x = 0; x < frequencies; ++x) {
+      of_columns_.transform(&rows_[x], &columns_[x * side], 0, 1, frequencies);
+    }
   }
 
+  // Of the frequency x (0 ... half), y (0 ... side - 1) after `run`.
+  double power(int x, int y) const { return std::norm(columns_[std::size_t(x * side + y)]); }
+
  private:
-  struct free_it {
-    void operator()(void* memory) const { fftw_free(memory); }
-  };
-  std::unique_ptr<double[], free_it> in_{fftw_alloc_real(std::size_t{side * side})};
-  std::unique_ptr<fftw_complex[], free_it> out_{fftw_alloc_complex(std::size_t{side * (half + 1)})};
-  fftw_plan plan_;
+  static constexpr std::size_t frequencies = half + 1;  // of a row of real samples
+
+  kissfft<double> of_rows_{half, false}, of_columns_{side, false};
+  std::vector<double> samples_ = std::vector<double>(std::size_t{side} * side);
+  std::vector<std::complex<double>> rows_ = std::vector<std::complex<double>>(side * frequencies);
+  std::vector<std::complex<double>> columns_ = std::vector<std::complex<double>>(side * frequencies);
 };
 
-// Hann's window: a pattern that is cut off hard would spill its strong frequencies over the weak ones.
+// Hann's window: with hard edges, strong frequencies would spread over weak ones.
 std::array<double, side> hann() {
   std::array<double, side> weights{};
   for (int i = 0; i < side; ++i) weights[std::size_t(i)] = std::pow(std::sin(std::numbers::pi * (i + 0.5) / side), 2);
   return weights;
 }
 
-// Powers added up ring by ring around zero frequency.
+// Powers added up by distance from zero frequency.
 struct rings {
-  static constexpr std::size_t count = 182;  // the corner lies at half * sqrt(2)
+  static constexpr std::size_t count = 182;  // the corner lies at half * sqrt(2), which rounds to 181
   std::vector<double> sum = std::vector<double>(count), weight = std::vector<double>(count);
 
   void add(const window_transform& transform) {
