@@ -5,6 +5,7 @@
 
 #include "kit/ink_model.h"
 #include "kit/separation.h"
+#include "kit/srgb.h"
 
 namespace vrk::kit {
 namespace {

@@ -8,10 +8,6 @@ namespace vrk::kit {
 
 using linear_rgb = std::array<double, 3>;  // linear light of the sRGB primaries, 0 ... 1 (paper white)
 
-// Between an sRGB level (0 ... 1) and linear light (IEC 61966-2-1).
-double srgb_to_linear(double level);
-double linear_to_srgb(double light);
-
 // Colours of full coverage, relative to paper white: K, C, M, Y, light cyan, light magenta. The four full inks after
 // the solids of offset printing on coated paper (ISO 12647-2), brought into sRGB. The light inks hold a third of the
 // pigment (Beer's law: the cube root of what the full ink lets through).

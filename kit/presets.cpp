@@ -3,10 +3,10 @@
 #include "kit/color_grids.h"
 #include "kit/dot_patterns.h"
 #include "kit/error_filters.h"
-#include "kit/ink_model.h"
 #include "kit/level_sets.h"
 #include "kit/planes.h"
 #include "kit/separation.h"
+#include "kit/srgb.h"
 #include "kit/threshold_matrices.h"
 #include "kit/tone_curves.h"
 

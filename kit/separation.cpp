@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "kit/srgb.h"
+
 namespace vrk::kit {
 namespace {
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "kit/srgb.h"
+
 namespace vrk::pictures {
 namespace {
 
@@ -191,7 +193,7 @@ kit::bytes photograph(unsigned width, unsigned height) {
     for (unsigned x = 0; x < width; ++x) {
       const rgb_color c = photograph_at((x + 0.5) / height, (y + 0.5) / height, double(width) / height);
       const double grain = 0.012 * film_grain(x, y);
-      for (const double sample : {c.r, c.g, c.b}) out.push_back(to_byte(sample + grain));
+      for (const double sample : {c.r, c.g, c.b}) out.push_back(kit::srgb_byte(sample + grain));
     }
   }
   return out;

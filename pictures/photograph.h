@@ -6,7 +6,7 @@
 namespace vrk::pictures {
 
 struct rgb_color {
-  double r, g, b;  // sRGB-coded, 0 ... 1
+  double r, g, b;  // sRGB levels, 0 ... 1
 };
 
 // Colour of the scene at u (0 left ... aspect right), v (0 top ... 1 bottom). The scene fills any aspect from 1 to 2.
@@ -17,10 +17,5 @@ kit::bytes photograph(unsigned width, unsigned height);
 
 // Per-pixel grain of a camera: -1 ... 1, a fixed function of the pixel's position.
 double film_grain(unsigned x, unsigned y);
-
-// The coded value as a byte.
-inline std::uint8_t to_byte(double coded) {
-  return coded <= 0 ? std::uint8_t{0} : coded >= 1 ? std::uint8_t{255} : std::uint8_t(coded * 255 + 0.5);
-}
 
 }  // namespace vrk::pictures

@@ -7,6 +7,7 @@
 #include <numbers>
 #include <string>
 
+#include "kit/srgb.h"
 #include "pictures/pen.h"
 
 namespace vrk::pictures {
@@ -224,7 +225,7 @@ void sample_page::draw_line(unsigned y, std::uint8_t* rgb) const {
     if (at >= work.top - pixel_ && at <= work.bottom + pixel_) paint(work, at, line);
   }
   for (const rgb_color& c : line) {
-    for (const double sample : {c.r, c.g, c.b}) *rgb++ = to_byte(sample);
+    for (const double sample : {c.r, c.g, c.b}) *rgb++ = kit::srgb_byte(sample);
   }
 }
 

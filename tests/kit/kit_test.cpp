@@ -17,6 +17,7 @@
 #include "kit/modulation.h"
 #include "kit/presets.h"
 #include "kit/separation.h"
+#include "kit/srgb.h"
 #include "kit/threshold_matrices.h"
 #include "kit/tone_curves.h"
 
