@@ -1,12 +1,12 @@
-// The subcommands of `vrk`. Each adds itself to the command line; what it throws, main says.
+// The subcommands of `vrk`. Each function adds one to the command line; main reports what a subcommand throws.
 #pragma once
 
 #include <CLI/CLI.hpp>
 
 namespace vrk::tool {
 
-void add_print_command(CLI::App& app);    // print: a picture through the whole road
-void add_demo_command(CLI::App& app);     // demo: the embedded test page
+void add_print_command(CLI::App& app);    // print: a picture through all stages
+void add_demo_command(CLI::App& app);     // demo: the built-in sample page
 void add_tables_command(CLI::App& app);   // tables: the kit's tables as files
 void add_compare_command(CLI::App& app);  // compare: every filter and matrix side by side
 void add_report_command(CLI::App& app);   // report: tone and spectrum of every filter and matrix

@@ -7,7 +7,7 @@
 #include "tools/pipeline/user_error.h"
 
 int main(int argc, char** argv) {
-  CLI::App app("vrk: prints pictures through the colour library, and shows the dots", "vrk");
+  CLI::App app("vrk: prints pictures with the colour library, and shows the dots", "vrk");
   app.require_subcommand(1);
   app.set_version_flag("--version", std::string("vrk ") + vrk_get_version());
   vrk::tool::add_print_command(app);
@@ -23,7 +23,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "vrk: %s\n", error.what());
     return 1;
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "vrk: something unforeseen: %s\n", error.what());
+    std::fprintf(stderr, "vrk: internal error: %s\n", error.what());
     return 2;
   }
 }

@@ -9,7 +9,7 @@
 
 namespace vrk::tool {
 
-// Where a C library's error handler jumps to, and what it had to say.
+// Where the error handler of a C library jumps to, and its message.
 struct c_failure {
   std::jmp_buf come_back;
   char message[240] = "";
@@ -20,7 +20,7 @@ struct c_failure {
   }
 };
 
-// Runs `call`, inside which the library may jump. `call` holds no object that needs destruction: a jump passes it by.
+// Runs `call`, inside which the library may jump. `call` must hold no object with a destructor: a jump skips it.
 template <class Call>
 void run_c(c_failure& failure, const std::string& source, const Call& call) {
   if (setjmp(failure.come_back) != 0) throw user_error(source + ": " + failure.message);

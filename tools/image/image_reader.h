@@ -14,13 +14,13 @@ class image_reader {
 
   unsigned width() const { return width_; }
   unsigned height() const { return height_; }
-  unsigned channels() const { return channels_; }  // 1: gray, 3: R, G, B, both sRGB-coded; 4: C, M, Y, K, 0 for no ink
+  unsigned channels() const { return channels_; }  // 1: gray, 3: R, G, B, both sRGB; 4: C, M, Y, K, 0 for no ink
   unsigned bits() const { return bits_; }          // per sample: 8, or 16 in the machine's byte order
   std::size_t line_bytes() const { return std::size_t{width_} * channels_ * (bits_ / 8); }
   const std::string& name() const { return name_; }
 
-  // Fills line_bytes() bytes with the next line; after the last one the file's end is checked as well. Throws
-  // user_error, naming the file, when the file is broken or ends early.
+  // Fills line_bytes() bytes with the next line. Throws user_error, naming the file, when the file is broken or ends
+  // early; the last line checks the end of the file as well where the format has one.
   virtual void read_line(void* line) = 0;
 
  protected:
@@ -37,14 +37,14 @@ struct file_closer {
 };
 using input_file = std::unique_ptr<std::FILE, file_closer>;
 
-// PNG, JPEG, PBM, PGM, PPM or PAM, told apart by the first byte; "-" is standard input.
+// PNG, JPEG, PBM, PGM, PPM or PAM, recognised by the first byte; "-" is standard input.
 std::unique_ptr<image_reader> open_image(const std::string& path);
 
 std::unique_ptr<image_reader> read_png(input_file file, const std::string& name);
 std::unique_ptr<image_reader> read_jpeg(input_file file, const std::string& name);
 std::unique_ptr<image_reader> read_pnm(input_file file, const std::string& name);
 
-// The embedded test page, as if it were a file.
+// The built-in sample page, as if it were a file.
 std::unique_ptr<image_reader> read_sample_page(unsigned width, unsigned height);
 
 }  // namespace vrk::tool

@@ -13,7 +13,7 @@ class image_writer {
  public:
   virtual ~image_writer() = default;
   virtual void write_line(const void* line) = 0;
-  virtual void keep() = 0;  // after the last line; a picture that is not kept leaves no file
+  virtual void keep() = 0;  // after the last line; without it the file is removed
 };
 
 // R, G, B bytes.

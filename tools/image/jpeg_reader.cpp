@@ -33,7 +33,7 @@ class jpeg_reader final : public image_reader {
       jpeg_read_scanlines(&jpeg_, &row, 1);
       if (jpeg_.output_scanline == jpeg_.output_height) jpeg_finish_decompress(&jpeg_);
     });
-    // Programs that leave this marker write the paper that is left instead of the ink.
+    // Files with this marker are inverted: 0 is full ink.
     if (channels_ == 4 && jpeg_.saw_Adobe_marker) {
       auto* const inks = static_cast<std::uint8_t*>(line);
       std::transform(inks, inks + line_bytes(), inks, [](std::uint8_t paper) { return std::uint8_t(255 - paper); });
@@ -52,16 +52,16 @@ class jpeg_reader final : public image_reader {
     channels_ = unsigned(jpeg_.output_components);
   }
 
-  static void say(j_common_ptr jpeg) {
+  static void report(j_common_ptr jpeg) {
     char text[JMSG_LENGTH_MAX];
     jpeg->err->format_message(jpeg, text);
     static_cast<c_failure*>(jpeg->client_data)->jump(text);
   }
   [[noreturn]] static void on_error(j_common_ptr jpeg) {
-    say(jpeg);
+    report(jpeg);
     std::abort();  // not reached
   }
-  // The decoder patches over lost data with gray and a warning; here a picture with lost data is a broken file.
+  // The decoder fills in gray for lost data and only warns; here lost data are an error.
   static void on_message(j_common_ptr jpeg, int level) {
     if (level >= 0) return;
     switch (jpeg->err->msg_code) {
@@ -70,7 +70,7 @@ class jpeg_reader final : public image_reader {
         static_cast<c_failure*>(jpeg->client_data)->jump("the file ends before the picture does, or is damaged");
       case JWRN_HUFF_BAD_CODE:
       case JWRN_MUST_RESYNC:
-        say(jpeg);
+        report(jpeg);
         break;
       default:
         break;

@@ -1,4 +1,4 @@
-// Files that exist only when they are complete.
+// Files that appear under their name only when they are complete.
 #pragma once
 
 #include <cstddef>
@@ -24,7 +24,7 @@ class output_file {
   void keep();
 
  private:
-  [[noreturn]] void fail() const;  // with the reason that the system gave last
+  [[noreturn]] void fail() const;  // with the last error of the system
 
   std::filesystem::path path_, temporary_;
   std::FILE* file_ = nullptr;

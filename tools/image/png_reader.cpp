@@ -10,7 +10,7 @@
 namespace vrk::tool {
 namespace {
 
-// Palettes and low bit depths are spread to 8 bits, transparency is laid over white, 16-bit samples stay.
+// Palettes and low bit depths become 8 bits, transparent pixels are blended with white, 16-bit samples stay.
 class png_reader final : public image_reader {
  public:
   png_reader(input_file file, const std::string& name) : image_reader(name), file_(std::move(file)) {
@@ -62,7 +62,7 @@ class png_reader final : public image_reader {
     bits_ = png_get_bit_depth(png_, info_);
   }
 
-  // An interlaced picture is complete only with its last pass, so it has to be held.
+  // The last pass of an interlaced picture still changes its first line, so the whole picture is read at once.
   void read_whole() {
     whole_.resize(line_bytes() * height_);
     std::vector<png_bytep> rows(height_);

@@ -1,6 +1,9 @@
+#include <vrk.h>
+
 #include "kit/explain.h"
-#include "tools/pipeline/handle.h"
+#include "kit/inspect.h"
 #include "tools/pipeline/stage.h"
+#include "tools/pipeline/stage_handle.h"
 
 namespace vrk::tool {
 namespace {
@@ -19,7 +22,7 @@ class csc1_stage final : public stage {
     }
     vrk_set_csc1_rgb(handle_.get(), std::uint32_t(input.layout));
     flags_ = vrk_query_csc1_hint(handle_.get());
-    if (leaves_one_sample(colors)) output_ = {1, output_bits};
+    if (kit::leaves_one_sample(colors.image)) output_ = {1, output_bits};
   }
   ~csc1_stage() override { vrk_free_csc1(handle_.get()); }
 
@@ -28,7 +31,7 @@ class csc1_stage final : public stage {
   }
 
  private:
-  handle handle_;
+  stage_handle handle_;
 };
 
 class csc2_stage final : public stage {
@@ -42,7 +45,7 @@ class csc2_stage final : public stage {
     }
     vrk_set_csc2_rgb(handle_.get(), std::uint32_t(input.layout));
     flags_ = vrk_query_csc2_hint(handle_.get());
-    if (colors.image.front() == 'c') output_.samples = colors.image[9];  // a grid's output channels; a curve has one
+    output_.samples = kit::inks_made(colors.image).value_or(1);
   }
   ~csc2_stage() override { vrk_free_csc2(handle_.get()); }
 
@@ -51,16 +54,10 @@ class csc2_stage final : public stage {
   }
 
  private:
-  handle handle_;
+  stage_handle handle_;
 };
 
 }  // namespace
-
-bool leaves_one_sample(const table& csc1) {
-  if (csc1.image.size() < 8) return false;
-  const std::string subtype(csc1.image.begin() + 4, csc1.image.begin() + 8);
-  return subtype == "gray" || subtype == "blck";
-}
 
 std::unique_ptr<stage> make_csc1(const table& colors, line_format input, unsigned output_bits) {
   return std::make_unique<csc1_stage>(colors, input, output_bits);

@@ -1,6 +1,6 @@
 #include "kit/explain.h"
 #include "tools/pipeline/halftone.h"
-#include "tools/pipeline/handle.h"
+#include "tools/pipeline/stage_handle.h"
 
 namespace vrk::tool {
 namespace {
@@ -39,7 +39,7 @@ class dither final : public halftone {
   }
 
  private:
-  handle handle_;
+  stage_handle handle_;
 };
 
 }  // namespace

@@ -1,6 +1,6 @@
 #include "kit/explain.h"
 #include "tools/pipeline/halftone.h"
-#include "tools/pipeline/handle.h"
+#include "tools/pipeline/stage_handle.h"
 
 namespace vrk::tool {
 namespace {
@@ -19,7 +19,7 @@ std::uint32_t ed_flags(ed_precision precision) {
 // One block as wide as the page, from line 0 to the last.
 class error_diffusion : public halftone {
  public:
-  error_diffusion(handle built, const table& parameters, std::uint32_t width)
+  error_diffusion(stage_handle built, const table& parameters, std::uint32_t width)
       : halftone("error diffusion"), handle_(std::move(built)) {
     vrk_ht_info info;
     vrk_query_ed_info(handle_.get(), &info);
@@ -27,7 +27,7 @@ class error_diffusion : public halftone {
     vrk_query_ed_bitlen(handle_.get(), bits);
     flags_ = vrk_query_ed_hint(handle_.get());
     describe_planes(parameters, info, bits, kit::ed_level_values(parameters.image), 1023);
-    vrk_clear_ed_buf(handle_.get());  // a page owes nothing to one before it
+    vrk_clear_ed_buf(handle_.get());  // no error left over from another page
     vrk_start_ed_block(handle_.get(), width, 0, 0);
   }
   ~error_diffusion() override {
@@ -36,7 +36,7 @@ class error_diffusion : public halftone {
   }
 
  protected:
-  handle handle_;
+  stage_handle handle_;
 };
 
 class packed_lines final : public error_diffusion {
@@ -56,8 +56,8 @@ class dot_cells final : public error_diffusion {
 
   void run(const void* src, std::uint8_t* out) override {
     lines_.clear();
-    for (const plane_line& plane : planes_) {
-      for (unsigned y = 0; y < plane.scale_y; ++y) lines_.push_back(out + plane.offset + y * plane.line_bytes);
+    for (const plane_format& plane : planes_) {
+      for (unsigned y = 0; y < plane.scale.y; ++y) lines_.push_back(out + plane.offset + y * plane.line_bytes);
     }
     vrk_exec_edx(handle_.get(), src, lines_.data());
   }
@@ -68,15 +68,15 @@ class dot_cells final : public error_diffusion {
 
 }  // namespace
 
-std::unique_ptr<halftone> make_error_diffusion(const table& spread, const table& parameters, std::uint32_t width,
+std::unique_ptr<halftone> make_error_diffusion(const table& distribution, const table& parameters, std::uint32_t width,
                                                ed_precision precision) {
-  handle built;
+  stage_handle built;
   if (!built.build([&](void* mem) {
-        return vrk_create_ed(width, spread.size(), spread.image.data(), parameters.size(), parameters.image.data(),
-                             ed_flags(precision), mem);
+        return vrk_create_ed(width, distribution.size(), distribution.image.data(), parameters.size(),
+                             parameters.image.data(), ed_flags(precision), mem);
       })) {
     const std::string why = kit::why_refused_edpr(parameters.image);
-    why.empty() ? refuse(spread, kit::why_refused_edtb(spread.image)) : refuse(parameters, why);
+    why.empty() ? refuse(distribution, kit::why_refused_edtb(distribution.image)) : refuse(parameters, why);
   }
   vrk_ht_info info;
   vrk_query_ed_info(built.get(), &info);

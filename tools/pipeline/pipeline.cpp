@@ -4,9 +4,9 @@
 
 namespace vrk::tool {
 
-pipeline::workspace::workspace(const pipeline& road) : clocks_(road.stages_.size()) {
+pipeline::workspace::workspace(const pipeline& stages) : clocks_(stages.stages_.size()) {
   std::size_t longest = 0;
-  for (const auto& stage : road.stages_) longest = std::max(longest, stage->output().pixel_bytes() * road.width_);
+  for (const auto& stage : stages.stages_) longest = std::max(longest, stage->output().pixel_bytes() * stages.width_);
   for (auto& line : lines_) line.resize(longest);
 }
 

@@ -1,4 +1,4 @@
-// The road of a scanline: stages of the library in a row, each reading what the stage before it wrote.
+// The stages that a scanline passes, each reading what the stage before it wrote, and the halftone behind them.
 #pragma once
 
 #include <memory>
@@ -10,7 +10,7 @@
 
 namespace vrk::tool {
 
-// The stages in front of the halftone. Several threads may convert lines at once, each with a workspace of its own.
+// Several threads may convert lines at once, each with a workspace of its own.
 class pipeline {
  public:
   pipeline(std::uint32_t width, line_format source) : width_(width), source_(source) {}
@@ -20,7 +20,7 @@ class pipeline {
 
   std::uint32_t width() const { return width_; }
   line_format output() const { return stages_.empty() ? source_ : stages_.back()->output(); }
-  const std::vector<plane_line>& planes() const { return halftone_->planes(); }
+  const std::vector<plane_format>& planes() const { return halftone_->planes(); }
 
   // Bytes of a line as it comes in, as it is converted, and as it is halftoned.
   std::size_t source_bytes() const { return source_.pixel_bytes() * width_; }
@@ -30,7 +30,7 @@ class pipeline {
   // Lines between two stages, and the time that each stage took.
   class workspace {
    public:
-    explicit workspace(const pipeline& road);
+    explicit workspace(const pipeline& stages);
 
    private:
     friend pipeline;
@@ -38,15 +38,15 @@ class pipeline {
     std::vector<stopwatch> clocks_;       // of every stage
   };
 
-  // Sends a source line through all stages.
+  // Sends a source line through all stages in front of the halftone.
   void convert(const void* line, std::uint8_t* out, workspace& space) const;
 
-  // Lines have to come in order, and one at a time.
+  // Takes lines in order, one at a time.
   void halftone_line(const void* line, std::uint8_t* out) {
     halftone_clock_.time([&] { halftone_->run(line, out); });
   }
 
-  // What converting took in all workspaces that were `collect`ed, and halftoning.
+  // Adds the time that converting took in a workspace. `times` then has all stages, and the halftone.
   void collect(const workspace& space);
   std::vector<stage_time> times() const;
 

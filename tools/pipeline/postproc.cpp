@@ -1,6 +1,9 @@
+#include <vrk.h>
+
 #include "kit/explain.h"
-#include "tools/pipeline/handle.h"
+#include "kit/inspect.h"
 #include "tools/pipeline/stage.h"
+#include "tools/pipeline/stage_handle.h"
 
 namespace vrk::tool {
 namespace {
@@ -10,7 +13,7 @@ std::uint32_t postproc_flags(line_format input, unsigned output_bits) {
 }
 
 // The library is not told how long the images are: they must hold what their headers announce.
-void check(const plane_curves& curves, unsigned planes) {
+void check_lengths(const plane_curves& curves, unsigned planes) {
   if (curves.main) {
     if (const std::string why = kit::why_refused_main_curves(curves.main->image, planes); !why.empty()) {
       refuse(*curves.main, why);
@@ -26,7 +29,7 @@ class postproc_stage final : public stage {
  public:
   postproc_stage(const plane_curves& curves, line_format input, unsigned output_bits)
       : stage("postproc", {input.samples, output_bits}) {
-    check(curves, input.samples);
+    check_lengths(curves, input.samples);
     output_.samples = planes_made(curves, input.samples);
     const auto image = [](const std::optional<table>& t) -> const void* { return t ? t->image.data() : nullptr; };
     const auto& [k, c, m, y, fifth, sixth] = curves.planes;
@@ -36,7 +39,7 @@ class postproc_stage final : public stage {
                                      image(y), fifth.has_value(), image(fifth), sixth.has_value(), image(sixth),
                                      postproc_flags(input, output_bits), mem);
         })) {
-      throw user_error("post-processing: a curve of a plane makes other than one plane (byte 9 of its image)");
+      throw user_error("post-processing: the curve of a plane announces more than one output plane (byte 9)");
     }
     flags_ = vrk_query_postproc_hint(handle_.get());
   }
@@ -47,16 +50,13 @@ class postproc_stage final : public stage {
   }
 
  private:
-  handle handle_;
+  stage_handle handle_;
 };
 
 }  // namespace
 
 unsigned planes_made(const plane_curves& curves, unsigned planes) {
-  if (!curves.main || curves.main->size() < 10) return planes;
-  const kit::bytes& image = curves.main->image;
-  const bool counts_planes = std::string(image.begin() + 4, image.begin() + 8) != "0010";
-  return counts_planes && image[9] == 6 ? 6 : planes;  // a table that makes any other number is refused
+  return curves.main ? kit::planes_made(curves.main->image, planes) : planes;
 }
 
 std::unique_ptr<stage> make_postproc(const plane_curves& curves, line_format input, unsigned output_bits) {

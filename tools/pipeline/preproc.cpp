@@ -1,6 +1,8 @@
+#include <vrk.h>
+
 #include "kit/explain.h"
-#include "tools/pipeline/handle.h"
 #include "tools/pipeline/stage.h"
+#include "tools/pipeline/stage_handle.h"
 
 namespace vrk::tool {
 namespace {
@@ -39,7 +41,7 @@ class preproc_stage final : public stage {
   }
 
  private:
-  handle handle_;
+  stage_handle handle_;
 };
 
 class preproc2_stage final : public stage {
@@ -62,7 +64,7 @@ class preproc2_stage final : public stage {
   }
 
  private:
-  handle handle_;
+  stage_handle handle_;
 };
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Stages that turn pixels into pixels, in the order in which a scanline meets them.
+// Stages that turn pixels into pixels, in the order in which a scanline passes them.
 #pragma once
 
 #include <array>
@@ -12,12 +12,12 @@
 
 namespace vrk::tool {
 
-// How the samples of an RGB pixel lie, numbered as the library does.
+// Pixel layout of RGB between stages, numbered as the library does.
 enum class pixel_layout : std::uint8_t { rgb, bgr, bgrx, xrgb };
 
-// How the pixels of a line lie in memory, back to back.
+// Format of the pixels of a line, which lie back to back.
 struct line_format {
-  unsigned samples = 3;  // 1: gray or K; 3: R, G, B; 4: K, C, M, Y, of pictures also C, M, Y, K; 6: and light inks
+  unsigned samples = 3;  // 1: gray or K; 3: R, G, B; 4: K, C, M, Y (a picture: C, M, Y, K); 6: and the light inks
   unsigned bits = 8;     // of a sample: 8, or 16 in the machine's byte order
   pixel_layout layout{};
 
@@ -33,7 +33,7 @@ class stage {
   line_format output() const { return output_; }
   std::optional<std::uint32_t> flags() const { return flags_; }  // as the library keeps them
 
-  // Any number of threads at once.
+  // May run on any number of threads at once.
   virtual void run(const void* src, std::uint32_t pixels, void* dst) const = 0;
 
  protected:
@@ -44,13 +44,13 @@ class stage {
   std::optional<std::uint32_t> flags_;
 };
 
-// Pixels as they come from a file, brought into the form that the first stage of the library takes.
+// From the pixels of a file to what the first stage of the library takes.
 std::unique_ptr<stage> make_gray_to_rgb(line_format input);
 std::unique_ptr<stage> make_narrow(line_format input);  // 16 bits to 8
 std::unique_ptr<stage> make_layout(line_format input, pixel_layout layout);
 std::unique_ptr<stage> make_cmyk_to_kcmy(line_format input);
 
-// What the pre-processors do, in their steps.
+// What the pre-processors do, in their own steps.
 struct tone_settings {
   std::optional<std::array<std::int16_t, 3>> balance{};   // R, G, B: the first pre-processor
   std::optional<std::array<std::int16_t, 2>> balance2{};  // a, b: the second one, which has no lift
@@ -63,10 +63,9 @@ struct tone_settings {
 std::unique_ptr<stage> make_preproc(const tone_settings& settings, line_format input, unsigned output_bits);
 
 // RGB to RGB, or by a subtype table to one sample.
-bool leaves_one_sample(const table& csc1);
 std::unique_ptr<stage> make_csc1(const table& colors, line_format input, unsigned output_bits);
 
-// RGB or gray to ink planes; a tone curve ("1dlt") takes gray to one plane.
+// RGB or gray to ink planes; a tone curve ("1dlt") turns gray into one plane.
 std::unique_ptr<stage> make_csc2(const table& colors, line_format input, unsigned output_bits);
 
 // Curves for ink planes. Without any, only the width of the samples changes.
@@ -80,7 +79,7 @@ struct plane_curves {
     return found;
   }
 };
-// Planes that come out when so many come in: as many, or six of four.
+// Planes that come out when `planes` come in: as many, or six of four.
 unsigned planes_made(const plane_curves& curves, unsigned planes);
 std::unique_ptr<stage> make_postproc(const plane_curves& curves, line_format input, unsigned output_bits);
 

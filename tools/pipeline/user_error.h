@@ -1,4 +1,4 @@
-// The one exception of the program: something its user can put right, told in one sentence.
+// An error that the user of the program can put right.
 #pragma once
 
 #include <stdexcept>
@@ -6,6 +6,7 @@
 
 namespace vrk::tool {
 
+// The text is one sentence, which the program prints before it ends.
 struct user_error : std::runtime_error {
   using std::runtime_error::runtime_error;
 };

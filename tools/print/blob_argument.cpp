@@ -9,7 +9,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "tools/pipeline/user_error.h"
+#include "kit/inspect.h"
 
 namespace vrk::tool {
 namespace {
@@ -57,8 +57,10 @@ selectors parse_selectors(std::string list, const std::string& argument, unsigne
   return chosen;
 }
 
-// The type is one of these; false when there is no such table.
 constexpr std::string_view types[] = {"CS1T", "CS2T", "HATT", "INGM", "OTGM", "HRKT"};
+
+// type: one of `types`. Returns false when the blob has no such table. With found.data null, only the length is
+// reported, else the table is copied there.
 bool look_up(const table& blob, const std::string& type, const selectors& s, vrk_table_ref& found) {
   const std::uint8_t* const data = blob.image.data();
   const std::uint32_t size = blob.size();
@@ -94,10 +96,8 @@ blob_table read_from_blob(const std::string& argument, unsigned inks) {
   const selectors chosen = parse_selectors(selected ? argument.substr(colon + 1) : "", argument, inks);
 
   const table blob = read_table(path);
-  if (blob.size() < 8 || std::memcmp(blob.image.data(), "CTSI", 4) != 0) {
-    throw user_error(path + ": is no parameter blob, expected the magic \"CTSI\"");
-  }
-  const std::string type(blob.image.begin() + 4, blob.image.begin() + 8);
+  const std::string type = kit::blob_type(blob.image);
+  if (type.empty()) throw user_error(path + ": is no parameter blob, expected the magic \"CTSI\"");
   if (std::find(std::begin(types), std::end(types), type) == std::end(types)) {
     throw user_error(path + ": is a blob of type \"" + type + "\", expected CS1T, CS2T, HATT, INGM, OTGM or HRKT");
   }

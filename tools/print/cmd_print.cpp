@@ -19,7 +19,7 @@ struct print_arguments {
   unsigned dpi = 600;
 };
 
-// Whatever has a name, as a list for a check.
+// The names of filters, for a check.
 template <class Named>
 std::vector<std::string> names_of(const Named& all) {
   std::vector<std::string> names;
@@ -38,7 +38,7 @@ std::string parse_cells(const std::string& text, std::optional<dot_scale>& cells
   return {};
 }
 
-void add_picture_options(CLI::App& command, print_options& to) {
+void add_tone_options(CLI::App& command, tone_options& to) {
   const std::string group = "Tone of the picture";
   command.add_option("--balance", to.balance, "first pre-processor: steps that lift the middle of R, G, B")
       ->type_name("R,G,B")
@@ -60,55 +60,47 @@ void add_picture_options(CLI::App& command, print_options& to) {
       ->group(group);
   command
       .add_option("--curve", to.curves,
-                  "tone curve of all channels, or of one that r=, g= or b= names; may be repeated")
+                  "tone curve: for all channels, or for the channel that r=, g= or b= names; may be repeated")
       ->type_name("[CHANNEL=]CURVE")
       ->allow_extra_args(false)
       ->group(group);
-  const std::map<std::string, pixel_layout> layouts{{"rgb", pixel_layout::rgb},
-                                                    {"bgr", pixel_layout::bgr},
-                                                    {"bgrx", pixel_layout::bgrx},
-                                                    {"xrgb", pixel_layout::xrgb}};
-  command
-      .add_option("--layout", to.layout, "how RGB pixels lie on the road, which changes nothing: rgb, bgr, bgrx, xrgb")
-      ->transform(CLI::CheckedTransformer(layouts).description(""))
-      ->type_name("NAME")
-      ->group(group);
 }
 
-void add_ink_options(CLI::App& command, print_options& to) {
+void add_ink_options(CLI::App& command, ink_options& to) {
   const std::string group = "Inks";
-  command.add_option("--inks", to.inks, "1: K, 4: K C M Y, 6: with light cyan and light magenta (default 4)")
+  command.add_option("--inks", to.count, "1: K, 4: K C M Y, 6: with light cyan and light magenta (default 4)")
       ->check(CLI::IsMember({1, 4, 6}))
       ->group(group);
-  command.add_flag("--split", to.split, "six inks by splitting cyan and magenta of four")->group(group);
+  command.add_flag("--split", to.split, "six inks: four, of which cyan and magenta are split into light and full")
+      ->group(group);
   command
       .add_option("--post", to.plane_curves,
-                  "post-processing: curve of all planes (a file may hold one for each), or of one that k=, c=, m=, y=, "
-                  "lc= or lm= names; may be repeated")
+                  "curve of post-processing: for all planes (a file may hold one for each), or for the plane that k=, "
+                  "c=, m=, y=, lc= or lm= names; may be repeated")
       ->type_name("[PLANE=]CURVE")
       ->allow_extra_args(false)
       ->group(group);
 }
 
-void add_dot_options(CLI::App& command, print_options& to) {
+void add_dot_options(CLI::App& command, dot_options& to) {
   const std::string group = "Dots";
-  command.add_option("--halftone", to.halftone, "ed: error diffusion, dither: by a threshold matrix (default ed)")
+  command.add_option("--halftone", to.halftone, "ed: error diffusion; dither: threshold matrix (default ed)")
       ->check(CLI::IsMember({"ed", "dither"}))
       ->group(group);
   command
       .add_option("--levels", to.levels,
-                  "levels of a dot, up to 16, by dither up to 255 (default 2), or of a cell; bits per pixel follow")
+                  "levels of a dot: up to 16, by dither up to 255 (default 2); with --cells, levels of a cell")
       ->check(CLI::Range(2, 255))
       ->group(group);
   command.add_option("--filter", to.filter, "error diffusion: error filter (default fan)")
       ->check(CLI::IsMember(names_of(kit::error_filters)))
       ->group(group);
-  command.add_option("--modulation", to.modulation, "error diffusion: of the thresholds (default noise)")
+  command.add_option("--modulation", to.modulation, "error diffusion: modulation of the thresholds (default noise)")
       ->check(CLI::IsMember({"none", "noise"}))
       ->group(group);
   command
       .add_option("--precision", to.precision,
-                  "error diffusion: 8 or 10, bits at which 8-bit samples are diffused (default 10); 16: as --width16")
+                  "error diffusion: bits at which 8-bit samples are diffused, 8 or 10 (default 10); 16: as --width16")
       ->check(CLI::IsMember({8, 10, 16}))
       ->group(group);
   command
@@ -127,13 +119,21 @@ void add_dot_options(CLI::App& command, print_options& to) {
 }
 
 void add_run_options(CLI::App& command, print_options& to) {
-  command.add_flag("--width16", to.width16, "16-bit samples from the first stage to the last");
+  const std::map<std::string, pixel_layout> layouts{{"rgb", pixel_layout::rgb},
+                                                    {"bgr", pixel_layout::bgr},
+                                                    {"bgrx", pixel_layout::bgrx},
+                                                    {"xrgb", pixel_layout::xrgb}};
   command
-      .add_option("--threads", to.threads, "threads to work with, which changes nothing but the time (default: all)")
+      .add_option("--layout", to.layout,
+                  "pixel layout between stages: rgb, bgr, bgrx or xrgb (default rgb); the print stays the same")
+      ->transform(CLI::CheckedTransformer(layouts).description(""))
+      ->type_name("NAME");
+  command.add_flag("--width16", to.width16, "16-bit samples from the first stage to the last");
+  command.add_option("--threads", to.threads, "threads to work with (default: one per core); the print stays the same")
       ->check(CLI::Range(1, 256));
 }
 
-void add_own_tables(CLI::App& command, print_options& to) {
+void add_table_files(CLI::App& command, table_files& to) {
   const std::string group = "Tables of your own";
   command.add_option("--csc1", to.csc1, "RGB to RGB, before the inks")->type_name("FILE")->group(group);
   command.add_option("--csc2", to.csc2, "RGB to inks")->type_name("FILE")->group(group);
@@ -148,25 +148,25 @@ void add_own_tables(CLI::App& command, print_options& to) {
 
 void add_print_options(CLI::App& command, print_arguments& to) {
   command.add_option("-o,--output", to.directory, "directory for the files")->type_name("DIR")->required();
-  add_picture_options(command, to.options);
-  add_ink_options(command, to.options);
-  add_dot_options(command, to.options);
-  add_own_tables(command, to.options);
+  add_tone_options(command, to.options.tone);
+  add_ink_options(command, to.options.inks);
+  add_dot_options(command, to.options.dots);
+  add_table_files(command, to.options.files);
   add_run_options(command, to.options);
   command.footer(std::string(curve_help) + "\n\n" + blob_help);
 }
 
 void print_sample(const print_arguments& arguments) {
-  // Millimetres of the page to pixels; the window shows the balloon of the page's photograph.
   const auto pixels = [&](double mm) { return unsigned(mm / 25.4 * arguments.dpi + 0.5); };
   const auto page = read_sample_page(pixels(210), pixels(297));
-  show(print_page(*page, arguments.options, arguments.directory, detail::place{pixels(54), pixels(50.5)}),
+  // detail.png shows the balloon of the page's photograph.
+  show(print_page(*page, arguments.options, arguments.directory, pixel_place{pixels(54), pixels(50.5)}),
        arguments.directory);
 }
 
 void run_print(const print_arguments& arguments) {
   const auto image = open_image(arguments.image);
-  std::optional<detail::place> centre;
+  std::optional<pixel_place> centre;
   if (!arguments.detail_centre.empty()) centre = {arguments.detail_centre[0], arguments.detail_centre[1]};
   show(print_page(*image, arguments.options, arguments.directory, centre), arguments.directory);
 }
@@ -175,12 +175,15 @@ void run_print(const print_arguments& arguments) {
 
 void add_print_command(CLI::App& app) {
   const auto arguments = std::make_shared<print_arguments>();
-  CLI::App* const command = app.add_subcommand("print", "Prints a picture: plane files, a preview, and a few dots");
+  CLI::App* const command =
+      app.add_subcommand("print", "Prints a picture: plane files, a preview, and an enlarged detail");
   command->add_option("image", arguments->image, "PNG, JPEG, PBM, PGM, PPM or PAM; - for standard input")
       ->type_name("IMAGE")
       ->required();
   add_print_options(*command, *arguments);
-  command->add_option("--detail", arguments->detail_centre, "centre of detail.png, in pixels (default: the page's)")
+  command
+      ->add_option("--detail", arguments->detail_centre,
+                   "centre of detail.png, in pixels of the picture (default: its centre)")
       ->type_name("X Y")
       ->expected(2);
   command->callback([arguments] { run_print(*arguments); });
@@ -188,7 +191,7 @@ void add_print_command(CLI::App& app) {
 
 void add_demo_command(CLI::App& app) {
   const auto arguments = std::make_shared<print_arguments>();
-  CLI::App* const command = app.add_subcommand("demo", "Prints the embedded test page");
+  CLI::App* const command = app.add_subcommand("demo", "Prints the built-in sample page");
   add_print_options(*command, *arguments);
   command->add_option("--dpi", arguments->dpi, "pixels per inch of the A4 page")
       ->check(CLI::Range(20, 2400))

@@ -4,8 +4,8 @@
 #include <charconv>
 #include <vector>
 
+#include "kit/inspect.h"
 #include "kit/tone_curves.h"
-#include "tools/pipeline/user_error.h"
 #include "tools/print/blob_argument.h"
 
 namespace vrk::tool {
@@ -83,6 +83,12 @@ named_curve read_curve(const std::string& argument, std::span<const std::string_
   const auto made = made_curve(curve);
   result.image = made ? table{curve, kit::curve_image{.curves = {*made}}.encode()} : read_table(curve);
   return result;
+}
+
+kit::curve only_curve(const table& image) {
+  const auto curve = kit::only_curve(image.image);
+  if (!curve) refuse(image, "is no image of one curve");
+  return *curve;
 }
 
 }  // namespace vrk::tool

@@ -21,8 +21,8 @@ void unpack(const std::uint8_t* packed, std::vector<std::uint8_t>& codes) {
 
 light operator*(const light& a, const light& b) { return {a[0] * b[0], a[1] * b[1], a[2] * b[2]}; }
 
-// The light that comes back through `ink`, a share of the full ink of one plane.
-light through(std::size_t plane, double ink) {
+// The light that paper returns under `ink`, a share of the full ink of one plane.
+light under(std::size_t plane, double ink) {
   std::array<double, 6> inks{};
   inks[plane] = ink;
   const kit::linear_rgb color = kit::print_color(inks);
@@ -31,14 +31,14 @@ light through(std::size_t plane, double ink) {
 
 }  // namespace
 
-dots::dots(const std::vector<plane_line>& planes, std::uint32_t width) {
-  for (const plane_line& line : planes) {
-    scale_.x = std::lcm(scale_.x, line.scale_x);
-    scale_.y = std::lcm(scale_.y, line.scale_y);
+dots::dots(const std::vector<plane_format>& planes, std::uint32_t width) {
+  for (const plane_format& plane : planes) {
+    scale_.x = std::lcm(scale_.x, plane.scale.x);
+    scale_.y = std::lcm(scale_.y, plane.scale.y);
   }
-  for (const plane_line& line : planes) {
-    planes_.push_back({&line, scale_.x / line.scale_x, std::vector<std::uint8_t>(std::size_t{width} * line.scale_x),
-                       std::vector<std::uint64_t>(line.levels())});
+  for (const plane_format& plane : planes) {
+    planes_.push_back({&plane, scale_.x / plane.scale.x, std::vector<std::uint8_t>(std::size_t{width} * plane.scale.x),
+                       std::vector<std::uint64_t>(plane.levels())});
   }
   index_.resize(std::size_t{width} * scale_.x);
   colors_.resize(index_.size());
@@ -48,8 +48,8 @@ dots::dots(const std::vector<plane_line>& planes, std::uint32_t width) {
     if (palettes_.back().colors.size() * ink.size() > largest_palette) palettes_.push_back({p, p});
     palette& last = palettes_.back();
     std::vector<light> colors;
-    for (const light& under : last.colors) {
-      for (const double share : ink) colors.push_back(under * through(p, share));
+    for (const light& below : last.colors) {
+      for (const double share : ink) colors.push_back(below * under(p, share));
     }
     last.colors = std::move(colors);
     last.end = p + 1;
@@ -58,9 +58,9 @@ dots::dots(const std::vector<plane_line>& planes, std::uint32_t width) {
 
 void dots::read_row(const std::uint8_t* packed, unsigned row) {
   for (plane& to : planes_) {
-    const plane_line& line = *to.line;
-    const std::uint8_t* const from = packed + line.offset + row * line.scale_y / scale_.y * line.line_bytes;
-    switch (line.bits) {
+    const plane_format& format = *to.format;
+    const std::uint8_t* const from = packed + format.offset + row * format.scale.y / scale_.y * format.line_bytes;
+    switch (format.bits) {
       case 1:
         unpack<1>(from, to.codes);
         break;
@@ -73,7 +73,7 @@ void dots::read_row(const std::uint8_t* packed, unsigned row) {
       default:
         unpack<8>(from, to.codes);
     }
-    if (line.bits == 1) {  // one fast count
+    if (format.bits == 1) {  // one fast count
       to.counts.back() += std::uint64_t(std::count(to.codes.begin(), to.codes.end(), std::uint8_t{1}));
     } else {
       for (const std::uint8_t code : to.codes) ++to.counts[code];
@@ -88,7 +88,7 @@ void dots::find_colors() {
     std::fill(index_.begin(), index_.end(), std::uint16_t{0});
     for (std::size_t p = colors.first; p < colors.end; ++p) {
       const std::vector<std::uint8_t>& codes = planes_[p].codes;
-      const unsigned base = planes_[p].line->levels(), repeat = planes_[p].repeat_x;
+      const unsigned base = planes_[p].format->levels(), repeat = planes_[p].repeat_x;
       std::uint16_t* index = index_.data();
       for (const std::uint8_t code : codes) {
         for (unsigned i = 0; i < repeat; ++i, ++index) *index = std::uint16_t(*index * base + code);
@@ -105,7 +105,7 @@ void dots::find_colors() {
 double dots::coverage(std::size_t plane) const {
   const struct plane& of = planes_[plane];
   double sum = 0;
-  for (std::size_t code = 0; code < of.counts.size(); ++code) sum += double(of.counts[code]) * of.line->ink[code];
+  for (std::size_t code = 0; code < of.counts.size(); ++code) sum += double(of.counts[code]) * of.format->ink[code];
   return rows_ == 0 ? 0 : sum / double(rows_) / double(of.codes.size());
 }
 

@@ -1,4 +1,4 @@
-// From packed plane lines back to the dots on the paper: their codes, how much ink they are, what they look like.
+// Packed lines unpacked into dots: their codes, their ink, their colours on paper.
 #pragma once
 
 #include <array>
@@ -11,38 +11,33 @@ namespace vrk::tool {
 
 using light = std::array<float, 3>;  // linear R, G, B, 0 ... 1 (paper white)
 
-// Dots across and down that a pixel of the picture becomes.
-struct dot_scale {
-  unsigned x = 1, y = 1;
-};
-
-// The dots of one row after the other. Where planes differ in scale, the rows are those of the finest, and the dots of
-// the others count as several.
+// One row of dots at a time. Planes may differ in scale: rows and columns are those of the finest grid into which all
+// planes fit, and a dot of a coarser plane covers several of its places.
 class dots {
  public:
   // width: pixels of a line
-  dots(const std::vector<plane_line>& planes, std::uint32_t width);
+  dots(const std::vector<plane_format>& planes, std::uint32_t width);
 
   dot_scale scale() const { return scale_; }
 
   // Takes row 0 ... scale().y - 1 of a line of pixels, as the halftone wrote it.
   void read_row(const std::uint8_t* packed, unsigned row);
 
-  // The row as a plane has it, and its pixels under the kit's ink model.
+  // The row: the codes of one plane in its own scale, and the colours of all planes together by the kit's ink model.
   const std::vector<std::uint8_t>& codes(std::size_t plane) const { return planes_[plane].codes; }
   const std::vector<light>& colors() const { return colors_; }
 
-  // The share of full ink that a plane laid down in all rows so far, 0 ... 1.
+  // The mean ink of a plane over all rows so far: 0 ... 1, a share of full ink.
   double coverage(std::size_t plane) const;
 
  private:
   struct plane {
-    const plane_line* line;
-    unsigned repeat_x;  // columns that one dot counts as
+    const plane_format* format;
+    unsigned repeat_x;  // columns of the finest grid that one dot covers
     std::vector<std::uint8_t> codes;
     std::vector<std::uint64_t> counts;  // of each code, over all rows
   };
-  // Neighbouring planes whose codes together, as digits, pick one colour of a table.
+  // Neighbouring planes. Their codes, read as the digits of one number, index a table of colours.
   struct palette {
     std::size_t first = 0, end = 0;  // planes
     std::vector<light> colors{light{1, 1, 1}};
@@ -52,7 +47,7 @@ class dots {
 
   dot_scale scale_;
   std::vector<plane> planes_;
-  std::vector<palette> palettes_;  // a pixel's colour is the product of their colours, as inks filter light
+  std::vector<palette> palettes_;  // the colour of a place is the product of one colour of each
   std::vector<std::uint16_t> index_;
   std::vector<light> colors_;
   std::uint64_t rows_ = 0;

@@ -2,17 +2,17 @@
 
 namespace vrk::tool {
 
-page_files::page_files(const std::filesystem::path& directory, const std::vector<plane_line>& planes, unsigned width,
-                       unsigned height, detail::place detail_centre)
+page_files::page_files(const std::filesystem::path& directory, const std::vector<plane_format>& planes, unsigned width,
+                       unsigned height, pixel_place detail_centre)
     : dots_(planes, width),
       small_(directory / "preview.png", width, height, dots_.scale()),
       large_(directory / "detail.png", width, height, dots_.scale(), detail_centre) {
-  for (const plane_line& line : planes) {
-    const std::string name = std::string(line.name) + (line.bits == 1 ? ".pbm" : ".pgm");
-    const unsigned across = width * line.scale_x, down = height * line.scale_y;
-    files_.push_back({&line, name,
-                      line.bits == 1 ? write_pbm(directory / name, across, down)
-                                     : write_pgm(directory / name, across, down, line.levels() - 1)});
+  for (const plane_format& plane : planes) {
+    const std::string name = std::string(plane.name) + (plane.bits == 1 ? ".pbm" : ".pgm");
+    const unsigned across = width * plane.scale.x, down = height * plane.scale.y;
+    files_.push_back({&plane, name,
+                      plane.bits == 1 ? write_pbm(directory / name, across, down)
+                                      : write_pgm(directory / name, across, down, plane.levels() - 1)});
   }
 }
 
@@ -31,13 +31,15 @@ void page_files::add_line(const std::uint8_t* packed) {
 
 void page_files::write_plane(const plane_file& plane, const std::uint8_t* packed,
                              const std::vector<std::uint8_t>& codes) {
-  const plane_line& line = *plane.line;
-  if (line.bits == 1) {
-    for (unsigned y = 0; y < line.scale_y; ++y) plane.file->write_line(packed + line.offset + y * line.line_bytes);
+  const plane_format& format = *plane.format;
+  if (format.bits == 1) {
+    for (unsigned y = 0; y < format.scale.y; ++y) {
+      plane.file->write_line(packed + format.offset + y * format.line_bytes);
+    }
     return;
   }
   grays_.resize(codes.size());
-  for (std::size_t x = 0; x < codes.size(); ++x) grays_[x] = std::uint8_t(line.levels() - 1 - codes[x]);
+  for (std::size_t x = 0; x < codes.size(); ++x) grays_[x] = std::uint8_t(format.levels() - 1 - codes[x]);
   plane.file->write_line(grays_.data());
 }
 

@@ -12,12 +12,12 @@
 
 namespace vrk::tool {
 
-// Nothing has its final name until `keep`.
+// The files get their final names by `keep`; without it they are removed.
 class page_files {
  public:
   // width, height: of the picture, in its pixels
-  page_files(const std::filesystem::path& directory, const std::vector<plane_line>& planes, unsigned width,
-             unsigned height, detail::place detail_centre);
+  page_files(const std::filesystem::path& directory, const std::vector<plane_format>& planes, unsigned width,
+             unsigned height, pixel_place detail_centre);
 
   // One line of pixels, as the halftone wrote it.
   void add_line(const std::uint8_t* packed);
@@ -30,9 +30,9 @@ class page_files {
   double seconds_drawing() const { return drawing_.seconds(); }
 
  private:
-  // Packed bits as they are, or a gray picture in which white is no ink.
+  // A plane of 1 bit as its packed lines; any other as a gray picture, in which white is no ink.
   struct plane_file {
-    const plane_line* line;
+    const plane_format* format;
     std::string name;
     std::unique_ptr<image_writer> file;
   };

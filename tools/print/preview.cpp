@@ -2,22 +2,10 @@
 
 #include <algorithm>
 
-#include "kit/ink_model.h"
+#include "kit/srgb.h"
 
 namespace vrk::tool {
 namespace {
-
-// Linear light to sRGB bytes through a table fine enough for the steep start of the curve.
-std::uint8_t coded(float light) {
-  static const std::vector<std::uint8_t> levels = [] {
-    std::vector<std::uint8_t> table(65536);
-    for (std::size_t i = 0; i < table.size(); ++i) {
-      table[i] = std::uint8_t(kit::linear_to_srgb(double(i) / 65535) * 255 + 0.5);
-    }
-    return table;
-  }();
-  return levels[std::size_t(std::clamp(light, 0.0F, 1.0F) * 65535 + 0.5F)];
-}
 
 unsigned divide_up(unsigned a, unsigned b) { return (a + b - 1) / b; }
 
@@ -49,26 +37,23 @@ void preview::add_row(const std::vector<light>& colors) {
 void preview::write_row() {
   std::vector<std::uint8_t> row;
   for (unsigned box = 0; box < sums_.size(); ++box) {
-    const unsigned across = std::min(across_, width_ - box * across_);  // the last square may be cut
-    for (const float sum : sums_[box]) row.push_back(coded(sum / float(across * rows_held_)));
+    const unsigned across = std::min(across_, width_ - box * across_);  // the last square may be narrower
+    for (const float sum : sums_[box]) row.push_back(kit::srgb_byte_of_light(sum / float(across * rows_held_)));
   }
   file_->write_line(row.data());
   std::fill(sums_.begin(), sums_.end(), light{});
   rows_held_ = 0;
 }
 
-// Dots of pixels that are finer one way than the other are drawn longer the other way.
+// A pixel with more dots one way than the other has dots that are longer the other way; they are drawn so.
 detail::detail(const std::filesystem::path& path, unsigned page_width, unsigned page_height, dot_scale scale,
-               place centre)
+               pixel_place centre)
     : dot_width_(std::max(enlargement, enlargement * scale.y / scale.x)),
       dot_height_(std::max(enlargement, enlargement * scale.x / scale.y)),
       width_(std::min(width * enlargement / dot_width_, page_width * scale.x)),
       height_(std::min(height * enlargement / dot_height_, page_height * scale.y)) {
-  const auto start = [](unsigned at, unsigned size, unsigned page) {
-    return std::min(at > size / 2 ? at - size / 2 : 0, page - size);
-  };
-  left_ = start(centre.x * scale.x, width_, page_width * scale.x);
-  top_ = start(centre.y * scale.y, height_, page_height * scale.y);
+  left_ = window_start(centre.x * scale.x, width_, page_width * scale.x);
+  top_ = window_start(centre.y * scale.y, height_, page_height * scale.y);
   file_ = write_png(path, width_ * dot_width_, height_ * dot_height_);
 }
 
@@ -78,7 +63,7 @@ void detail::add_row(const std::vector<light>& colors) {
   std::vector<std::uint8_t> row;
   for (unsigned x = left_; x < left_ + width_; ++x) {
     for (unsigned i = 0; i < dot_width_; ++i) {
-      for (const float sample : colors[x]) row.push_back(coded(sample));
+      for (const float sample : colors[x]) row.push_back(kit::srgb_byte_of_light(sample));
     }
   }
   for (unsigned i = 0; i < dot_height_; ++i) file_->write_line(row.data());

@@ -5,11 +5,13 @@
 #include <memory>
 
 #include "tools/image/image_writer.h"
+#include "tools/image/window.h"
 #include "tools/print/dots.h"
 
 namespace vrk::tool {
 
-// The page, its longer side at most `longest` pixels: each pixel is the mean light of all dots of a square of the page.
+// The whole page, its longer side at most `longest` pixels. Each pixel is the mean light of the dots in one square of
+// the page.
 class preview {
  public:
   static constexpr unsigned longest = 1600;
@@ -34,14 +36,11 @@ class preview {
 // A window of the page, every dot drawn as a rectangle as wide and as high as it is on the page.
 class detail {
  public:
-  static constexpr unsigned width = 160, height = 120, enlargement = 6;  // where pixels and dots are the same
+  static constexpr unsigned width = 160, height = 120, enlargement = 6;  // with one dot per pixel
 
-  // The window's centre in pixels of the picture; it is moved so as to lie inside.
-  struct place {
-    unsigned x, y;
-  };
-
-  detail(const std::filesystem::path& path, unsigned page_width, unsigned page_height, dot_scale scale, place centre);
+  // page_width, page_height, centre: in pixels of the picture; the window is moved to lie inside
+  detail(const std::filesystem::path& path, unsigned page_width, unsigned page_height, dot_scale scale,
+         pixel_place centre);
 
   void add_row(const std::vector<light>& colors);
   void keep() { file_->keep(); }

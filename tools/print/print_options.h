@@ -6,41 +6,61 @@
 #include <string>
 #include <vector>
 
-#include "tools/pipeline/stage.h"
-#include "tools/print/dots.h"
+#include "tools/pipeline/halftone.h"
 
 namespace vrk::tool {
 
-struct print_options {
-  // Tone of the picture: the pre-processors.
+// Tone of the picture: the pre-processors. The steps are those of the library; none or 0 changes nothing.
+struct tone_options {
   std::vector<std::int16_t> balance{};   // R, G, B
   std::vector<std::int16_t> balance2{};  // a, b
   int lift = 0, contrast = 0;
-  std::vector<std::string> curves{};  // [r=|g=|b=]CURVE, see tools/curve_argument.h
-  pixel_layout layout{};
+  std::vector<std::string> curves{};  // [r=|g=|b=]CURVE, see curve_argument.h
+};
 
-  // Inks: the converters.
-  std::optional<unsigned> inks{};  // 1, 4 or 6; 4, or what the colour table makes, unless given
-  bool split = false;              // six inks of four, by post-processing
-  std::string csc1{}, csc2{};      // files
-
-  // Tone of the inks: post-processing.
+// Inks: the second converter and post-processing.
+struct ink_options {
+  std::optional<unsigned> count{};          // 1, 4 or 6; by default what the colour table makes, else 4
+  bool split = false;                       // six inks of four, by post-processing
   std::vector<std::string> plane_curves{};  // [PLANE=]CURVE
 
-  // Dots.
-  std::string halftone{};  // "ed" or "dither"; the one that the other options belong to unless given
+  unsigned planes() const { return split ? 6 : count.value_or(4); }     // asked for
+  unsigned converted() const { return split ? 4 : count.value_or(4); }  // by the second converter
+};
+
+// Dots: the halftone. What is empty has its default.
+struct dot_options {
+  std::string halftone{};  // "ed" or "dither"; by default the one that the other options belong to
   std::optional<unsigned> levels{};
   std::string filter{}, modulation{};
   std::optional<unsigned> precision{};  // 8, 10 or 16: working precision of error diffusion, or as width16
-  std::optional<dot_scale> cells{};     // dots of a pixel
+  std::optional<dot_scale> cells{};
   std::string matrix{};
-  std::string edpr{}, edtb{}, dith{};  // files
 
-  std::vector<std::string> blobs{};  // FILE[:selector=value,...]
-  bool width16 = false;              // 16-bit samples all the way
-  unsigned threads = 0;              // as many as the machine has cores
+  bool dithers(bool has_dither_table) const {
+    return halftone.empty() ? has_dither_table || !matrix.empty() : halftone == "dither";
+  }
+};
 
-  unsigned sample_bits() const { return width16 || precision == 16U ? 16 : 8; }
+// Paths of table files; empty where none is given.
+struct table_files {
+  std::string csc1{}, csc2{}, edpr{}, edtb{}, dith{};
+  std::vector<std::string> blobs{};  // FILE[:selector=value,...], see blob_argument.h
+};
+
+struct print_options {
+  tone_options tone{};
+  ink_options inks{};
+  dot_options dots{};
+  table_files files{};
+  pixel_layout layout{};  // of RGB between stages
+  bool width16 = false;   // 16-bit samples from the first stage to the last
+  unsigned threads = 0;   // 0: as many as the machine has cores
+
+  ed_precision precision() const {
+    if (width16 || dots.precision == 16U) return ed_precision::samples16;
+    return dots.precision == 8U ? ed_precision::bits8 : ed_precision::bits10;
+  }
 };
 
 }  // namespace vrk::tool

@@ -2,13 +2,13 @@
 #pragma once
 
 #include "tools/pipeline/pipeline.h"
-#include "tools/print/print_options.h"
 #include "tools/print/print_tables.h"
 
 namespace vrk::tool {
 
-// Throws user_error when a table is refused; the sentence names the table and what is wrong with it.
-pipeline make_pipeline(const print_options& options, const print_tables& tables, std::uint32_t width,
-                       line_format source);
+// layout: of RGB between stages; width: pixels of a line. Throws user_error when a table is refused; the sentence names
+// the table and what is wrong with it.
+pipeline make_print_pipeline(const print_tables& tables, pixel_layout layout, ed_precision precision,
+                             std::uint32_t width, line_format source);
 
 }  // namespace vrk::tool

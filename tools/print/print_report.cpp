@@ -1,8 +1,8 @@
+#include "tools/print/print_report.h"
+
 #include <vrk.h>
 
 #include <cstdio>
-
-#include "tools/print/print_page.h"
 
 namespace vrk::tool {
 namespace {

@@ -9,19 +9,20 @@
 
 namespace vrk::tool {
 
-// In the order of the road. A stage whose table is not there is left out.
+// In the order of the pipeline. A stage without a table is left out.
 struct print_tables {
-  tone_settings tone{};               // what the pre-processors do
-  std::optional<table> rgb{};         // "csc1" in front of the inks
-  std::optional<table> gray{};        // "csc1" that leaves one sample, for one ink
-  std::optional<table> ink{};         // "csc2", or a tone curve for one ink; none for a picture that holds inks
-  plane_curves post{};                // what post-processing does
-  std::optional<table> dither{};      // "dith"; none for error diffusion, which has the other two
-  std::optional<table> parameters{};  // "edpr"
-  std::optional<table> spread{};      // "edtb"
+  tone_settings tone{};                 // what the pre-processors do
+  std::optional<table> rgb{};           // "csc1" from RGB to RGB
+  std::optional<table> gray{};          // "csc1" from RGB to one sample, for one ink
+  std::optional<table> ink{};           // "csc2", or a tone curve for one ink; none for a picture that holds inks
+  plane_curves post{};                  // what post-processing does
+  std::optional<table> dither{};        // "dith"; none for error diffusion, which has the other two
+  std::optional<table> parameters{};    // "edpr"
+  std::optional<table> distribution{};  // "edtb"
 };
 
-// Throws user_error when a file cannot be read, or when options contradict each other.
+// Reads the user's tables, refuses options that contradict each other, and fills up with the kit's tables. Throws
+// user_error.
 print_tables choose_tables(const print_options& options, line_format source);
 
 }  // namespace vrk::tool

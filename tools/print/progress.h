@@ -5,7 +5,7 @@
 
 namespace vrk::tool {
 
-// Shows itself on a terminal only, once the work has taken a second, and wipes itself out at the end.
+// Appears on a terminal only, after one second of work, and is erased at the end.
 class progress {
  public:
   explicit progress(unsigned total);
@@ -13,7 +13,7 @@ class progress {
   progress(const progress&) = delete;
   progress& operator=(const progress&) = delete;
 
-  void step();  // one more of `total` is done
+  void step();  // one more of `total` steps is done
 
  private:
   using clock = std::chrono::steady_clock;

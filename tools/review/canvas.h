@@ -1,4 +1,4 @@
-// A small picture held in memory, for drawings: rectangles, lines and type on white, saved as PNG.
+// A small picture in memory: rectangles, lines and text on white, saved as PNG.
 #pragma once
 
 #include <array>
@@ -11,7 +11,7 @@
 
 namespace vrk::tool {
 
-using pixel = std::array<std::uint8_t, 3>;  // R, G, B, sRGB-coded
+using pixel = std::array<std::uint8_t, 3>;  // R, G, B in sRGB
 
 inline constexpr pixel ink_text{38, 42, 48}, faint_text{120, 126, 134};
 
@@ -22,13 +22,13 @@ class canvas {
   unsigned width() const { return width_; }
   unsigned height() const { return height_; }
 
-  // What lies outside is left out.
+  // What lies outside the picture is not drawn.
   void fill(unsigned left, unsigned top, unsigned width, unsigned height, pixel color);
 
   // Lines with round ends.
   void draw(const std::vector<pictures::segment>& strokes, double thickness, pixel color);
 
-  // Type with capitals `cap` pixels high, standing on `base`.
+  // Text with capitals `cap` pixels high. base: y of the base line.
   enum class align { left, centre, right };
   void write(std::string_view text, double x, double base, double cap, pixel color = ink_text,
              align where = align::left);

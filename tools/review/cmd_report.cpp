@@ -3,7 +3,8 @@
 
 #include "tools/commands.h"
 #include "tools/image/output_file.h"
-#include "tools/review/report.h"
+#include "tools/review/report_plots.h"
+#include "tools/review/report_table.h"
 
 namespace vrk::tool {
 namespace {
@@ -32,15 +33,16 @@ void add_report_command(CLI::App& app) {
   const auto arguments = std::make_shared<report_arguments>();
   report_options& options = arguments->options;
   CLI::App* const command = app.add_subcommand(
-      "report", "Measures every filter and matrix on flat patches of black: tone, and how evenly the dots lie");
+      "report",
+      "Measures every filter and matrix on flat patches of black: error of the tone, and spectrum of the dots");
   command->add_option("-o,--output", arguments->directory, "directory for tones.png and spectra.png")
       ->type_name("DIR")
       ->required();
-  command->add_option("--tone", options.tone, "of the patch whose spectrum is taken; 255 is all the ink")
+  command->add_option("--tone", options.tone, "tone of the patch whose spectrum is measured; 255 is full ink")
       ->check(CLI::Range(1, 254))
       ->capture_default_str();
   command->add_option("--levels", options.levels, "levels of a dot")->check(CLI::Range(2, 16))->capture_default_str();
-  command->add_option("--modulation", arguments->modulation, "of the thresholds of error diffusion")
+  command->add_option("--modulation", arguments->modulation, "modulation of the thresholds of error diffusion")
       ->check(CLI::IsMember({"none", "noise"}))
       ->capture_default_str();
   command->callback([arguments] { report(*arguments); });

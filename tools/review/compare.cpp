@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "kit/ink_model.h"
-#include "pictures/photograph.h"
+#include "kit/srgb.h"
 #include "tools/print/dots.h"
-#include "tools/print/print_setup.h"
+#include "tools/print/print_pipeline.h"
 #include "tools/review/halftone_choices.h"
 #include "tools/review/sheet.h"
 
@@ -17,13 +17,10 @@ struct window {
   unsigned left, top, width, height;
 };
 
-window around(detail::place centre, unsigned width, unsigned height, unsigned page_width, unsigned page_height) {
-  const auto start = [](unsigned at, unsigned size, unsigned page) {
-    return std::min(at > size / 2 ? at - size / 2 : 0, page - size);
-  };
+window around(pixel_place centre, unsigned width, unsigned height, unsigned page_width, unsigned page_height) {
   width = std::min(width, page_width);
   height = std::min(height, page_height);
-  return {start(centre.x, width, page_width), start(centre.y, height, page_height), width, height};
+  return {window_start(centre.x, width, page_width), window_start(centre.y, height, page_height), width, height};
 }
 
 // A part of the picture as its inks: a byte for every ink of every pixel.
@@ -37,29 +34,30 @@ struct ink_picture {
 
 ink_picture read_inks(image_reader& source, const window& part, std::optional<unsigned> inks) {
   print_options options;
-  options.inks = inks;
+  options.inks.count = inks;
   const line_format format{source.channels(), source.bits()};
-  const pipeline road = make_pipeline(options, choose_tables(options, format), part.width, format);
+  const pipeline stages =
+      make_print_pipeline(choose_tables(options, format), options.layout, options.precision(), part.width, format);
 
-  pipeline::workspace space(road);
-  ink_picture picture{part.width, part.height, road.output().samples, {}};
+  pipeline::workspace space(stages);
+  ink_picture picture{part.width, part.height, stages.output().samples, {}};
   picture.samples.resize(part.height * picture.line_bytes());
   std::vector<std::uint8_t> line(source.line_bytes());
-  for (unsigned y = 0; y < source.height(); ++y) {  // to the end, so that a broken picture is always found out
+  for (unsigned y = 0; y < source.height(); ++y) {  // all lines, so that a broken picture is always refused
     source.read_line(line.data());
     if (y < part.top || y >= part.top + part.height) continue;
     const std::size_t pixel_bytes = source.line_bytes() / source.width();
-    road.convert(&line[part.left * pixel_bytes], &picture.samples[(y - part.top) * picture.line_bytes()], space);
+    stages.convert(&line[part.left * pixel_bytes], &picture.samples[(y - part.top) * picture.line_bytes()], space);
   }
   return picture;
 }
 
 using pixels = std::vector<pixel>;  // row by row
 
-template <class Linear>
-pixel coded(const Linear& color) {
+template <class Light>
+pixel pixel_of(const Light& color) {
   pixel out;
-  for (std::size_t c = 0; c < 3; ++c) out[c] = pictures::to_byte(kit::linear_to_srgb(double(color[c])));
+  for (std::size_t c = 0; c < 3; ++c) out[c] = kit::srgb_byte_of_light(double(color[c]));
   return out;
 }
 
@@ -68,7 +66,7 @@ pixels continuous(const ink_picture& inks) {
   for (std::size_t at = 0; at < inks.samples.size(); at += inks.inks) {
     std::array<double, 6> coverage{};
     for (std::size_t i = 0; i < inks.inks; ++i) coverage[i] = inks.samples[at + i] / 255.0;
-    out.push_back(coded(kit::print_color(coverage)));
+    out.push_back(pixel_of(kit::print_color(coverage)));
   }
   return out;
 }
@@ -80,14 +78,14 @@ pixels halftoned(const ink_picture& inks, halftone& by) {
   for (unsigned y = 0; y < inks.height; ++y) {
     by.run(inks.line(y), packed.data());
     row.read_row(packed.data(), 0);
-    for (const light& color : row.colors()) out.push_back(coded(color));
+    for (const light& color : row.colors()) out.push_back(pixel_of(color));
   }
   return out;
 }
 
 constexpr unsigned cell_width = 384, cell_height = 288;  // of a crop on the sheet, at most
 
-// Draws the crop, the same part of every picture, enlarged into the sheet's next cell.
+// Draws the same crop of one picture after the other into the cells of the sheet, enlarged.
 class crop_drawer {
  public:
   // first: the crop's first pixel in pictures that are `stride` pixels wide
@@ -126,13 +124,13 @@ std::string describe(unsigned inks, const compare_options& options, const window
 }  // namespace
 
 void write_comparison(image_reader& source, const compare_options& options, const std::filesystem::path& file) {
-  const detail::place centre = options.centre.value_or(detail::place{source.width() / 2, source.height() / 2});
+  const pixel_place centre = options.centre.value_or(pixel_place{source.width() / 2, source.height() / 2});
   const window crop = around(centre, cell_width / options.enlargement, cell_height / options.enlargement,
                              source.width(), source.height());
-  // Error diffusion needs some way to settle, so more is halftoned than shown.
-  constexpr unsigned way = 64;
-  const unsigned left = crop.left - std::min(crop.left, way), top = crop.top - std::min(crop.top, way);
-  const window part{left, top, std::min(source.width(), crop.left + crop.width + way) - left,
+  // Error diffusion takes some pixels to reach its tone, so more is halftoned than shown.
+  constexpr unsigned margin = 64;
+  const unsigned left = crop.left - std::min(crop.left, margin), top = crop.top - std::min(crop.top, margin);
+  const window part{left, top, std::min(source.width(), crop.left + crop.width + margin) - left,
                     crop.top + crop.height - top};
   const ink_picture inks = read_inks(source, part, options.inks);
 
@@ -141,7 +139,7 @@ void write_comparison(image_reader& source, const compare_options& options, cons
   cells.title(std::filesystem::path(source.name()).filename().string(), describe(inks.inks, options, crop));
   crop_drawer drawer(cells, crop, options.enlargement,
                      std::size_t{crop.top - part.top} * part.width + (crop.left - part.left), part.width);
-  drawer.add("continuous tone", "inks as asked for", continuous(inks));
+  drawer.add("continuous tone", "before halftoning", continuous(inks));
   for (const halftone_choice& choice : choices) {
     const auto by = make_halftone(choice, inks.inks, options.levels, options.noise, inks.width);
     drawer.add(choice.name, choice.dither ? "threshold matrix" : "error filter", halftoned(inks, *by));

@@ -5,20 +5,20 @@
 #include <optional>
 
 #include "tools/image/image_reader.h"
-#include "tools/print/preview.h"
+#include "tools/image/window.h"
 
 namespace vrk::tool {
 
 struct compare_options {
-  std::optional<unsigned> inks{};         // 1, 4 or 6; 4 unless given
-  unsigned levels = 2;                    // of a dot
-  bool noise = true;                      // modulation of the thresholds of error diffusion
-  unsigned enlargement = 4;               // a dot's side on the sheet
-  std::optional<detail::place> centre{};  // of the crop, in pixels; the picture's unless given
+  std::optional<unsigned> inks{};       // 1, 4 or 6; default 4
+  unsigned levels = 2;                  // of a dot
+  bool noise = true;                    // modulation of the thresholds of error diffusion
+  unsigned enlargement = 4;             // side of a dot on the sheet, in pixels
+  std::optional<pixel_place> centre{};  // of the crop; by default the picture's
 };
 
-// Draws a sheet of labelled cells: the inks as they were asked for, then the dots of every halftone_choice. A crop is
-// as large as the picture lets it be and as fits a cell.
+// Draws a sheet of labelled cells: the inks before halftoning, then the dots of every halftone_choice. The crop is as
+// large as fits into a cell, or the whole picture if that is smaller.
 void write_comparison(image_reader& source, const compare_options& options, const std::filesystem::path& file);
 
 }  // namespace vrk::tool

@@ -7,7 +7,7 @@ namespace {
 
 constexpr pixel grid_line{226, 228, 232}, frame_line{150, 155, 162};
 
-// In pixels, the rooms being those for the labels of ticks.
+// In pixels; the rooms are for the labels of ticks.
 constexpr unsigned chart_width = 330, chart_height = 190, left_room = 44, bottom_room = 40;
 
 // The part of a segment between two levels of y; false when there is none.

@@ -1,4 +1,4 @@
-// Line charts of the report, on a sheet.
+// Line charts on a sheet.
 #pragma once
 
 #include <string>
@@ -18,13 +18,13 @@ struct chart_axis {
   std::vector<tick> ticks;
 };
 
-// One chart; all coordinates in units of its axes. What leaves the axes is cut off.
+// One chart. Coordinates are in units of its axes; curves are cut off at the ends of the axes.
 class chart {
  public:
   chart(canvas& on, double left, double top, double width, double height, chart_axis x, chart_axis y);
 
   void shade(pictures::point from, pictures::point to, pixel color);
-  void draw_axes();  // over what is shaded, under the curves
+  void draw_axes();  // after `shade`, before `plot`
   void plot(std::vector<pictures::point> curve, pixel color, double thickness = 1.6);
 
  private:
@@ -36,12 +36,12 @@ class chart {
   chart_axis x_, y_;
 };
 
-// A chart in every cell but the first, which explains the others.
+// A sheet with the legend in its first cell and a chart in each of the others.
 class chart_sheet {
  public:
   chart_sheet(std::size_t charts, std::string_view title, std::string_view more);
 
-  // A line of the first cell, behind a sample of the colour that it explains.
+  // Adds a line to the legend: a sample of the colour, and the text.
   void explain(std::string_view text, pixel color, bool area = false);
   chart add(std::string_view name, std::string_view remark, const chart_axis& x, const chart_axis& y);
 

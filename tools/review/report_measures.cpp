@@ -1,4 +1,4 @@
-#include "tools/review/report.h"
+#include "tools/review/report_measures.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,7 +12,7 @@ namespace {
 
 constexpr unsigned tone_side = 256, spectrum_side = 1024;  // pixels of the patches, at least
 
-// Whole tiles of the matrix, which the tables for bytes may double.
+// A side that holds whole tiles of the matrix, whose sides the kit may double for 8-bit samples.
 unsigned whole_tiles(const halftone_choice& choice, unsigned at_least) {
   const unsigned tile = choice.dither ? 2 * kit::plane_matrices(choice.name)[0].width : 1;
   return (at_least + tile - 1) / tile * tile;
@@ -28,7 +28,7 @@ tone_errors measure_tones(const halftone_choice& choice, const report_options& o
   return errors;
 }
 
-// Error diffusion needs some way to settle: its patch is cut out of a larger one.
+// Error diffusion takes some pixels to reach its tone: its patch is cut out of a larger one.
 pattern settled(const pattern& patch, unsigned margin) {
   pattern inner{patch.width - 2 * margin, patch.height - margin, {}};
   for (unsigned y = margin; y < patch.height; ++y) {

@@ -1,4 +1,4 @@
-// A flat patch as one plane of dots: what the report measures.
+// Flat patches as planes of dots: what the report measures.
 #pragma once
 
 #include <vector>
@@ -7,7 +7,7 @@
 
 namespace vrk::tool {
 
-// Dots row by row, each as its share of full ink.
+// Dots row by row, each as a share of full ink.
 struct pattern {
   unsigned width = 0, height = 0;
   std::vector<float> ink{};
@@ -15,7 +15,7 @@ struct pattern {
   double mean() const;
 };
 
-// The patch that a fresh halftone for one plane, as wide as the patch, makes of a tone.
+// The dots of a patch of one tone. by: a new halftone for one plane, as wide as the patch.
 // tone: 0 ... 255 of full ink; bits: of the samples that the halftone takes, 8 or 16.
 pattern flat_patch(halftone& by, unsigned width, unsigned height, unsigned tone, unsigned bits);
 

@@ -1,8 +1,9 @@
+#include "tools/review/report_plots.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 
-#include "tools/review/report.h"
 #include "tools/review/report_chart.h"
 
 namespace vrk::tool {
@@ -28,7 +29,7 @@ std::vector<pictures::point> curve_of(const tone_errors& errors) {
   return curve;
 }
 
-// Room for errors up to `largest`: charts of small errors share one scale.
+// An axis for errors up to `largest` percent. Its scale is one of four, so that charts can be compared.
 chart_axis error_axis(double largest) {
   double step = 0.5;
   for (const double coarser : {2.5, 10.0, 20.0}) {
@@ -47,7 +48,7 @@ void plot_tones(const std::vector<choice_report>& reports, const report_options&
                     "ink placed less ink asked for, patches of 256 x 256 pixels, " + conditions(options));
   sheet.explain("8-bit samples, 8-bit precision", orange);
   sheet.explain("16-bit samples", blue);
-  sheet.explain("no more than 0.5 % off", good, true);
+  sheet.explain("at most 0.5 % off", good, true);
   const chart_axis tone{"tone", 0, 255, {{0, "0"}, {64, "64"}, {128, "128"}, {192, "192"}, {255, "255"}}};
   for (const choice_report& r : reports) {
     const double largest =
@@ -65,9 +66,9 @@ void plot_spectra(const std::vector<choice_report>& reports, const report_option
                   const std::filesystem::path& file) {
   chart_sheet sheet(reports.size(), "Spectrum of a flat patch",
                     "of tone " + std::to_string(options.tone) + ", radially averaged, " + conditions(options));
-  sheet.explain("power, white noise having 0 dB", blue);
-  sheet.explain("dots as far apart as they can be", mark);
-  sheet.explain("a hump here shows as structure", bad, true);
+  sheet.explain("power; white noise has 0 dB", blue);
+  sheet.explain("dots as far apart as possible", mark);
+  sheet.explain("a peak in this area is visible as structure", bad, true);
   const double share = share_of_dots(options), principal = principal_frequency(share);
   chart_axis frequency{"cycles per pixel", 0, 0.71, {}}, power{"dB", -50, 20, {{-40, "-40"}, {-20, "-20"}, {0, "0"}}};
   for (int i = 0; i <= 7; ++i) frequency.ticks.push_back({i / 10.0, formatted("%g", i / 10.0)});

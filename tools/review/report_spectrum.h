@@ -1,4 +1,4 @@
-// Power spectrum of a pattern of dots, by distance from zero frequency.
+// Power spectrum of a pattern of dots, averaged over all directions.
 // R. A. Ulichney, Digital Halftoning, MIT Press 1987: radially averaged power spectra.
 #pragma once
 
@@ -6,29 +6,30 @@
 
 namespace vrk::tool {
 
-// The spectrum is the mean over windows of this side, which overlap by half. A pattern is not smaller than one.
+// The spectrum is the mean over square windows of this side, which overlap by half. A pattern must hold at least one.
 inline constexpr unsigned spectrum_window = 256;
 
 // Entry i: mean power of the frequencies whose distance from zero rounds to i / spectrum_window cycles per pixel, up to
-// the corner of the spectrum at the root of one half. White noise has 1 everywhere; all 0 for a pattern without any
-// contrast. The mean tone is taken off before.
+// the corner of the spectrum at the root of one half. White noise has 1 everywhere; a pattern without contrast has 0
+// everywhere. The mean tone is subtracted first.
 std::vector<double> radial_power(const pattern& dots);
 
-// Cycles per pixel of dots that cover this share (0 ... 1) of a patch and keep as far apart as they can, as Ulichney
-// has it: between a quarter and three quarters the grid holds it at one half. Not below what a window can tell, 1 / 16.
+// Ulichney's principal frequency, in cycles per pixel: of dots that cover this share (0 ... 1) of a patch and lie as
+// far apart as possible. At most one half, which it is from a quarter to three quarters; at least 1 / 16, below which a
+// window shows too little.
 double principal_frequency(double share);
 
-// Mean power from the second lowest frequency up to a quarter of the principal one: how much a patch lies in clouds.
+// Mean power from the second lowest frequency up to a quarter of the principal one. High values are visible as clouds.
 double low_power(const std::vector<double>& power, double share);
 
 struct spectrum_peak {
   double power, frequency;  // cycles per pixel
 };
 
-// The largest power below half of the principal frequency. Above 1 the pattern shows a structure coarser than its dots.
+// The largest power below half of the principal frequency. Above 1 the pattern has a structure coarser than its dots.
 spectrum_peak hump(const std::vector<double>& power, double share);
 
-// Of a power, white noise having 0. Nothing counts below -60.
+// A power in decibels: 0 for white noise, at least -60.
 double decibels(double power);
 
 }  // namespace vrk::tool

@@ -1,10 +1,11 @@
+#include "tools/review/report_table.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 
 #include "kit/error_filters.h"
 #include "kit/threshold_matrices.h"
-#include "tools/review/report.h"
 
 namespace vrk::tool {
 namespace {
@@ -14,7 +15,7 @@ void show_errors(const tone_errors& errors) {
   std::printf("  %+7.2f at %-3zu", 100 * errors[at], at + 1);
 }
 
-// A filter keeps every tone unless it loses error; a matrix, unless it has too few steps.
+// Why a choice cannot keep its tones: a filter that drops part of the error, a matrix with too few steps.
 std::string why_off(const halftone_choice& choice, unsigned levels) {
   if (!choice.dither) return std::string(kit::find_error_filter(choice.name)->source);
   const std::size_t cells = kit::plane_matrices(choice.name)[0].ranks.size();

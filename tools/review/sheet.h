@@ -7,12 +7,12 @@ namespace vrk::tool {
 
 class sheet {
  public:
-  // width, height: of what a cell shows below its label
+  // width, height: of the content of a cell, without its label
   sheet(std::size_t cells, unsigned width, unsigned height);
 
   void title(std::string_view text, std::string_view more);
 
-  // The next cell, its name above it on the left, a remark on the right. Returns where its content begins.
+  // Labels the next cell: the name on the left, a remark on the right. Returns where the content of the cell begins.
   struct place {
     unsigned left, top;
   };

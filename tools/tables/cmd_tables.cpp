@@ -14,10 +14,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Writes files below one directory and counts them.
-class shelf {
+// Writes table files below one directory and counts them.
+class table_directory {
  public:
-  explicit shelf(fs::path top) : top_(std::move(top)) {}
+  explicit table_directory(fs::path top) : top_(std::move(top)) {}
 
   unsigned count() const { return count_; }
 
@@ -41,8 +41,8 @@ kit::bytes saturated_colors() {
   return kit::color_table{.grid = kit::matrix_grid(kit::saturation_matrix(1.25))}.encode();
 }
 
-// What one page in one ink, four or six takes.
-void put_inks(shelf& to) {
+// Colour and error diffusion tables for pages in one ink, four or six.
+void put_inks(table_directory& to) {
   const auto levels = [](unsigned inks) { return kit::ed_parameters(inks, 2, kit::fine_noise_for(2)).encode(); };
   to.put("inks.csc2", kit::ink_table(4).encode());
   to.put("levels.edpr", levels(4));
@@ -58,14 +58,14 @@ void put_inks(shelf& to) {
   to.put("one/levels.edpr", levels(1));
 }
 
-void put_colors(shelf& to) {
+void put_colors(table_directory& to) {
   to.put("colors/saturated.csc1", saturated_colors());
   for (const char* const rule : {"thrh", "gray", "blck", "sold"}) {
     to.put("colors/" + std::string(rule) + ".csc1", kit::subtype_table(rule));
   }
 }
 
-void put_halftones(shelf& to) {
+void put_halftones(table_directory& to) {
   for (const unsigned levels : {3u, 4u, 16u}) {
     to.put("levels/" + std::to_string(levels) + ".edpr",
            kit::ed_parameters(4, levels, kit::fine_noise_for(levels)).encode());
@@ -86,7 +86,7 @@ void put_halftones(shelf& to) {
   }
 }
 
-void put_curves(shelf& to) {
+void put_curves(table_directory& to) {
   to.put("curves/lighter.1dlt", image_of(kit::gamma_curve(1.2)));
   to.put("curves/darker.1dlt", image_of(kit::gamma_curve(1 / 1.2)));
   to.put("curves/contrast.1dlt", image_of(kit::s_curve(0.5)));
@@ -94,8 +94,8 @@ void put_curves(shelf& to) {
   to.put("curves/ink-limit-80.1dlt", image_of(kit::ink_limiting(0.8)));
 }
 
-// A blob of each type, under tags of family H. Levels of picture tones: one step darker, as they are, one brighter.
-void put_blobs(shelf& to) {
+// A blob of each type, with tags of family H. The tone curves are one step darker, neutral, one step brighter.
+void put_blobs(table_directory& to) {
   const auto put = [&](const char* name, const char* type, std::vector<kit::blob_entry> entries) {
     to.put(std::string("blobs/") + name, kit::blob{.type = type, .entries = std::move(entries)}.encode());
   };
@@ -113,7 +113,7 @@ void put_blobs(shelf& to) {
 }
 
 void write_tables(const std::string& directory) {
-  shelf to(directory);
+  table_directory to(directory);
   put_inks(to);
   put_colors(to);
   put_halftones(to);
@@ -126,7 +126,7 @@ void write_tables(const std::string& directory) {
 
 void add_tables_command(CLI::App& app) {
   const auto directory = std::make_shared<std::string>();
-  CLI::App* const command = app.add_subcommand("tables", "Writes the kit's tables as files, to try a driver with");
+  CLI::App* const command = app.add_subcommand("tables", "Writes the kit's tables as files, to test a driver with");
   command->add_option("-o,--output", *directory, "directory for the files")->type_name("DIR")->required();
   command->callback([directory] { write_tables(*directory); });
 }

@@ -5,8 +5,8 @@
 #include <cmath>
 
 #include "kit/color_grids.h"
-#include "kit/ink_model.h"
 #include "kit/separation.h"
+#include "kit/srgb.h"
 #include "tests/tools/print/print_job.h"
 
 namespace {
@@ -154,7 +154,7 @@ TEST_F(options, are_refused_where_they_make_no_sense) {
       {"--curve points:0/0,0/50", "in rising order of IN"},
       {"--curve gamma:2 --curve s:1", "s:1: takes the place of gamma:2"},
       {"--post lm=gamma:2", "belongs to plane lm, which a print in 4 inks"},
-      {"--split --post gamma:2", "takes the place of the kit's split"},
+      {"--split --post gamma:2", "--split brings a curve table for all planes"},
   };
   for (const auto& c : cases) expect_complaint(page, c.option, c.said);
 }

@@ -1,0 +1,98 @@
+#include "tools/print/own_tables.h"
+
+#include "kit/inspect.h"
+#include "kit/tone_curves.h"
+#include "tools/print/blob_argument.h"
+#include "tools/print/curve_argument.h"
+
+namespace vrk::tool {
+namespace {
+
+// Fills a place that only one table can take.
+void put(std::optional<table>& place, table found) {
+  if (place) throw user_error(found.name + ": takes the place of " + place->name + ", give one of them");
+  place = std::move(found);
+}
+
+// A curve image with three curves is for R, G, B; else it has one for all.
+void put_tone_curves(table found, tone_settings& tone) {
+  std::optional<table>& place = kit::curve_count(found.image) == 3 ? tone.rgb_curves : tone.curve;
+  put(place, std::move(found));
+}
+
+void put_by_kind(table found, print_tables& to) {
+  switch (kit::kind_of(found.image)) {
+    case kit::table_kind::csc1:
+      return put(to.rgb, std::move(found));
+    case kit::table_kind::csc2:
+    case kit::table_kind::curves:
+      return put(to.ink, std::move(found));
+    case kit::table_kind::edpr:
+      return put(to.parameters, std::move(found));
+    case kit::table_kind::edtb:
+      return put(to.distribution, std::move(found));
+    case kit::table_kind::dith:
+      return put(to.dither, std::move(found));
+    default:
+      refuse(found, "holds a table that this program does not print with");
+  }
+}
+
+// The type of the blob says where its tables belong, or else the kind of the table.
+void put_from_blob(blob_table from, print_tables& to) {
+  if (from.type == "INGM") return put_tone_curves(std::move(from.found), to.tone);
+  if (from.type == "OTGM") return put(to.post.main, std::move(from.found));
+  put_by_kind(std::move(from.found), to);
+}
+
+void read_files(const table_files& files, unsigned planes, print_tables& to) {
+  const auto read = [](std::optional<table>& place, const std::string& path) {
+    if (!path.empty()) place = read_table(path);
+  };
+  read(to.rgb, files.csc1);
+  read(to.ink, files.csc2);
+  read(to.parameters, files.edpr);
+  read(to.distribution, files.edtb);
+  read(to.dither, files.dith);
+  for (const std::string& blob : files.blobs) put_from_blob(read_from_blob(blob, planes), to);
+}
+
+void read_tone(const tone_options& options, tone_settings& to) {
+  if (!options.balance.empty()) to.balance = {options.balance[0], options.balance[1], options.balance[2]};
+  if (!options.balance2.empty()) to.balance2 = {options.balance2[0], options.balance2[1]};
+  to.lift = options.lift;
+  to.contrast = options.contrast;
+
+  std::vector<kit::curve> channels;  // once a curve names its channel, all three
+  for (const std::string& argument : options.curves) {
+    constexpr std::string_view names[] = {"r", "g", "b"};
+    named_curve curve = read_curve(argument, names);
+    if (curve.of) {
+      if (channels.empty()) channels.assign(3, kit::identity_curve());
+      channels[*curve.of] = only_curve(curve.image);
+    } else {
+      put_tone_curves(std::move(curve.image), to);
+    }
+  }
+  if (channels.empty()) return;
+  put(to.rgb_curves, {"the curves of R, G and B", kit::curve_image{.curves = channels}.encode()});
+}
+
+void read_plane_curves(const std::vector<std::string>& arguments, plane_curves& to) {
+  for (const std::string& argument : arguments) {
+    named_curve curve = read_curve(argument, plane_names);
+    put(curve.of ? to.planes[*curve.of] : to.main, std::move(curve.image));
+  }
+}
+
+}  // namespace
+
+print_tables read_own_tables(const print_options& options) {
+  print_tables own;
+  read_files(options.files, options.inks.planes(), own);
+  read_tone(options.tone, own.tone);
+  read_plane_curves(options.inks.plane_curves, own.post);
+  return own;
+}
+
+}  // namespace vrk::tool

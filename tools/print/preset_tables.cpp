@@ -1,0 +1,84 @@
+#include "tools/print/preset_tables.h"
+
+#include "kit/inspect.h"
+#include "kit/presets.h"
+#include "tools/print/curve_argument.h"
+
+namespace vrk::tool {
+namespace {
+
+unsigned levels_up_to(unsigned most, unsigned usual, const dot_options& options, const char* of) {
+  const unsigned levels = options.levels.value_or(usual);
+  if (levels > most) throw user_error("--levels: " + std::string(of) + " has 2 to " + std::to_string(most));
+  return levels;
+}
+
+// Levels, and cells where they are asked for.
+kit::edpr_table error_diffusion_parameters(const dot_options& options, unsigned planes) {
+  const auto [x, y] = options.cells.value_or(dot_scale{});
+  const unsigned dots = x * y;
+  const unsigned levels = options.cells ? levels_up_to(dots + 1, dots + 1, options, "a cell")
+                                        : levels_up_to(16, 2, options, "error diffusion");
+  const kit::modulation noise = options.modulation == "none" ? kit::no_modulation() : kit::fine_noise_for(levels);
+  return options.cells ? kit::cell_parameters(planes, x, y, levels, noise) : kit::ed_parameters(planes, levels, noise);
+}
+
+kit::dither_table dither_parameters(const dot_options& options, unsigned planes, bool samples16) {
+  return kit::dither_parameters(planes, levels_up_to(255, 2, options, "the dither"),
+                                options.matrix.empty() ? "blue-noise" : options.matrix, samples16);
+}
+
+}  // namespace
+
+unsigned choose_ink_tables(const ink_options& options, print_tables& tables) {
+  unsigned inks = options.converted();
+  if (tables.ink) {
+    const unsigned made = kit::inks_made(tables.ink->image).value_or(inks);
+    if ((options.count || options.split) && inks != made) {
+      refuse(*tables.ink, "makes " + std::to_string(made) + " inks, expected " + std::to_string(inks) +
+                              (options.split ? " for --split" : " by --inks"));
+    }
+    inks = made;
+  } else if (inks == 1) {
+    tables.ink = {"the kit's tone curve", kit::black_ink_curve().encode()};
+  } else {
+    tables.ink = {"the kit's colour table", (options.split ? kit::split_ink_table() : kit::ink_table(inks)).encode()};
+  }
+  if (inks == 1 && !(tables.rgb && kit::leaves_one_sample(tables.rgb->image))) {
+    tables.gray = {"the kit's gray table", kit::subtype_table("gray")};
+  }
+  return inks;
+}
+
+unsigned choose_plane_curves(bool split, unsigned inks, plane_curves& post) {
+  if (split) post.main = {"the kit's split into six inks", kit::split_curves().encode()};
+  if (post.main && inks > 1 && kit::curve_count(post.main->image) == 1) {  // the same for every plane
+    post.main->image = kit::curve_image{.curves = std::vector<kit::curve>(inks, only_curve(*post.main))}.encode();
+  }
+  const unsigned planes = planes_made(post, inks);
+  for (std::size_t p = planes; p < post.planes.size(); ++p) {
+    if (post.planes[p]) {
+      refuse(*post.planes[p], "belongs to plane " + std::string(plane_names[p]) + ", which a print in " +
+                                  std::to_string(planes) + " inks does not have");
+    }
+  }
+  return planes;
+}
+
+void choose_halftone_tables(const dot_options& options, unsigned planes, bool samples16, print_tables& tables) {
+  if (options.dithers(tables.dither.has_value())) {
+    if (!tables.dither) {
+      tables.dither = {"the kit's threshold matrix", dither_parameters(options, planes, samples16).encode()};
+    }
+    return;
+  }
+  if (!tables.parameters) {
+    tables.parameters = {"the kit's levels", error_diffusion_parameters(options, planes).encode()};
+  }
+  if (!tables.distribution) {
+    tables.distribution = {"the kit's filter",
+                           kit::ed_distribution(options.filter.empty() ? "fan" : options.filter).encode()};
+  }
+}
+
+}  // namespace vrk::tool

@@ -1,0 +1,86 @@
+#include "tools/print/print_lines.h"
+
+#include <tbb/global_control.h>
+#include <tbb/parallel_pipeline.h>
+#include <tbb/task_arena.h>
+
+#include <algorithm>
+
+#include "tools/print/progress.h"
+
+namespace vrk::tool {
+namespace {
+
+// Lines that one thread hands to the next together.
+struct band {
+  band(const pipeline& stages, std::size_t capacity)
+      : source(capacity * stages.source_bytes()),
+        inks(capacity * stages.ink_bytes()),
+        packed(capacity * stages.packed_bytes()),
+        space(stages) {}
+
+  unsigned lines = 0;
+  std::vector<std::uint8_t> source, inks, packed;  // as read, as converted, as halftoned
+  pipeline::workspace space;
+};
+
+// Many enough to be worth a hand-over between threads, few enough to need about this much memory.
+std::size_t lines_of_a_band(const pipeline& stages) {
+  constexpr std::size_t band_bytes = 1 << 20;
+  const std::size_t line_bytes = stages.source_bytes() + stages.ink_bytes() + stages.packed_bytes();
+  return std::clamp<std::size_t>(band_bytes / line_bytes, 1, 64);
+}
+
+}  // namespace
+
+// Reading, halftoning and writing each take one band after the other, each on a thread of its own if there are enough.
+// Several bands are converted at once.
+double print_lines(image_reader& source, pipeline& stages, page_files& files, unsigned threads) {
+  const std::size_t capacity = lines_of_a_band(stages);
+  std::vector<band> bands(threads == 1 ? 1 : 2 * threads, band(stages, capacity));
+  std::size_t next = 0;
+  unsigned lines_left = source.height();
+  stopwatch reading;
+  progress bar(source.height());
+
+  const auto read = [&](tbb::flow_control& flow) -> band* {
+    if (lines_left == 0) {
+      flow.stop();
+      return nullptr;
+    }
+    band& to = bands[next++ % bands.size()];  // free again: at most bands.size() are in use, and they end in order
+    to.lines = unsigned(std::min<std::size_t>(lines_left, capacity));
+    lines_left -= to.lines;
+    reading.time([&] {
+      for (unsigned y = 0; y < to.lines; ++y) source.read_line(&to.source[y * stages.source_bytes()]);
+    });
+    return &to;
+  };
+  const auto convert = [&](band* b) {
+    for (unsigned y = 0; y < b->lines; ++y) {
+      stages.convert(&b->source[y * stages.source_bytes()], &b->inks[y * stages.ink_bytes()], b->space);
+    }
+    return b;
+  };
+  const auto halftone = [&](band* b) {
+    for (unsigned y = 0; y < b->lines; ++y) {
+      stages.halftone_line(&b->inks[y * stages.ink_bytes()], &b->packed[y * stages.packed_bytes()]);
+    }
+    return b;
+  };
+  const auto write = [&](band* b) {
+    for (unsigned y = 0; y < b->lines; ++y, bar.step()) files.add_line(&b->packed[y * stages.packed_bytes()]);
+  };
+  using mode = tbb::filter_mode;
+  const tbb::global_control most(tbb::global_control::max_allowed_parallelism, threads);
+  tbb::task_arena(int(threads)).execute([&] {
+    tbb::parallel_pipeline(bands.size(), tbb::make_filter<void, band*>(mode::serial_in_order, read) &
+                                             tbb::make_filter<band*, band*>(mode::parallel, convert) &
+                                             tbb::make_filter<band*, band*>(mode::serial_in_order, halftone) &
+                                             tbb::make_filter<band*, void>(mode::serial_in_order, write));
+  });
+  for (const band& b : bands) stages.collect(b.space);
+  return reading.seconds();
+}
+
+}  // namespace vrk::tool

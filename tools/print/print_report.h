@@ -1,0 +1,28 @@
+// The summary of a print.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tools/pipeline/stopwatch.h"
+
+namespace vrk::tool {
+
+struct print_report {
+  struct plane {
+    std::string file;
+    double coverage;  // share of full ink, 0 ... 1
+  };
+  std::string source;
+  unsigned width, height, channels, bits;  // of the picture
+  unsigned threads;
+  std::vector<plane> planes;
+  std::vector<stage_time> times;  // in the order of the pipeline
+  double seconds;                 // from the first line to the last
+};
+
+// The report as lines on standard output. directory: of the printed files.
+void show(const print_report& report, const std::filesystem::path& directory);
+
+}  // namespace vrk::tool
