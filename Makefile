@@ -7,7 +7,7 @@ bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev l
 
 .PHONY: demo test win32 bench bench32 dist clean
 
-demo: # prints the embedded sample page and says where the pictures are
+demo: # prints the built-in sample page and shows the paths of the pictures
 	@scripts/packages $(build_packages) $(tool_packages)
 	@cmake --preset release -DVRK_TOOLS=ON -DVRK_TESTS=OFF -DVRK_BENCH=OFF >/dev/null
 	@cmake --build --preset release

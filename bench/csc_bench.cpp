@@ -91,7 +91,7 @@ void add_kernel(const std::string& name, const picture& p, unsigned channels, un
   });
 }
 
-// Bars: 2 times (six channels 1.8 times) the peer's 8-bit path, 1.5 times its 16-bit path.
+// Ratios to reach: 2 (six channels: 1.8) to the peer's 8-bit path, 1.5 to its 16-bit path.
 void add_peer(const std::string& name, const picture& p, unsigned channels, unsigned bits) {
 #ifdef VRK_BENCH_LCMS2
   benchmark::RegisterBenchmark(name.c_str(), [=, &p](benchmark::State& state) {

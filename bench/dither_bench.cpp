@@ -1,5 +1,5 @@
-// Ordered dither: every mix of bits that has a kernel of its own and some that have none, and the ordered dither of
-// Gutenprint on the same planes.
+// Ordered dither: every mix of bits that has its own kernel, some that have none, and the ordered dither of Gutenprint
+// on the same planes.
 #include <utility>
 
 #include "bench/inks.h"

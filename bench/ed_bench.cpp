@@ -21,7 +21,7 @@ using buffer = std::vector<std::uint8_t>;
 struct widths {
   const char* name;
   std::uint32_t flags;
-  double bar;  // times the peer
+  double bar;  // ratio to the peer to reach
 };
 constexpr widths all_widths[] = {{"8-8", 0, 3}, {"8-10", VRK_PREC10, 2.5}, {"16-10", VRK_IN16, 2.5}};
 
@@ -64,7 +64,7 @@ void add_peer([[maybe_unused]] const std::string& name, [[maybe_unused]] const p
 #ifdef VRK_BENCH_CUPS_DITHER
   benchmark::RegisterBenchmark(name.c_str(), [&p](benchmark::State& state) {
     constexpr int planes = 4, top = 4095;
-    std::vector<cups_lut_t> lut;  // every intensity, the dot it becomes, the error that is left
+    std::vector<cups_lut_t> lut;  // for every intensity the dot and the error
     for (int i = 0; i <= top; ++i) lut.push_back({short(i), short(i > top / 2), i > top / 2 ? i - top : i});
     std::vector<short> src;
     for (const int v : ink_samples(p, planes)) src.push_back(short(v >> 4));

@@ -1,4 +1,4 @@
-// Little CMS as the peer of the converters: a device link around the same grid.
+// Little CMS as the peer of the converters: a device link of the same grid.
 #pragma once
 
 #ifdef VRK_BENCH_LCMS2

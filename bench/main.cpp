@@ -1,4 +1,4 @@
-// Runs the benchmarks, then tells how the stages compare with other libraries in this same run.
+// Runs the benchmarks, then prints how the stages compare with other libraries in the same run.
 #include <algorithm>
 #include <cstdio>
 #include <map>
@@ -27,7 +27,7 @@ std::vector<comparison>& comparisons() {
   return list;
 }
 
-// The usual report, and the rates kept by name for the comparison. Of repeated runs the median counts.
+// Prints the usual report and keeps the rates by name for the comparison: the median of repeated runs.
 class rate_reporter : public benchmark::ConsoleReporter {
  public:
   void ReportRuns(const std::vector<Run>& runs) override {
@@ -66,7 +66,7 @@ void print_comparisons(rate_reporter& reporter) {
 const picture& photographic() {
   static const picture p = [] {
     picture made{"photo", line_width, line_count, {}, {}};
-    // Every tenth line of a page of these, so that all its regions count.
+    // Every tenth line of a page of such lines, so that all regions of the picture are in it.
     const kit::bytes page = pictures::photograph(line_width, line_count * 10);
     for (unsigned y = 0; y < line_count; ++y) {
       const auto line = page.begin() + std::ptrdiff_t(y) * 10 * 3 * line_width;

@@ -27,7 +27,7 @@ struct chain {
   const char* name;
   bool main_curves, plane_curves;
   std::uint32_t flags;
-  double bar;  // times Little CMS with one curve a plane; 0: not compared
+  double bar;  // ratio to reach to Little CMS with one curve per plane; 0: not compared
 };
 constexpr chain chains[] = {{"none", false, false, 0, 0},
                             {"one-curve", true, false, 0, 3},

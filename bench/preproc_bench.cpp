@@ -1,5 +1,5 @@
 // The pre-processors: the whole chain of stages, composed or not, at every width and layout, and Little CMS with one
-// tone curve a channel on the same pixels.
+// tone curve per channel on the same pixels.
 #include "bench/common.h"
 #include "kit/tone_curves.h"
 #include "vrk.h"
@@ -22,7 +22,7 @@ constexpr form forms[] = {{"stages/8-8", 0},
                           {"compose/8-8", VRK_COMPOSE},
                           {"compose/8-16", VRK_COMPOSE | VRK_OUT16}};
 
-// A picture line by line into one output line. Pixels of layout 0: three samples, bytes on the way in.
+// The whole picture, line by line into one output line. Layout 0: three samples a pixel, 8-bit input.
 template <class Run>
 void run_lines(benchmark::State& state, const picture& p, Run run) {
   buffer dst(std::size_t{p.width} * 3 * 2);

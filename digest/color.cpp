@@ -1,7 +1,7 @@
 // Frame, pre-processing, both converters, post-processing.
 #include <array>
 
-#include "digest/pipeline.h"
+#include "digest/digest_entry.h"
 #include "kit/color_table.h"
 #include "kit/curve_image.h"
 
@@ -34,18 +34,18 @@ kit::curve_image split_curves() {
 
 void reorderings() {
   for (const bool words : {false, true}) {
-    pipeline p(words ? "cmyk_to_kcmy_16" : "cmyk_to_kcmy_8");
-    if (!p.wanted()) continue;
+    digest_entry entry(words ? "cmyk_to_kcmy_16" : "cmyk_to_kcmy_8");
+    if (!entry.wanted()) continue;
     const pixel_bytes src = picture(chosen.width, words ? 8 : 4);
-    std::uint8_t* const pixels = p.output(src.size());
+    std::uint8_t* const pixels = entry.output(src.size());
     std::copy(src.begin(), src.end(), pixels);
-    p.run(3, [&](std::uint32_t) {
+    entry.run(3, [&](std::uint32_t) {
       words ? vrk_cmyk_to_kcmy_16(chosen.width, pixels) : vrk_cmyk_to_kcmy_8(chosen.width, pixels);
     });
   }
 }
 
-// All layouts, with and without a mask. step: first layout and mask of the line.
+// Layout and mask of line y: all layouts without a mask, then all with one.
 struct layout_and_mask {
   std::uint32_t layout;
   const std::uint8_t* mask;
@@ -66,16 +66,16 @@ void pre_processors() {
         for (const std::uint32_t bit : {0, 1, 2, 3, 4}) {
           if (on(bit)) name += std::array{" balance", " lift", " contrast", " curve", " rgb_curves"}[bit];
         }
-        pipeline p(with_flags(name, flags));
-        if (!p.wanted()) continue;
-        void* const h = p.build([&](void* mem) {
+        digest_entry entry(with_flags(name, flags));
+        if (!entry.wanted()) continue;
+        void* const h = entry.build([&](void* mem) {
           const std::int16_t* const steps = on(0) ? balance.data() : nullptr;
           return second ? vrk_create_preproc2(steps, on(2) * 3, on(3), one.data(), on(4), three.data(), flags, mem)
                         : vrk_create_preproc(steps, on(1) * 2, on(2) * 3, on(3), one.data(), on(4), three.data(), flags,
                                              mem);
         });
-        std::uint8_t* const dst = p.output(std::size_t(chosen.width) * 8);
-        p.run(8, [&](std::uint32_t y) {
+        std::uint8_t* const dst = entry.output(std::size_t(chosen.width) * 8);
+        entry.run(8, [&](std::uint32_t y) {
           const layout_and_mask with(y, bits);
           (second ? vrk_set_preproc2_rgb : vrk_set_preproc_rgb)(h, with.layout);
           (second ? vrk_xform_preproc2 : vrk_xform_preproc)(h, src.data(), with.mask, chosen.width, dst);
@@ -102,15 +102,15 @@ kit::bytes grid_table(unsigned channels, unsigned points, kit::grid_encoding enc
 }
 
 void first_converter(const std::string& name, const kit::bytes& table, std::uint32_t flags) {
-  pipeline p(with_flags("csc1 " + name, flags));
-  if (!p.wanted()) return;
+  digest_entry entry(with_flags("csc1 " + name, flags));
+  if (!entry.wanted()) return;
   const pixel_bytes src = picture(chosen.width, 4 * sample_bytes(flags, VRK_IN16));
   const kit::bytes bits = noise(chosen.width / 8 + 1);
   void* const h =
-      p.build([&](void* mem) { return vrk_create_csc1(std::uint32_t(table.size()), table.data(), flags, mem); });
-  std::uint8_t* const dst = p.output(std::size_t(chosen.width) * 8);
-  std::uint8_t* const short_dst = p.output(short_width * 8);
-  p.run(8, [&](std::uint32_t y) {
+      entry.build([&](void* mem) { return vrk_create_csc1(std::uint32_t(table.size()), table.data(), flags, mem); });
+  std::uint8_t* const dst = entry.output(std::size_t(chosen.width) * 8);
+  std::uint8_t* const short_dst = entry.output(short_width * 8);
+  entry.run(8, [&](std::uint32_t y) {
     const layout_and_mask with(y, bits);
     vrk_set_csc1_rgb(h, with.layout);
     vrk_xform_csc1(h, src.data(), with.mask, chosen.width, dst);
@@ -120,14 +120,14 @@ void first_converter(const std::string& name, const kit::bytes& table, std::uint
 
 void second_converter(const std::string& name, const kit::bytes& table, std::uint32_t input_samples,
                       std::uint32_t flags) {
-  pipeline p(with_flags("csc2 " + name, flags));
-  if (!p.wanted()) return;
+  digest_entry entry(with_flags("csc2 " + name, flags));
+  if (!entry.wanted()) return;
   const pixel_bytes src = picture(chosen.width, (input_samples == 1 ? 1 : 4) * sample_bytes(flags, VRK_IN16));
-  void* const h = p.build(
+  void* const h = entry.build(
       [&](void* mem) { return vrk_create_csc2(std::uint32_t(table.size()), table.data(), input_samples, flags, mem); });
-  std::uint8_t* const dst = p.output(std::size_t(chosen.width) * 12);
-  std::uint8_t* const short_dst = p.output(short_width * 12);
-  p.run(4, [&](std::uint32_t y) {
+  std::uint8_t* const dst = entry.output(std::size_t(chosen.width) * 12);
+  std::uint8_t* const short_dst = entry.output(short_width * 12);
+  entry.run(4, [&](std::uint32_t y) {
     vrk_set_csc2_rgb(h, y);
     vrk_xform_csc2(h, src.data(), chosen.width, dst);
     if (!chosen.speed) vrk_xform_csc2(h, src.data(), short_width, short_dst);
@@ -181,17 +181,17 @@ void post_processing() {
           std::string name = "postproc " + std::to_string(planes) + (split ? " to 6" : "");
           if ((tables & 1) != 0) name += " main";
           if ((tables & 2) != 0) name += " planes";
-          pipeline p(with_flags(name, flags));
-          if (!p.wanted()) continue;
+          digest_entry entry(with_flags(name, flags));
+          if (!entry.wanted()) continue;
           const std::uint32_t on = tables >> 1;
           const void* const c = one.data();
-          void* const h = p.build([&](void* mem) {
+          void* const h = entry.build([&](void* mem) {
             return vrk_create_postproc(planes, tables & 1, main.data(), on, c, on, c, 0, nullptr, on, c, on, c, 0,
                                        nullptr, flags, mem);
           });
           const pixel_bytes src = picture(chosen.width, planes * sample_bytes(flags, VRK_IN16));
-          std::uint8_t* const dst = p.output(std::size_t(chosen.width) * 12);
-          p.run(1, [&](std::uint32_t) { vrk_xform_postproc(h, src.data(), chosen.width, dst); });
+          std::uint8_t* const dst = entry.output(std::size_t(chosen.width) * 12);
+          entry.run(1, [&](std::uint32_t) { vrk_xform_postproc(h, src.data(), chosen.width, dst); });
         }
       }
     }
@@ -200,7 +200,7 @@ void post_processing() {
 
 }  // namespace
 
-void color_pipelines() {
+void color_entries() {
   reorderings();
   pre_processors();
   converters();

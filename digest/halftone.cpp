@@ -1,7 +1,7 @@
-// Error diffusion, ordered dither, and whole roads that end in them.
+// Error diffusion, ordered dither, and pages that pass all stages.
 #include <algorithm>
 
-#include "digest/pipeline.h"
+#include "digest/digest_entry.h"
 #include "kit/curve_image.h"
 #include "kit/planes.h"
 #include "kit/presets.h"
@@ -12,13 +12,14 @@ namespace {
 
 constexpr std::uint32_t lines = 8;
 
-// Packed lines of six planes, four lines a plane (dot cells), as the exports take them.
+// Buffers for the packed lines of all planes, in the order in which the exports take them.
 struct output_lines {
   std::vector<std::uint8_t*> line;
 
-  output_lines(pipeline& p, const vrk_ht_info& info) {
+  output_lines(digest_entry& entry, const vrk_ht_info& info) {
     for (unsigned plane = 0; plane < 6; ++plane) {
-      for (unsigned i = 0; i < info.plane_scale[plane].scale_y; ++i) line.push_back(p.output(info.line_bytes[plane]));
+      for (unsigned i = 0; i < info.plane_scale[plane].scale_y; ++i)
+        line.push_back(entry.output(info.line_bytes[plane]));
     }
     line.resize(24);
   }
@@ -32,10 +33,10 @@ kit::modulation threshold_noise() {
   return noisy;
 }
 
-// Two blocks, each half the lines: the whole width, then all but the first columns, going on from the lines above.
+// Two blocks of half the lines each: the first of the whole width, the second without the first 13 columns.
 template <class Start, class Exec, class End>
-void run_blocks(pipeline& p, Start start, Exec exec, End end) {
-  p.run(lines, [&](std::uint32_t y) {
+void run_blocks(digest_entry& entry, Start start, Exec exec, End end) {
+  entry.run(lines, [&](std::uint32_t y) {
     if (y == 0) start(chosen.width, 0, 0);
     if (y == lines / 2) {
       end();
@@ -46,25 +47,25 @@ void run_blocks(pipeline& p, Start start, Exec exec, End end) {
   });
 }
 
-void* build_ed(pipeline& p, const kit::edpr_table& levels, std::uint32_t flags) {
+void* build_ed(digest_entry& entry, const kit::edpr_table& levels, std::uint32_t flags) {
   const kit::bytes edtb = kit::ed_distribution("fan").encode(), edpr = levels.encode();
-  return p.build([&](void* mem) {
+  return entry.build([&](void* mem) {
     return vrk_create_ed(chosen.width, std::uint32_t(edtb.size()), edtb.data(), std::uint32_t(edpr.size()), edpr.data(),
                          flags, mem);
   });
 }
 
 void diffuse(const std::string& name, const kit::edpr_table& levels, std::uint32_t planes, std::uint32_t flags) {
-  pipeline p(with_flags(name, flags));
-  if (!p.wanted()) return;
+  digest_entry entry(with_flags(name, flags));
+  if (!entry.wanted()) return;
   const pixel_bytes src = picture(chosen.width, planes * ((flags & VRK_IN16) != 0 ? 2 : 1));
-  void* const h = build_ed(p, levels, flags);
+  void* const h = build_ed(entry, levels, flags);
   vrk_ht_info info;
-  p.add(vrk_query_ed_info(h, &info));
-  p.add(info.same_line_bytes * 4 + info.dot_expansion * 2 + info.same_scale);
-  const output_lines out(p, info);
+  entry.add(vrk_query_ed_info(h, &info));
+  entry.add(info.same_line_bytes * 4 + info.dot_expansion * 2 + info.same_scale);
+  const output_lines out(entry, info);
   run_blocks(
-      p, [h](auto... block) { vrk_start_ed_block(h, block...); },
+      entry, [h](auto... block) { vrk_start_ed_block(h, block...); },
       [&](std::uint32_t y) {
         auto* const* const line = out.line.data();
         if (info.dot_expansion != 0 || y % 2 != 0) {
@@ -96,30 +97,30 @@ void error_diffusion() {
   }
 }
 
-// K may have levels, and so bits, of its own.
+// K may have another number of levels than the colours, and so other bits.
 struct dither_levels {
   unsigned k, colors;
 };
 
 void dither(const std::string& matrix, std::uint32_t planes, dither_levels levels, std::uint32_t flags) {
-  pipeline p(with_flags("dither " + std::to_string(planes) + " levels " + std::to_string(levels.k) + " and " +
-                            std::to_string(levels.colors) + " " + matrix,
-                        flags));
-  if (!p.wanted()) return;
+  digest_entry entry(with_flags("dither " + std::to_string(planes) + " levels " + std::to_string(levels.k) + " and " +
+                                    std::to_string(levels.colors) + " " + matrix,
+                                flags));
+  if (!entry.wanted()) return;
   const bool in16 = (flags & VRK_IN16) != 0;
   kit::dither_table parameters = kit::dither_parameters(planes, levels.colors, matrix, in16);
   const std::size_t k = kit::table_position[0];
   parameters.planes[k] = kit::dither_parameters(1, levels.k, matrix, in16).planes[k];
   const kit::bytes table = parameters.encode();
   const pixel_bytes src = picture(chosen.width, planes * (in16 ? 2 : 1));
-  void* const h = p.build([&](void* mem) {
+  void* const h = entry.build([&](void* mem) {
     return vrk_create_dither(chosen.width, std::uint32_t(table.size()), table.data(), flags, mem);
   });
   vrk_ht_info info;
-  p.add(vrk_query_dither_info(h, &info));
-  const output_lines out(p, info);
+  entry.add(vrk_query_dither_info(h, &info));
+  const output_lines out(entry, info);
   run_blocks(
-      p, [h](auto... block) { vrk_start_dither_block(h, block...); },
+      entry, [h](auto... block) { vrk_start_dither_block(h, block...); },
       [&](std::uint32_t y) {
         auto* const* const line = out.line.data();
         if (y % 2 != 0) {
@@ -143,28 +144,28 @@ void ordered_dither() {
   }
 }
 
-// A page's whole road: adjusted, converted to four inks, split into six, diffused.
-void road(const std::string& name, std::uint32_t samples) {
-  pipeline p("road " + name);
-  if (!p.wanted()) return;
+// A page through all stages: adjusted, converted to four inks, split into six, diffused.
+void whole_page(const std::string& name, std::uint32_t samples) {
+  digest_entry entry("page " + name);
+  if (!entry.wanted()) return;
   const kit::bytes grid = kit::ink_table(4).encode(), split = kit::split_curves().encode();
-  void* const pre = p.build([&](void* mem) {
+  void* const pre = entry.build([&](void* mem) {
     return vrk_create_preproc(nullptr, 1, 2, 0, nullptr, 0, nullptr, (samples & VRK_OUT16) | VRK_COMPOSE, mem);
   });
   void* const csc =
-      p.build([&](void* mem) { return vrk_create_csc2(std::uint32_t(grid.size()), grid.data(), 3, samples, mem); });
-  void* const post = p.build([&](void* mem) {
+      entry.build([&](void* mem) { return vrk_create_csc2(std::uint32_t(grid.size()), grid.data(), 3, samples, mem); });
+  void* const post = entry.build([&](void* mem) {
     return vrk_create_postproc(4, 1, split.data(), 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0,
                                nullptr, samples | VRK_COMPOSE, mem);
   });
-  void* const ed = build_ed(p, kit::ed_parameters(6, 2, threshold_noise()), samples & VRK_IN16);
+  void* const ed = build_ed(entry, kit::ed_parameters(6, 2, threshold_noise()), samples & VRK_IN16);
   vrk_ht_info info;
   vrk_query_ed_info(ed, &info);
-  const output_lines out(p, info);
+  const output_lines out(entry, info);
   const std::size_t pixels = chosen.width;
   const pixel_bytes src = picture(chosen.width * lines, 3);
   pixel_bytes adjusted(pixels * 6), four(pixels * 8), six(pixels * 12);
-  p.run(lines, [&](std::uint32_t y) {
+  entry.run(lines, [&](std::uint32_t y) {
     if (y == 0) vrk_start_ed_block(ed, chosen.width, 0, 0);
     vrk_xform_preproc(pre, src.data() + y * pixels * 3, nullptr, chosen.width, adjusted.data());
     vrk_xform_csc2(csc, adjusted.data(), chosen.width, four.data());
@@ -176,11 +177,11 @@ void road(const std::string& name, std::uint32_t samples) {
 
 }  // namespace
 
-void halftone_pipelines() {
+void halftone_entries() {
   error_diffusion();
   ordered_dither();
-  road("8 bits", 0);
-  road("16 bits", VRK_IN16 | VRK_OUT16);
+  whole_page("8 bits", 0);
+  whole_page("16 bits", VRK_IN16 | VRK_OUT16);
 }
 
 }  // namespace vrk::digest

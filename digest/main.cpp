@@ -1,13 +1,13 @@
 // usage: vrk_digest [speed] [NAME]
-// Prints a digest of every pipeline whose name begins with NAME, or its speed. The list of digests must be the same
-// from every build; scripts/compare-builds holds it.
+// Prints a digest, or the speed, of every entry whose name begins with NAME. The digests must be the same from every
+// build, which scripts/compare-builds checks.
 #include <algorithm>
 #include <chrono>
 #include <cinttypes>
 #include <cstdio>
 #include <string_view>
 
-#include "digest/pipeline.h"
+#include "digest/digest_entry.h"
 
 namespace vrk::digest {
 
@@ -46,21 +46,21 @@ std::string with_flags(std::string name, std::uint32_t flags) {
   return name;
 }
 
-pipeline::pipeline(std::string name) : name_(std::move(name)), wanted_(name_.starts_with(chosen.only)) {}
+digest_entry::digest_entry(std::string name) : name_(std::move(name)), wanted_(name_.starts_with(chosen.only)) {}
 
-std::uint8_t* pipeline::output(std::size_t size) { return outputs_.emplace_back(size, std::uint8_t(0x5A)).data(); }
+std::uint8_t* digest_entry::output(std::size_t size) { return outputs_.emplace_back(size, std::uint8_t(0x5A)).data(); }
 
-void pipeline::add(std::uint32_t number) {
+void digest_entry::add(std::uint32_t number) {
   const std::uint8_t bytes[] = {std::uint8_t(number), std::uint8_t(number >> 8), std::uint8_t(number >> 16),
                                 std::uint8_t(number >> 24)};
   add(bytes);
 }
 
-void pipeline::add(std::span<const std::uint8_t> bytes) {
+void digest_entry::add(std::span<const std::uint8_t> bytes) {
   for (const std::uint8_t byte : bytes) digest_ = (digest_ ^ byte) * 0x100000001B3;
 }
 
-void pipeline::run(std::uint32_t lines, const std::function<void(std::uint32_t y)>& line) {
+void digest_entry::run(std::uint32_t lines, const std::function<void(std::uint32_t y)>& line) {
   if (!chosen.speed) {
     for (std::uint32_t y = 0; y < lines; ++y) {
       line(y);
@@ -101,6 +101,6 @@ int main(int count, char** words) {
       chosen.only = words[i];
     }
   }
-  color_pipelines();
-  halftone_pipelines();
+  color_entries();
+  halftone_entries();
 }

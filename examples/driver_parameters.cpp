@@ -1,4 +1,4 @@
-// Writes what a driver would ship beside its code: the parameters that print_page reads, to the current folder.
+// Writes the parameters that print_page reads, and that a driver would ship, to the current folder.
 #include <fstream>
 #include <string>
 

@@ -35,8 +35,8 @@ static table load(const char* path) {
   return t;
 }
 
-/* The converter's and the halftone's tables lie in parameter blobs, one variant for every print setting. Looked up
- * twice: for the length, then for the bytes. */
+/* The tables of converter and halftone lie in parameter blobs, one variant for every print setting. A table is looked
+ * up twice: for its length, then for its bytes. */
 static table ink_table(const page_exports* vrk) {
   const table blob = load("ink.blob");
   vrk_table_ref found = {0, NULL};
@@ -57,12 +57,12 @@ static table halftone_table(const page_exports* vrk) {
   return (table){found.length, found.data};
 }
 
-/* A handle is memory of ours that a create function has built: once asked for the size, once with the memory. The
- * tables are not needed any longer then. */
+/* A handle lies in our own memory. The create function is called twice: for the size, then with the memory. The tables
+ * may be released afterwards. */
 static void* ink_converter(const page_exports* vrk) {
   const table grid = ink_table(vrk);
   void* const handle = memory(vrk->create_csc2(grid.size, grid.bytes, 3, 0, NULL), "the ink table was refused");
-  require(vrk->create_csc2(grid.size, grid.bytes, 3, 0, handle) != 0, "the ink table does not hold up");
+  require(vrk->create_csc2(grid.size, grid.bytes, 3, 0, handle) != 0, "the ink table was not built");
   vrk->set_csc2_rgb(handle, 1); /* B, G, R, as bitmaps hold it */
   free(grid.bytes);
   return handle;
@@ -79,7 +79,7 @@ static void* halftone(const page_exports* vrk) {
   return handle;
 }
 
-/* What the application draws: hues from left to right, darker towards the top, and a ladder of black rules. */
+/* The page: hues from left to right, darker towards the top, and groups of black lines. */
 static void draw_line(uint32_t y, uint8_t* bgr) {
   for (uint32_t x = 0; x < page_width; ++x) {
     const uint32_t hue = x * 6 * 256 / page_width, part = hue % 256, light = y * 255 / (page_height - 1);
@@ -108,7 +108,7 @@ void print_page(const page_exports* vrk) {
     fprintf(files[p], "P4 %d %d\n", page_width, page_height);
   }
 
-  /* Bands, as a spooler hands them over: each is a block, and takes on the errors that the one above has left. */
+  /* A spooler sends the page in bands. Each is a block, which continues with the errors of the block above. */
   for (uint32_t top = 0; top < page_height; top += band_lines) {
     const uint32_t bottom = top + band_lines < page_height ? top + band_lines : page_height;
     require(vrk->start_ed_block(diffusion, page_width, 0, top) != 0, "the block does not fit the line");

@@ -1,11 +1,11 @@
-/* A printer driver in small: what it does with the library for one page. How it gets at the exports is the matter of
- * print_page_windows.c (vrk.dll, loaded by name) and print_page_linux.c (linked). */
+/* One page as a printer driver prints it with the library. print_page_windows.c loads vrk.dll and finds the exports by
+ * name; print_page_linux.c links the library. */
 #ifndef PRINT_PAGE_H
 #define PRINT_PAGE_H
 
 #include <vrk.h>
 
-/* The exports that the page takes, named as they are without vrk_. */
+/* The exports that the page uses, under their names without vrk_. */
 typedef struct page_exports {
   const char*(VRK_CALL* get_version)(void);
   uint32_t(VRK_CALL* log_csc2)(uint32_t blob_size, const void* blob, vrk_table_ref* ref, uint16_t family, uint16_t kind,
@@ -26,7 +26,7 @@ typedef struct page_exports {
 } page_exports;
 
 /* Prints the page with the driver's parameters, ink.blob, halftone.blob and spread.edtb of the current folder, to
- * k.pbm, c.pbm, m.pbm and y.pbm there. Ends the program with a sentence where something is wrong. */
+ * k.pbm, c.pbm, m.pbm and y.pbm there. Prints a message and ends the program when something fails. */
 void print_page(const page_exports* vrk);
 
 #endif

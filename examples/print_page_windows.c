@@ -1,4 +1,4 @@
-/* print_page with vrk.dll as a driver loads it. */
+/* print_page with vrk.dll loaded at run time, as a driver does. */
 #include <stdio.h>
 #include <windows.h>
 

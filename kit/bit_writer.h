@@ -15,7 +15,7 @@ class bit_writer {
     for (pending_bits_ += width; pending_bits_ >= 8; pending_bits_ -= 8) put8(out_, pending_ >> (pending_bits_ - 8));
   }
 
-  // Fills the last byte up with zeros.
+  // Fills the last byte with zero bits.
   void align() {
     if (pending_bits_ != 0) put(8 - pending_bits_, 0);
   }

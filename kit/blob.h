@@ -1,4 +1,4 @@
-// The parameter blob "CTSI": variants of one kind of table under four-character tags.
+// The parameter blob "CTSI": variants of one kind of table, found by four-character tags.
 #pragma once
 
 #include <optional>
@@ -9,16 +9,16 @@
 namespace vrk::kit {
 
 struct blob_entry {
-  std::string tag{};  // four characters, blanks at the end where shorter
+  std::string tag{};  // four characters; a shorter tag is filled up with blanks
   bytes data{};
-  std::optional<std::uint32_t> offset{}, length{};  // as the data lie in the blob, unless set
+  std::optional<std::uint32_t> offset{}, length{};  // unless set, those of the data in the blob
 };
 
 struct blob {
   std::string magic = "CTSI";
   std::string type = "CS2T";  // "CS1T", "CS2T", "HATT", "INGM", "OTGM", "HRKT"
   std::string version = "0010";
-  char class_code = ' ';  // 'C' switches some choices of the converter look-ups
+  char class_code = ' ';  // with 'C' the converter look-ups choose some tags differently
   unsigned end_mark = 0x1A;
   std::optional<unsigned> entry_count{};
   std::vector<blob_entry> entries{};  // directory order; the data follow in the same order

@@ -1,4 +1,4 @@
-// The byte string that every encoder of the kit makes.
+// The byte string that every encoder of the kit returns, and how fields are appended to it.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +21,7 @@ inline void put_be32(bytes& out, std::uint32_t v) {
   put_be16(out, v);
 }
 
-// The characters as they stand: a magic, a version, a directory tag.
+// The characters unchanged: a magic, a version, a directory tag.
 inline void put_text(bytes& out, std::string_view text) {
   for (const char c : text) put8(out, std::uint8_t(c));
 }

@@ -12,7 +12,7 @@ namespace {
 
 std::uint16_t sample16(double part) { return std::uint16_t(std::lround(std::clamp(part, 0.0, 1.0) * 65535)); }
 
-// Calls color(r, g, b) for every point, levels 0 ... 65535 in the order of the grid, and keeps what it returns.
+// A grid of the samples that color(r, g, b) returns for every point; r, g, b are 0 ... 65535.
 template <class Color>
 color_grid sampled_grid(unsigned points, unsigned channels, Color color) {
   color_grid grid{.points = points, .channels = channels};
@@ -32,7 +32,7 @@ linear_rgb linear(unsigned r, unsigned g, unsigned b) {
   return {srgb_to_linear(r / 65535.0), srgb_to_linear(g / 65535.0), srgb_to_linear(b / 65535.0)};
 }
 
-// coverage_of: inks of a colour in linear light
+// coverage_of: returns the inks of a colour in linear light
 template <class Separation>
 color_grid separated_grid(unsigned points, unsigned inks, const Separation& coverage_of) {
   return sampled_grid(points, inks, [&](unsigned r, unsigned g, unsigned b) {

@@ -1,4 +1,4 @@
-// Grids for the colour tables. All are sampled at the positions of even_axis, for sRGB input.
+// Grids for the colour tables. All are sampled at the positions of even_axis and take sRGB input.
 #pragma once
 
 #include <array>
@@ -10,7 +10,7 @@ namespace vrk::kit {
 // Every colour maps to itself.
 color_grid identity_grid(unsigned points = 17);
 
-// A matrix in linear light: row c holds the parts of R, G and B that make up channel c. Results are clipped.
+// A matrix in linear light: row c holds the weights of R, G and B in channel c. Results are clipped.
 using color_matrix = std::array<std::array<double, 3>, 3>;
 color_grid matrix_grid(const color_matrix& matrix, unsigned points = 17);
 
@@ -20,7 +20,7 @@ color_matrix saturation_matrix(double saturation);
 // sRGB to the inks of kit/ink_model.h. inks: 4 (K, C, M, Y) or 6 (and light cyan, light magenta).
 color_grid ink_grid(unsigned inks, unsigned points = 17);
 
-// K, C, M, Y for post-processing that splits them into six inks.
+// sRGB to K, C, M, Y for post-processing that splits them into six inks.
 color_grid split_ink_grid(unsigned points = 17);
 
 }  // namespace vrk::kit

@@ -8,7 +8,7 @@
 namespace vrk::kit {
 namespace {
 
-// Which sample of a point, in grid order, stands at each place in the table; the delta encodings keep grid order.
+// The order of the samples of a point in the table, as indices in grid order. Delta encodings keep grid order.
 std::span<const std::uint8_t> table_sample_order(unsigned channels) {
   static constexpr std::array<std::uint8_t, 3> rgb{0, 1, 2};
   static constexpr std::array<std::uint8_t, 4> cmyk{1, 2, 3, 0};
@@ -18,7 +18,7 @@ std::span<const std::uint8_t> table_sample_order(unsigned channels) {
   return std::span(rgb).first(channels < 3 ? channels : 3);
 }
 
-// Samples back to back, their top `bits` bits each.
+// The top `bits` bits of every sample, back to back.
 void put_packed(bytes& out, const color_grid& grid, unsigned bits) {
   bit_writer stream(out);
   const std::span<const std::uint8_t> order = table_sample_order(grid.channels);
@@ -30,11 +30,11 @@ void put_packed(bytes& out, const color_grid& grid, unsigned bits) {
   stream.align();
 }
 
-// One kind of code for a difference: a prefix, then a payload that counts up through one or two ranges of differences.
+// One code for differences: a prefix, then a payload that numbers the differences of one or two ranges.
 struct delta_code {
   unsigned prefix, prefix_bits, payload_bits;
-  int first, last;             // differences of payloads 0, 1, ...
-  int first2 = 0, last2 = -1;  // and of the payloads after those
+  int first, last;             // first range
+  int first2 = 0, last2 = -1;  // second range, empty by default
 };
 
 // Shortest first.
@@ -62,7 +62,7 @@ void put_difference(bit_writer& stream, std::span<const delta_code> codes, int d
   }
 }
 
-// Plane after plane; each opens with a plain sample, then every sample is the one before minus a coded difference.
+// Plane after plane. The first sample is stored as it is; every other is the one before minus a coded difference.
 void put_delta(bytes& out, const color_grid& grid, unsigned bits, std::span<const delta_code> codes) {
   bit_writer stream(out);
   for (std::size_t channel = 0; channel < grid.channels; ++channel) {

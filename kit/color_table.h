@@ -29,15 +29,15 @@ struct color_grid {
 
 using axis_positions = std::vector<std::uint16_t>;  // 16-bit scale, strictly increasing
 
-// Positions spread evenly over 0 ... 65535, each on the nearest 8-bit level, so that every working precision keeps it
+// Positions spread evenly over 0 ... 65535, each rounded to an 8-bit level, which every working precision represents
 // exactly.
 axis_positions even_axis(unsigned points);
 
-// A table around a grid: "csc1" for a grid of three channels, else "csc2". Encodings of less than 16 bits keep the top
-// bits of every sample. Fields left unset follow the grid.
+// A table with its grid: "csc1" for a grid of three channels, else "csc2". Encodings of less than 16 bits keep the top
+// bits of every sample. Optional fields that are not set follow the grid.
 //
-// Packed encodings carry the short tail with all its bytes (`packed12` with an odd number of samples ends with one
-// unused field). Delta streams take the shortest code for every difference and end with the byte that holds the last
+// Packed encodings write the last group of samples in full: `packed12` with an odd number of samples ends with one
+// unused field. Delta streams use the shortest code for every difference and end with the byte that holds the last
 // code.
 struct color_table {
   std::optional<std::string> magic{};
@@ -46,8 +46,8 @@ struct color_table {
   std::optional<unsigned> out_channels{};
   std::optional<unsigned> points{};
   grid_encoding encoding = grid_encoding::raw16;
-  std::optional<unsigned> encoding_byte{};  // what the header says, where it shall differ from how the grid is stored
-  std::array<axis_positions, 3> axes{};     // R, G, B; an empty one stands for even_axis
+  std::optional<unsigned> encoding_byte{};  // of the header, if it is to differ from `encoding`
+  std::array<axis_positions, 3> axes{};     // R, G, B; empty: even_axis
   color_grid grid{};
 
   bytes encode() const;

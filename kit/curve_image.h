@@ -15,9 +15,9 @@ using curve = std::array<std::uint16_t, 1024>;
 struct curve_image {
   std::string magic = "1dlt";
   std::string version = "0010";  // "0010" or "002x": one of the two count modes of a post-processing main table
-  std::optional<unsigned> curve_count{};  // as many as `curves` holds, unless set
+  std::optional<unsigned> curve_count{};  // unless set, the number of `curves`
   unsigned output_count = 0;              // post-processing main table: planes that come out
-  unsigned entries = 1024;                // per curve, as announced
+  unsigned entries = 1024;                // per curve, as the header announces
   std::vector<curve> curves{};
 
   bytes encode() const;

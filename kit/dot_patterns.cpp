@@ -49,7 +49,7 @@ dot_cells centred_dots(unsigned scale_x, unsigned scale_y, unsigned levels) {
 }
 
 std::vector<std::uint16_t> scattered(std::uint16_t cell, unsigned scale_x, unsigned scale_y, unsigned plane) {
-  // The tile's pixels in order of blue noise, so that pixels with the same amount lie evenly.
+  // The pixels of the tile in order of blue noise, so that pixels with the same amount are spread evenly.
   static const matrix_set noise = plane_matrices("blue-noise");
   constexpr unsigned pixels = scatter_width * scatter_height;
   std::vector<unsigned> order(pixels);

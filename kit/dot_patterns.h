@@ -12,12 +12,12 @@ struct dot_cells {
 };
 
 // Cells of scale_x (1, 2, 4) * scale_y (1 ... 4) dots that grow from the centre outward, evenly over the levels: the
-// first has no dot, the last has all. Not more levels than dots and one make sense.
+// first has no dot, the last has all. levels: 2 ... dots + 1.
 dot_cells centred_dots(unsigned scale_x, unsigned scale_y, unsigned levels);
 
-// Where every plane's dots grow from the same place they fall onto each other, and a page comes out lighter than its
-// inks ask for. So the cells of a plane are moved, around their own edges, by another amount in every pixel of a tile,
-// each amount equally often. Then two planes share as many dots as chance has it, which is what colour tables count on.
+// If the dots of all planes grew from the same place they would print on top of each other, and a page would be lighter
+// than its inks. So each pixel of a tile shifts the cell by another amount, around the cell's own edges; every amount
+// is equally frequent. Two planes then share as many dots as by chance, which the colour tables assume.
 constexpr unsigned scatter_width = 12, scatter_height = 16;
 std::vector<std::uint16_t> scattered(std::uint16_t cell, unsigned scale_x, unsigned scale_y, unsigned plane);
 

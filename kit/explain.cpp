@@ -25,7 +25,7 @@ std::string mismatch(std::string_view field, u64 found, std::string_view expecte
   return "has " + std::string(field) + " " + number(found) + ", expected " + std::string(expected);
 }
 
-// Four characters in quotes; what cannot be printed as a number.
+// Four characters in quotes, or a number if they cannot be printed.
 std::string quoted(u32 code) {
   std::string text = "\"";
   for (int shift = 24; shift >= 0; shift -= 8) {
@@ -40,7 +40,7 @@ std::string quoted(u32 code) {
   return text + '"';
 }
 
-// Magic and version, which every image opens with; `newest` 0 checks no version.
+// Checks magic and version, with which every image begins. newest: 0 accepts every version.
 std::string wrong_start(byte_view image, const char (&magic)[5], u32 newest, u64 header) {
   if (image.size() < 4) return mismatch("length", image.size(), "at least " + number(header) + " bytes");
   const u32 found = image.be32(0);
@@ -57,7 +57,7 @@ struct grid_header {
   grid_encoding encoding;
 };
 
-// Bytes of the grid as its encoding stores it; of a delta stream only what its first samples take.
+// Bytes of the grid in its encoding; of a delta stream only those of the first samples.
 u64 stored_grid_bytes(const grid_header& h) {
   const u64 count = h.points * h.points * h.points;
   switch (h.encoding) {

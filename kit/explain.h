@@ -1,4 +1,4 @@
-// Why a table image is refused, and what lies in it: for people who make tables.
+// Why a table image is refused, and which levels it holds: for people who make tables.
 #pragma once
 
 #include <array>
@@ -8,17 +8,17 @@
 
 namespace vrk::kit {
 
-// Each looks for the first thing that the library's create function would refuse and says what stands there and what
-// was expected, as the end of a sentence that begins with the table's name: "has version "0020", expected "001z" or
-// older". Empty when nothing is found. The body of a delta stream is not decoded.
+// Each returns the first reason for which the library's create function would refuse the image, as the end of a
+// sentence that begins with the name of the table: "has version "0020", expected "001z" or older". Empty when there is
+// none. The body of a delta stream is not decoded.
 std::string why_refused_csc1(const bytes& image, bool prec12);
 std::string why_refused_csc2(const bytes& image, unsigned input_samples, bool prec12);
 std::string why_refused_edpr(const bytes& image);
 std::string why_refused_edtb(const bytes& image);
 std::string why_refused_dith(const bytes& image);
 
-// Curve images of `count` curves, and post-processing main tables for pixels of `planes` samples. The library is not
-// told how long these are: one that is too short must not be passed to it.
+// Curve images of `count` curves, and post-processing main tables for pixels of `planes` samples. The library does not
+// know the length of these images: one that is too short must not be passed to it.
 std::string why_refused_curves(const bytes& image, unsigned count);
 std::string why_refused_main_curves(const bytes& image, unsigned planes);
 

@@ -1,4 +1,4 @@
-// What inks look like on paper: the model that the colour grids invert and that previews are drawn with.
+// Colours of inks on paper. The colour grids invert this model, and previews are drawn with it.
 #pragma once
 
 #include <array>
@@ -8,9 +8,9 @@ namespace vrk::kit {
 
 using linear_rgb = std::array<double, 3>;  // linear light of the sRGB primaries, 0 ... 1 (paper white)
 
-// Colours of full coverage, relative to paper white: K, C, M, Y, light cyan, light magenta. The four full inks after
-// the solids of offset printing on coated paper (ISO 12647-2), brought into sRGB. The light inks hold a third of the
-// pigment (Beer's law: the cube root of what the full ink lets through).
+// Colours of full coverage, relative to paper white: K, C, M, Y, light cyan, light magenta. The four full inks follow
+// the solids of offset printing on coated paper (ISO 12647-2), converted to sRGB. The light inks hold a third of the
+// pigment (Beer's law: they transmit the cube root of what the full ink transmits).
 inline constexpr std::array<linear_rgb, 6> ink_colors{{
     {0.024, 0.024, 0.024},
     {0.02, 0.36, 0.78},
@@ -20,10 +20,10 @@ inline constexpr std::array<linear_rgb, 6> ink_colors{{
     {0.928, 0.271, 0.604},
 }};
 
-// Colour of a surface that ink p covers to the part coverage[p] (record order, 1 to 6 inks), dots of different inks
-// lying independently of each other. H. E. J. Neugebauer's equation (1937) with A. Demichel's areas: the mean of the
-// colours of all overprints. An overprint being the product of its inks (which the measured solids bear out to about
-// 0.03), the mean is a product as well.
+// Colour of a surface of which ink p covers the share coverage[p] (record order, 1 to 6 inks), with the dots of
+// different inks placed independently of each other. H. E. J. Neugebauer's equation (1937) with A. Demichel's areas:
+// the mean of the colours of all overprints. The colour of an overprint is the product of its inks (for the measured
+// solids true to about 0.03), so the mean is a product as well.
 linear_rgb print_color(std::span<const double> coverage);
 
 }  // namespace vrk::kit

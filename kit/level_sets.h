@@ -1,4 +1,4 @@
-// Output levels of a plane: how many, where they lie, how many bits they take.
+// Output levels of a plane: their number, their values, their bits.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 
 namespace vrk::kit {
 
-// Bits per output pixel (1, 2, 4 or 8) that so many levels (2 ... 256) take.
+// Bits per output pixel (1, 2, 4 or 8) for a number of levels (2 ... 256).
 unsigned bits_for_levels(unsigned levels);
 
 // Levels spread evenly over 0 ... top: 1023 for "edpr"; 255, or 1023 for 16-bit input, for "dith".

@@ -1,4 +1,4 @@
-// Modulation matrices of error diffusion: small amounts taken off a value before its level is chosen.
+// Modulation matrices of error diffusion: small amounts that are subtracted from a value before its level is chosen.
 #pragma once
 
 #include <array>
@@ -13,15 +13,15 @@ struct modulation {
   std::array<std::vector<std::int8_t>, 6> planes{};  // record order; row by row, on the 10-bit scale
 };
 
-// Every threshold stays where it is.
+// Leaves every threshold unchanged.
 modulation no_modulation();
 
-// Blue noise, other pixels for every plane: breaks up the worms of a filter and keeps planes of equal tone from putting
-// their dots on the same pixels. amplitude: 0 ... 127, on the 10-bit scale.
+// Blue noise, different for every plane: it breaks up the worm patterns of a filter, and planes of equal tone do not
+// put their dots on the same pixels. amplitude: 0 ... 127, on the 10-bit scale.
 modulation fine_noise(int amplitude = 127);
 
-// As strong as so many levels bear: an eighth of the way from one to the next. Much more, and the errors that the noise
-// itself makes keep setting dots on bare paper.
+// The strongest useful noise for a number of levels: an eighth of the distance between two levels. With much more, the
+// errors of the noise itself would set dots on bare paper.
 modulation fine_noise_for(unsigned levels);
 
 }  // namespace vrk::kit

@@ -13,8 +13,8 @@
 namespace vrk::kit {
 namespace {
 
-// Handles that read bytes tell only every fourth rank from the next one. Four tiles of four times the rank leave them
-// every step that a small matrix has; a large one has more steps than bytes have.
+// Handles of 8-bit samples use the rank divided by four. So a small matrix is repeated in four tiles, with four times
+// the rank, and keeps all its steps; a large one has more steps than 8-bit samples.
 threshold_matrix for_bytes(const threshold_matrix& matrix) {
   if (matrix.ranks.size() >= 4 * 256) return matrix;
   threshold_matrix tiles{2 * matrix.width, 2 * matrix.height, {}};
@@ -94,8 +94,7 @@ color_table ink_table(unsigned inks, unsigned points, grid_encoding encoding) {
 color_table split_ink_table(unsigned points) { return {.grid = split_ink_grid(points)}; }
 
 curve_image black_ink_curve() {
-  // Image black is as dark as the ink; everything between scales with it, so that the coverage is what light is
-  // missing.
+  // Image black becomes full coverage, and levels between scale with it: the coverage is the light that is absorbed.
   return {.curves = {sampled_curve([](double level) { return 1 - srgb_to_linear(level); })}};
 }
 

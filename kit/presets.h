@@ -1,4 +1,4 @@
-// Ready-made tables: what the tool prints with, and what tests and benchmarks start from.
+// Ready-made tables: the defaults of the tool, and the base of tests and benchmarks.
 #pragma once
 
 #include <string_view>
@@ -20,24 +20,24 @@ edpr_table cell_parameters(unsigned planes, unsigned scale_x, unsigned scale_y, 
                            const modulation& modulation = no_modulation());
 
 // "dith" with evenly spread levels, the same for all planes. levels: 2 ... 255; matrix: a name of
-// kit/threshold_matrices.h (a table with any other is refused); in16: for handles that read 16-bit samples.
+// kit/threshold_matrices.h (the library refuses the table for any other name); in16: for handles of 16-bit samples.
 dither_table dither_parameters(unsigned planes, unsigned levels, std::string_view matrix = "blue-noise",
                                bool in16 = false);
 
-// "edtb" of a filter of kit/error_filters.h; without rows for a name that is not known.
+// "edtb" of a filter of kit/error_filters.h; without rows for an unknown name.
 edtb_table ed_distribution(std::string_view filter = "fan");
 
 // "csc2" from sRGB to the inks of kit/ink_model.h. inks: 4 or 6.
 color_table ink_table(unsigned inks, unsigned points = 17, grid_encoding encoding = grid_encoding::raw16);
 
-// "csc2" from sRGB to the four planes that split_curves makes six of.
+// "csc2" from sRGB to the four planes from which split_curves makes six.
 color_table split_ink_table(unsigned points = 17);
 
-// "1dlt" for the second converter: one gray sample (sRGB scale) to black ink alone, as the ink model prints it.
+// "1dlt" for the second converter: one gray sample (sRGB scale) to black ink, by the ink model.
 curve_image black_ink_curve();
 
-// "1dlt" main table for post-processing that makes six planes of four: cyan and magenta go over from their light inks
-// to the full ones.
+// "1dlt" main table for post-processing that makes six planes of four: light tones of cyan and magenta print with the
+// light inks, dark tones with the full ones.
 curve_image split_curves();
 
 }  // namespace vrk::kit

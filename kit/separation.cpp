@@ -15,9 +15,9 @@ vector3 srgb(const linear_rgb& color) {
   return {linear_to_srgb(color[0]), linear_to_srgb(color[1]), linear_to_srgb(color[2])};
 }
 
-// Black of a neutral or of the neutral part of a colour. Up to about half a unit of density cyan, magenta and yellow
-// carry it alone, which hides the coarse black dots from light tones; beyond that black takes all that is added. The
-// two go over into each other smoothly.
+// Black of a neutral, or of the neutral part of a colour. Up to a density of about one half, cyan, magenta and yellow
+// print it alone, so that light tones have no coarse black dots. All density beyond that is black. The change is
+// smooth.
 double black_coverage(const linear_rgb& wanted) {
   constexpr double chromatic_density = 0.475;
   const double density = -std::log10(*std::max_element(wanted.begin(), wanted.end()));
@@ -26,7 +26,7 @@ double black_coverage(const linear_rgb& wanted) {
   return std::min((1 - black_light) / (1 - ink_colors[0][0]), 1.0);
 }
 
-// Light that full coverage lets through in the part of the light that the ink is there to absorb.
+// full_light, light_light: light that full coverage of the full and the light ink leaves in their main absorption band.
 ink_pair split(double amount, double black, double full_light, double light_light) {
   const double absorbed = amount * (1 - full_light);
   const double light = (1 - black) * absorbed / (1 - light_light) * (1 - amount * amount * amount);
@@ -34,12 +34,12 @@ ink_pair split(double amount, double black, double full_light, double light_ligh
   return {full, light};
 }
 
-enum class light_inks { none, give_way_to_black, everywhere };
+enum class light_inks { none, less_beside_black, everywhere };
 
-// Amounts of cyan, magenta and yellow (0 ... 1 each) as inks, beside black.
+// Inks for an amount of black and amounts of cyan, magenta and yellow, 0 ... 1 each.
 ink_coverage inks_of(double black, const vector3& amounts, light_inks light) {
   if (light == light_inks::none) return {black, amounts[0], amounts[1], amounts[2], 0, 0};
-  const double beside = light == light_inks::give_way_to_black ? black : 0;
+  const double beside = light == light_inks::less_beside_black ? black : 0;
   const ink_pair cyan = split_cyan(amounts[0], beside), magenta = split_magenta(amounts[1], beside);
   return {black, cyan.full, magenta.full, amounts[2], cyan.light, magenta.light};
 }
@@ -63,8 +63,8 @@ vector3 solve(const matrix3& m, const vector3& v) {
   return x;
 }
 
-// How far the print of some amounts is from a wanted colour, in sRGB levels. For colours beyond the inks that scale
-// settles it the way printers are used to: pure green, cyan, magenta and yellow become full inks, not pale ones.
+// Difference in sRGB levels between the print of some amounts and a wanted colour. On this scale the nearest printable
+// colours of pure green, cyan, magenta and yellow are full inks, as usual in print, not pale ones.
 class color_difference {
  public:
   color_difference(const linear_rgb& wanted, double black, light_inks light)
@@ -75,7 +75,7 @@ class color_difference {
     return {printed[0] - wanted_[0], printed[1] - wanted_[1], printed[2] - wanted_[2]};
   }
 
-  // Its derivatives: row i belongs to amount i. One-sided on the faces of the unit cube.
+  // The derivatives: row i by amount i. One-sided on the faces of the unit cube.
   matrix3 slopes(const vector3& amounts) const {
     constexpr double step = 1e-6;
     matrix3 result;
@@ -95,8 +95,8 @@ class color_difference {
   light_inks light_;
 };
 
-// The amounts inside the unit cube with the least difference, found downhill from `start` by damped Gauss-Newton steps
-// (K. Levenberg 1944, D. Marquardt 1963) that slide along the cube's faces.
+// The amounts inside the unit cube with the least difference, by damped Gauss-Newton steps from `start` (K. Levenberg
+// 1944, D. Marquardt 1963). A step that would leave the cube moves along its face.
 vector3 least_difference(const color_difference& difference, const vector3& start) {
   vector3 at = start, off = difference(at);
   double damping = 1e-3;
@@ -134,7 +134,7 @@ vector3 least_difference(const color_difference& difference, const vector3& star
   return at;
 }
 
-// Amounts of cyan, magenta and yellow that come closest to a colour beside a given black.
+// Amounts of cyan, magenta and yellow that come closest to a colour with a given black.
 vector3 amounts_beside(double black, const linear_rgb& wanted) {
   vector3 start;
   for (std::size_t c = 0; c < start.size(); ++c) start[c] = std::clamp(1 - wanted[c], 0.02, 0.98);
@@ -158,7 +158,7 @@ ink_coverage separate(const linear_rgb& image, bool with_light_inks) {
   for (std::size_t c = 0; c < wanted.size(); ++c) wanted[c] = darkest_neutral + (1 - darkest_neutral) * image[c];
   double black = black_coverage(wanted);
   vector3 amounts = amounts_beside(black, wanted);
-  if (total(black, amounts) > ink_limit) {  // black stands in for more of the others: the least that keeps the limit
+  if (total(black, amounts) > ink_limit) {  // more black replaces other inks: the least that keeps the limit
     double too_little = black, enough = 1;
     for (int halving = 0; halving < 20; ++halving) {
       black = (too_little + enough) / 2;
@@ -169,9 +169,9 @@ ink_coverage separate(const linear_rgb& image, bool with_light_inks) {
   }
   const ink_coverage full = inks_of(black, amounts, light_inks::none);
   if (!with_light_inks) return full;
-  // Light inks absorb a little less outside their own part of the light than full ones: match what those print. What
-  // lies beyond all inks has been settled then, and neighbouring colours stay neighbours.
-  constexpr light_inks light = light_inks::give_way_to_black;
+  // Light inks absorb a little less outside their main band than full ones: match the print of the full inks. Colours
+  // outside the gamut are mapped by then, so neighbouring colours stay neighbours.
+  constexpr light_inks light = light_inks::less_beside_black;
   return inks_of(black, least_difference({print_color(full), black, light}, amounts), light);
 }
 

@@ -11,7 +11,7 @@
 namespace vrk::kit {
 namespace {
 
-// The tile of the void-and-cluster method: which pixels are on, and how crowded the surroundings of each pixel are.
+// The tile of the void-and-cluster method: which pixels have dots, and the density of dots around each pixel.
 class binary_tile {
  public:
   static constexpr int size = 64, pixels = size * size;
@@ -29,7 +29,7 @@ class binary_tile {
     }
   }
 
-  // The pixel that is on in the most crowded place; the one that is off in the least crowded.
+  // The pixel with a dot in the densest place; the pixel without a dot in the least dense one.
   int tightest_cluster() const {
     int found = -1;
     for (int at = 0; at < pixels; ++at) {
@@ -48,7 +48,7 @@ class binary_tile {
  private:
   static constexpr int reach = 8;  // beyond it a weight is below 2^24 / 10^6
 
-  // A Gaussian of sigma 1.5 pixels in whole numbers, so that sums do not depend on the order in which they were made.
+  // A Gaussian of sigma 1.5 pixels in whole numbers, so that sums do not depend on the order of addition.
   static std::array<std::array<int, 2 * reach + 1>, 2 * reach + 1> make_weights() {
     std::array<std::array<int, 2 * reach + 1>, 2 * reach + 1> weights{};
     for (int dy = -reach; dy <= reach; ++dy) {
@@ -68,7 +68,8 @@ class binary_tile {
 };
 
 threshold_matrix void_and_cluster() {
-  // A tenth of the pixels at random, then moved from clusters into voids until none is left to move.
+  // Dots on a tenth of the pixels, at random; then each is moved from the tightest cluster into the largest void until
+  // none moves any more.
   binary_tile prototype;
   std::minstd_rand random;
   int count = 0;
@@ -95,8 +96,8 @@ threshold_matrix void_and_cluster() {
     tile.set(at, false);
     give_rank(at, rank);
   }
-  // Above one half the method asks for the tightest cluster of pixels that are off. As the weights of the pixels that
-  // are on and off add up to a constant, that is the largest void as well.
+  // Above one half the method takes the tightest cluster of pixels without dots. The weights of pixels with and without
+  // dots add up to a constant, so that is the largest void as well.
   tile = prototype;
   for (int rank = count; rank < binary_tile::pixels; ++rank) {
     const int at = tile.largest_void();
@@ -126,12 +127,12 @@ threshold_matrix bayer(unsigned size) {
 
 threshold_matrix clustered_dot(unsigned along, unsigned across) {
   const unsigned area = along * along + across * across;  // pixels of a dot's cell
-  unsigned size = area / std::gcd(along, across);         // of the smallest tile, whose few ranks would be few tones
+  unsigned size = area / std::gcd(along, across);         // of the smallest tile; few ranks would be few tones
   while (size * size < 256) size *= 2;
   struct pixel {
-    int spot;            // how late it turns on within its dot
-    unsigned place;      // within the cell; the same place in all cells turns on together...
-    std::uint16_t cell;  // ... but for an order without a visible pattern
+    int spot;            // order within its dot
+    unsigned place;      // within the lattice cell
+    std::uint16_t cell;  // order among pixels of the same place: that of blue noise, which shows no pattern
     unsigned at;
   };
   const threshold_matrix& noise = blue_noise();
@@ -182,14 +183,14 @@ matrix_set plane_matrices(std::string_view name) {
   if (name == "blue-noise") {
     return offsets_of(blue_noise(), {{{0, 0}, {23, 37}, {41, 11}, {11, 53}, {53, 29}, {31, 5}}});
   }
-  if (name == "clustered") {  // a dot's centre, the middle between four of them, the middles between two, and between
+  if (name == "clustered") {  // shifts: none, to the middle of four dots, and to places between these
     return offsets_of(clustered_dot(4, 4), {{{0, 0}, {4, 0}, {2, 2}, {2, 6}, {1, 5}, {3, 1}}});
   }
   if (name == "screens") {  // light inks take the angle of the other full ink
     const threshold_matrix cyan = clustered_dot(7, 2), magenta = clustered_dot(2, 7);
     return {clustered_dot(5, 5), cyan, magenta, clustered_dot(7, 0), shifted(magenta, 3, 3), shifted(cyan, 3, 3)};
   }
-  for (const unsigned size : {2u, 4u, 8u, 16u}) {  // the first quarter of K, C, M and Y lies on four different pixels
+  for (const unsigned size : {2u, 4u, 8u, 16u}) {  // the first dots of K, C, M and Y are on four different pixels
     if (name != "bayer" + std::to_string(size)) continue;
     return offsets_of(bayer(size), {{{0, 0}, {1, 1}, {1, 0}, {0, 1}, {size / 2, 0}, {0, size / 2}}});
   }

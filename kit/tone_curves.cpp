@@ -28,8 +28,8 @@ curve ink_limiting(double limit) {
 
 curve curve_through(std::span<const control_point> points) {
   if (points.empty()) return identity_curve();
-  // Slope at every point: the harmonic mean of those of the segments beside it, weighted towards the shorter one, and 0
-  // where they differ in direction; at the ends that of the only segment.
+  // Slope at every point: a harmonic mean of the slopes of the two segments beside it, in which the shorter one has
+  // more weight; 0 where their signs differ. At both ends it is the slope of the only segment.
   const auto width = [&](std::size_t i) { return points[i + 1].in - points[i].in; };
   const auto secant = [&](std::size_t i) { return (points[i + 1].out - points[i].out) / width(i); };
   const std::size_t last = points.size() - 1;

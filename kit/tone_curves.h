@@ -9,7 +9,7 @@
 
 namespace vrk::kit {
 
-// The curve of tone(x), 0 ... 1 in and out; what leaves that range is clipped.
+// The curve of tone(x), 0 ... 1 in and out; results outside are clipped.
 template <class Tone>
 curve sampled_curve(Tone tone) {
   curve c{};
@@ -28,22 +28,22 @@ curve gamma_curve(double gamma);
 // More contrast in the middle, less at both ends. strength: 0 (identity) ... 1; below 0 the opposite.
 curve s_curve(double strength);
 
-// Coverage to ask for so that paper shows the coverage that is meant, where dots gain: 4 * gain * a * (1 - a) is added
-// to an asked a (Yule and Nielsen's gain, simplified to a parabola). gain: at half tone, 0 ... 0.25.
+// Compensates dot gain: the curve maps a wanted coverage to the coverage a for which paper shows it, where dots gain
+// 4 * gain * a * (1 - a) (Yule and Nielsen's gain, simplified to a parabola). gain: at half tone, 0 ... 0.25.
 curve dot_gain_compensation(double gain);
 
-// Full tone becomes `limit` (0 ... 1), and everything below scales with it.
+// Scales all tones so that full tone becomes `limit`, 0 ... 1.
 curve ink_limiting(double limit);
 
-// A smooth curve through control points in order of `in` (0 ... 1), level before the first and after the last. It
-// rises and falls with the points and never overshoots them.
-// F. N. Fritsch, J. Butland, A method for constructing local monotone piecewise cubic interpolants, SIAM 1984.
+// A smooth curve through control points in rising order of `in` (0 ... 1), constant before the first and after the
+// last. Between two points it is monotone: it never overshoots them. F. N. Fritsch, J. Butland, A method for
+// constructing local monotone piecewise cubic interpolants, SIAM 1984.
 struct control_point {
   double in, out;
 };
 curve curve_through(std::span<const control_point> points);
 
-// The second curve on the output of the first.
+// The curve that applies `first`, then `second`.
 curve chained(const curve& first, const curve& second);
 
 }  // namespace vrk::kit

@@ -1,4 +1,4 @@
-// A round pen on a raster: how much of each pixel its strokes cover.
+// Strokes of a round pen on a raster: the share of each pixel that they cover.
 #pragma once
 
 #include <algorithm>
@@ -12,12 +12,12 @@ namespace vrk::pictures {
 struct raster_line {
   unsigned width;   // pixels
   double pixel;     // side of a pixel
-  double left = 0;  // of the first pixel
-  double y = 0;     // of the pixels' centres
+  double left = 0;  // left edge of the first pixel
+  double y = 0;     // centre of the line
 };
 
-// Calls lay(i, share) for the pixels i of the line that a stroke covers to the part `share`, 0 ... 1, which follows
-// from a pixel's distance to the stroke.
+// Calls lay(i, share) for every pixel i of the line that a stroke covers, with the covered share, 0 ... 1. The share
+// follows from the distance between pixel and stroke.
 template <class Lay>
 void draw_stroke(const segment& s, double half_thickness, const raster_line& line, const Lay& lay) {
   const double reach = half_thickness + line.pixel;

@@ -40,14 +40,14 @@ double fractal(double x, double y, int octaves) {  // sum of octaves of noise, 0
     sum += weight * noise(x, y);
     total += weight;
     weight *= 0.5;
-    const double turned = 1.6 * x + 1.2 * y + 7.3;  // a rotation by 37 degrees and a doubling: no lattice shows through
+    const double turned = 1.6 * x + 1.2 * y + 7.3;  // a rotation by 37 degrees and a doubling hide the lattice
     y = -1.2 * x + 1.6 * y + 3.1;
     x = turned;
   }
   return sum / total;
 }
 
-double ridged(double x, double y) {  // 0 ... 1 with sharp crests, as weather cuts them
+double ridged(double x, double y) {  // 0 ... 1 with sharp crests
   double sum = 0, weight = 0.5;
   for (int i = 0; i < 6; ++i, weight *= 0.55) {
     sum += weight * (1 - std::abs(2 * noise(x, y) - 1));
@@ -72,8 +72,8 @@ rgb_color sky(double u, double v, double sun_u) {
   return mix(c, cloud, 0.92 * ramp(0.50, 0.68, density));
 }
 
-// One range of hills: `top` is the skyline's v, `relief` how far peaks rise above it, `haze` how much air lies before
-// it.
+// One range of hills: `top` is the v of its skyline, `relief` the height of its peaks above that, `haze` the share of
+// haze in front of it.
 struct hills {
   double top, relief, frequency, seed, haze, snow;
   rgb_color light, shade;
@@ -85,8 +85,8 @@ constexpr hills ranges[] = {
     {0.43, 0.26, 2.1, 11.0, 0.52, 0.75, {0.62, 0.60, 0.62}, {0.27, 0.31, 0.42}},
 };
 
-// Conifers along the far shore: every slot holds one tree, a triangle with ragged edges. True when the point lies on
-// one.
+// Conifers along the far shore: every slot holds one tree, a triangle with ragged edges. Returns whether the point is
+// on a tree.
 bool conifer(double u, double v, rgb_color& c) {
   const double slot = 55 * u;
   bool hit = false;
@@ -105,7 +105,7 @@ bool conifer(double u, double v, rgb_color& c) {
   return hit;
 }
 
-// What stands farthest in front: a tree, a range of hills, or the sky.
+// The nearest thing at this point: a tree, a range of hills, or the sky.
 rgb_color land(double u, double v, double sun_u) {
   rgb_color c{};
   if (conifer(u, v, c)) return c;
@@ -124,7 +124,7 @@ rgb_color land(double u, double v, double sun_u) {
   return sky(u, v, sun_u);
 }
 
-// A striped balloon: the shaded sphere of the picture. True when the point lies on it.
+// A striped balloon, the shaded sphere of the picture. Returns whether the point is on it.
 bool balloon(double u, double v, double centre_u, rgb_color& c) {
   constexpr double centre_v = 0.225, radius = 0.135;
   const double x = (u - centre_u) / radius, y = (v - centre_v) / radius;

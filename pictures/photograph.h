@@ -1,4 +1,4 @@
-// A picture with the statistics of a photograph, computed instead of shipped: soft sky, haze, foliage, water, grain.
+// A computed picture with the statistics of a photograph: soft sky, haze, foliage, water, grain.
 #pragma once
 
 #include "kit/bytes.h"
@@ -9,13 +9,13 @@ struct rgb_color {
   double r, g, b;  // sRGB levels, 0 ... 1
 };
 
-// Colour of the scene at u (0 left ... aspect right), v (0 top ... 1 bottom). The scene fills any aspect from 1 to 2.
+// Colour of the scene at u (0 left ... aspect right), v (0 top ... 1 bottom). aspect: width over height, 1 ... 2.
 rgb_color photograph_at(double u, double v, double aspect);
 
 // The whole picture: width * height pixels of R, G, B bytes, row by row. The same bytes on every run.
 kit::bytes photograph(unsigned width, unsigned height);
 
-// Per-pixel grain of a camera: -1 ... 1, a fixed function of the pixel's position.
+// Film grain of a pixel: -1 ... 1, a fixed function of its position.
 double film_grain(unsigned x, unsigned y);
 
 }  // namespace vrk::pictures

@@ -203,7 +203,7 @@ double sample_page::write(std::string_view text, double x, double base, double c
   return x + stroke_text_width(text) * cap;
 }
 
-// Lays the strokes that cross the line at y (page millimetres) over it.
+// Draws the strokes that cross the line at y, in millimetres of the page.
 void sample_page::paint(const pen_work& work, double y, std::vector<rgb_color>& line) const {
   for (const segment& s : work.strokes) {
     draw_stroke(s, work.half_thickness, {width_, pixel_, -origin_x_, y},

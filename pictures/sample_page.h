@@ -1,4 +1,4 @@
-// The test page that the program prints when it has no picture: drawn line by line at any size, nothing is shipped.
+// The sample page of `vrk demo`: drawn line by line at any size.
 #pragma once
 
 #include <cstdint>
@@ -19,11 +19,11 @@ class sample_page {
   unsigned width() const { return width_; }
   unsigned height() const { return height_; }
 
-  // Line y as width() pixels of R, G, B bytes. Lines may be asked for in any order.
+  // Writes line y as width() pixels of R, G, B bytes. Lines may be drawn in any order.
   void draw_line(unsigned y, std::uint8_t* rgb) const;
 
  private:
-  // A rectangle whose colour is a function of the place in it; all in millimetres.
+  // A rectangle whose colour is a function of the place inside it; all in millimetres.
   struct panel {
     double left, top, width, height;
     std::function<rgb_color(double x, double y)> shade;
@@ -33,7 +33,7 @@ class sample_page {
     std::vector<segment> strokes;
     double half_thickness;
     rgb_color color;
-    double top, bottom;  // what the strokes cover, thickness included
+    double top, bottom;  // extent of the strokes, thickness included
   };
 
   void lay_out_header();
@@ -45,14 +45,15 @@ class sample_page {
 
   void add(double left, double top, double width, double height, std::function<rgb_color(double, double)> shade);
   void draw(std::vector<segment> strokes, double thickness, rgb_color color = {0, 0, 0});
-  // Letters with capitals `cap` millimetres high; `bold` is the stroke's thickness in units of the usual one.
+  // Letters with capitals `cap` millimetres high. base: y of the base line; bold: factor of the stroke thickness.
+  // Returns the x where the text ends.
   double write(std::string_view text, double x, double base, double cap, rgb_color color = {0, 0, 0}, double bold = 1);
 
   void paint(const pen_work& work, double y, std::vector<rgb_color>& line) const;
 
   unsigned width_, height_;
   double pixel_;                        // millimetres per pixel
-  double origin_x_ = 0, origin_y_ = 0;  // the page's corner in millimetres from the raster's
+  double origin_x_ = 0, origin_y_ = 0;  // top left corner of the page on the raster, in millimetres
   std::vector<panel> panels_;
   std::vector<pen_work> pens_;
 };

@@ -8,10 +8,9 @@ namespace {
 constexpr double grid = 12;  // units from cap line to base line
 constexpr double letter_space = 3.4, word_space = 5;
 
-// A glyph is a list of strokes parted by blanks. A stroke is a list of points, x and y as one base-36 digit each; y 0
-// is the cap line, 4 the top of small letters, c the base line, g the foot of descenders. A point marked * bends the
-// curve towards itself (the control point of a parabola); between two such neighbours the curve passes through their
-// middle.
+// A glyph is a list of strokes separated by blanks. A stroke is a list of points; x and y are one base-36 digit each. y
+// 0 is the cap line, 4 the top of small letters, c the base line, g the bottom of descenders. A point marked * is the
+// control point of a parabola; between two of them the curve passes through their middle.
 struct glyph {
   char character;
   std::string_view strokes;
@@ -136,7 +135,7 @@ void add_stroke(std::string_view stroke, double x, std::vector<segment>& out) {
   }
 }
 
-// Draws one character at x and returns the pen's position after it.
+// Adds the strokes of one character at x and returns the x of the next one.
 double add_character(char character, double x, std::vector<segment>& out) {
   const auto* const found = std::find_if(std::begin(glyphs), std::end(glyphs),
                                          [character](const glyph& g) { return g.character == character; });

@@ -1,4 +1,4 @@
-// A single-stroke typeface, drawn for this library: lines that a page can draw at any size.
+// A typeface of single strokes, which can be drawn at any size.
 #pragma once
 
 #include <string_view>
@@ -15,11 +15,11 @@ struct segment {
   point from, to;
 };
 
-// The strokes of a line of text: x from 0, y from 0 (cap line) to 1 (base line), descenders to 1.33. Characters that
-// the typeface lacks leave a blank.
+// The strokes of a line of text: x from 0, y from 0 (cap line) to 1 (base line), descenders to 1.33. A character that
+// the typeface lacks becomes a space.
 std::vector<segment> stroke_text(std::string_view text);
 
-// Width of that line in the same unit (cap heights), without the space after its last letter.
+// Width of that line in the same unit (height of capitals), without the space after its last letter.
 double stroke_text_width(std::string_view text);
 
 }  // namespace vrk::pictures

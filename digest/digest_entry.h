@@ -1,5 +1,5 @@
-// What the lists of pipelines are written with. Every build of the library runs the same pipelines on the same computed
-// input, and prints a digest, or the speed, of each.
+// The entries of the digest list. Each runs one or more stages of the library; every build runs the same entries on the
+// same computed input, and prints a digest, or the speed, of each.
 #pragma once
 
 #include <cstdint>
@@ -15,43 +15,43 @@
 
 namespace vrk::digest {
 
-// Set once, before the first pipeline.
+// Set once, before the first entry.
 struct options {
   bool speed = false;       // print Mpixel/s instead of digests
-  std::string_view only{};  // run pipelines whose names begin so
-  // Pixels of a line: odd, no multiple of a vector, and enough for the fast rows of the converters.
+  std::string_view only{};  // run entries whose names begin with this
+  // Pixels of a line: odd, so no multiple of a vector, and enough for the fast kernels of the converters.
   std::uint32_t width = 253;
 };
 extern options chosen;
 
-// A line of so few pixels that converters take the row that follows the definition.
+// Pixels of a line so short that converters take the kernel that follows the definition.
 constexpr std::uint32_t short_width = 61;
 
 // Bytes that look random, the same everywhere.
 kit::bytes noise(std::size_t size, std::uint64_t seed = 1);
 
-// Bytes that begin with a cache line on every build, wherever its allocator puts others.
+// Bytes that begin at a cache line on every build.
 template <class T>
 struct cache_line_allocator {
   using value_type = T;
   static constexpr std::align_val_t line{64};
 
   T* allocate(std::size_t n) { return static_cast<T*>(::operator new(n * sizeof(T), line)); }
-  void deallocate(T* p, std::size_t) { ::operator delete(p, line); }
+  void deallocate(T* entry, std::size_t) { ::operator delete(entry, line); }
   friend bool operator==(const cache_line_allocator&, const cache_line_allocator&) { return true; }
 };
 using pixel_bytes = std::vector<std::uint8_t, cache_line_allocator<std::uint8_t>>;
 
-// Lines of noise that begin with a white and a black pixel, with some ramp in them.
+// Pixels of noise, after a white and a black one, with a ramp in the third quarter.
 pixel_bytes picture(std::uint32_t pixel_count, std::uint32_t bytes_per_pixel, std::uint64_t seed = 1);
 
-// "name in16+out16", by the bits of a flags word in the terms of one stage.
+// The name with the names of the flags that are set, such as "name in16 out16".
 std::string with_flags(std::string name, std::uint32_t flags);
 
 // Memory for one handle, 4 bytes past a 32-byte boundary.
-class handle {
+class handle_memory {
  public:
-  explicit handle(std::uint32_t size) : chunks_(size / 32 + 2) {}
+  explicit handle_memory(std::uint32_t size) : chunks_(size / 32 + 2) {}
   void* mem() { return chunks_[0].bytes + 4; }
 
  private:
@@ -61,17 +61,17 @@ class handle {
   std::vector<chunk> chunks_;
 };
 
-// One line of the list: a road of one or more stages. Nothing of a pipeline that was not asked for is run.
-class pipeline {
+// One line of the list. An entry that is not wanted must not be built or run.
+class digest_entry {
  public:
-  explicit pipeline(std::string name);
+  explicit digest_entry(std::string name);
   bool wanted() const { return wanted_; }
 
-  // A handle by both calls of a create function. Sizes and the built memory count.
+  // Makes a handle by both calls of a create function. Sizes and the built memory are part of the digest.
   template <class Create>
   void* build(Create create) {
     const std::uint32_t size = create(nullptr);
-    handles_.push_back(std::make_unique<handle>(size));
+    handles_.push_back(std::make_unique<handle_memory>(size));
     void* const mem = handles_.back()->mem();
     const std::uint32_t used = create(mem);
     add(size);
@@ -80,7 +80,7 @@ class pipeline {
     return mem;
   }
 
-  // A buffer whose contents count after every line.
+  // A buffer whose contents are part of the digest after every line.
   std::uint8_t* output(std::size_t size);
 
   // Runs `line` for y = 0 ... lines - 1 and prints what came out.
@@ -93,11 +93,11 @@ class pipeline {
   std::string name_;
   bool wanted_;
   std::uint64_t digest_ = 0xCBF29CE484222325;  // FNV-1a
-  std::vector<std::unique_ptr<handle>> handles_;
+  std::vector<std::unique_ptr<handle_memory>> handles_;
   std::vector<pixel_bytes> outputs_;
 };
 
-void color_pipelines();
-void halftone_pipelines();
+void color_entries();
+void halftone_entries();
 
 }  // namespace vrk::digest
