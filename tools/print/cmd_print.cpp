@@ -19,7 +19,7 @@ struct print_arguments {
   unsigned dpi = 600;
 };
 
-// The names of filters, for a check.
+// The names of a list of named things, for a check.
 template <class Named>
 std::vector<std::string> names_of(const Named& all) {
   std::vector<std::string> names;

@@ -66,7 +66,7 @@ void plot_spectra(const std::vector<choice_report>& reports, const report_option
                   const std::filesystem::path& file) {
   chart_sheet sheet(reports.size(), "Spectrum of a flat patch",
                     "of tone " + std::to_string(options.tone) + ", radially averaged, " + conditions(options));
-  sheet.explain("power; white noise has 0 dB", blue);
+  sheet.explain("power in dB, 0 for white noise", blue);
   sheet.explain("dots as far apart as possible", mark);
   sheet.explain("a peak in this area is visible as structure", bad, true);
   const double share = share_of_dots(options), principal = principal_frequency(share);
