@@ -190,7 +190,7 @@ matrix_set plane_matrices(std::string_view name) {
     const threshold_matrix cyan = clustered_dot(7, 2), magenta = clustered_dot(2, 7);
     return {clustered_dot(5, 5), cyan, magenta, clustered_dot(7, 0), shifted(magenta, 3, 3), shifted(cyan, 3, 3)};
   }
-  for (const unsigned size : {2u, 4u, 8u, 16u}) {  // the first dots of K, C, M and Y are on four different pixels
+  for (const unsigned size : {2u, 4u, 8u, 16u}) {  // the first quarter of the dots differs in place for K, C, M, Y
     if (name != "bayer" + std::to_string(size)) continue;
     return offsets_of(bayer(size), {{{0, 0}, {1, 1}, {1, 0}, {0, 1}, {size / 2, 0}, {0, size / 2}}});
   }
