@@ -1,0 +1,6 @@
+# Packages that Debian has for 32-bit Windows as source only: find_package builds them along with the project.
+include(FetchContent)
+set(FETCHCONTENT_SOURCE_DIR_GTEST /usr/src/googletest)
+set(BUILD_GMOCK OFF)
+set(INSTALL_GTEST OFF)
+FetchContent_Declare(GTest SYSTEM OVERRIDE_FIND_PACKAGE)
