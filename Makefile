@@ -3,8 +3,8 @@
 build_packages = g++ cmake ninja-build pkg-config
 tool_packages = libpng-dev libjpeg-dev libcli11-dev libtbb-dev libkissfft-dev
 test_packages = libgtest-dev
-dll_packages = g++-mingw-w64-i686-posix
-win32_packages = $(dll_packages) googletest
+dll_packages = g++-mingw-w64-i686-posix llvm-14
+win32_packages = $(dll_packages) googletest clang-14 lld-14
 bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev libgutenprint-dev
 build = cmake --preset $(1) >/dev/null && cmake --build --preset $(1)
 
@@ -48,13 +48,14 @@ bench32: # speed of every stage in the DLL beside the 64-bit library, the lowest
 	@scripts/compare-speed build/win32 build/release
 
 dist: # packs out/dist: a zip for 32-bit Windows, a tar.gz and a Debian package for Linux
-	@scripts/packages $(build_packages) $(tool_packages) $(dll_packages) dpkg-dev
+	@scripts/packages $(build_packages) $(tool_packages) $(dll_packages) dpkg-dev file
 	@$(call build,program)
 	@$(call build,dll)
 	@cpack --config build/program/CPackConfig.cmake -B out/dist
 	@cpack --config build/dll/CPackConfig.cmake -B out/dist
 
 check-dist: dist # unpacks out/dist and builds and runs programs with what is there
+	@scripts/packages $(win32_packages)
 	@tests/dist_test.sh out/dist
 
 check-format: # fails when a source file is not formatted as .clang-format says

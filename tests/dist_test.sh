@@ -13,6 +13,7 @@ mv vrk-*-win32 windows
 diff -r "$source/include/vrk.h" windows/include/vrk.h
 diff -r "$source/include/vrk.def" windows/include/vrk.def
 i686-w64-mingw32-gcc-posix -Iwindows/include "$source/tests/install/consumer.c" windows/lib/libvrk.dll.a -o consumer.exe
+"$source/tests/microsoft_test.sh" "$source" windows/bin/vrk.dll windows/lib/vrk.lib i686-w64-mingw32-objdump
 test -s windows/share/doc/vrk/docs/windows.md
 examples=windows/share/doc/vrk/examples
 i686-w64-mingw32-gcc-posix -Iwindows/include "$examples"/print_page.c "$examples"/print_page_windows.c -o page.exe
