@@ -31,7 +31,7 @@ inline ed_tables random_ed_tables(const ed_traits& traits, std::mt19937& random)
   for (unsigned* shift : {&t.pattern_column_shift, &t.pattern_row_shift}) *shift = below(7);
   if (traits.large) {
     t.matrix_width = 255 - 127 * below(2), t.matrix_height = 255 - 127 * below(2);
-    t.matrix_column_shift = t.matrix_row_shift = 255;
+    t.matrix_column_shift = t.matrix_row_shift = 255 - 55 * below(2);
   }
   const unsigned same_x = 1u << below(3), same_y = 1 + below(4);
   const std::size_t one_more = std::max(traits.planes, std::size_t{1}) + below(6);

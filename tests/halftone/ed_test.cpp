@@ -136,6 +136,9 @@ TEST(ed, size_follows_the_rule) {
   tables.params.version = "0020";
   tables.params.planes[0].patterns = {{1}, {2}};
   EXPECT_EQ(size(4800, 0, 16, 16), 49763u + 4800 + 2 * 2 * (1 + 2) + 2 * 4800);
+  tables.params.planes[0] = {};
+  EXPECT_EQ(size(4800, 0, 16, 16), 12739u + 14 * 511 + 2 * 4800);
+  ed_library(tables, 4800, 0).end();  // is large enough to build in
 }
 
 TEST(ed, handles_of_one_alignment_are_the_same) {
