@@ -19,8 +19,11 @@ struct ed_tables {
   kit::edtb_table distribution;
 };
 
-// Of the calling thread.
-inline thread_local u32 random_state = 1;
+// The generator's state, of the calling thread.
+inline u32& random_state() {
+  thread_local u32 state = 1;
+  return state;
+}
 
 class ed_reference {
  public:
@@ -104,7 +107,10 @@ class ed_reference {
     return u8(level);
   }
 
-  static unsigned draw() { return (random_state = random_state * 214013 + 2531011) >> 16 & 0x7FFF; }
+  static unsigned draw() {
+    u32& state = random_state();
+    return (state = state * 214013 + 2531011) >> 16 & 0x7FFF;
+  }
 
   unsigned code(std::size_t p, unsigned level) {
     const std::size_t levels = plane(p).level_values.size();

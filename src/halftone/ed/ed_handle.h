@@ -47,7 +47,7 @@ struct ed_handle {
   ref<u8> level_lut;                   // planes of 3R: level of the value entry - R
   ref<u8> matrix_column;               // W: matrix column of each page column
   ref<u8> level_line;                  // planes of W: levels of the current line, block's first pixel first
-  ref<u16> cells[plane_slots];         // extended: levels of pattern entries
+  ref<u16> cells[plane_slots];         // extended: pattern entries of each level
   ref<u16> cell_line;                  // extended: W, cells of the plane that is being expanded
   ref<u8> pattern_column;              // extended: W
 
