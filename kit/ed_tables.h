@@ -1,4 +1,4 @@
-// The two tables of error diffusion: parameters "edpr" and error distribution "edtb".
+// The two tables of error diffusion: parameters "edpr" and distribution "edtb".
 #pragma once
 
 #include <array>
@@ -25,7 +25,7 @@ struct edpr_table {
   std::string version = "0010";  // from "0020" on the extended form
   unsigned matrix_width = 1, matrix_height = 1;
   unsigned matrix_column_shift = 0, matrix_row_shift = 0;  // per repeat of the matrix
-  unsigned pattern_width = 1, pattern_height = 1;          // extended form, in cells of 4 * 4 dots
+  unsigned pattern_width = 1, pattern_height = 1;          // extended form, cells of 4 * 4 dots
   unsigned pattern_column_shift = 0, pattern_row_shift = 0;
   std::array<ed_plane, 6> planes{};  // table order C, M, Y, K, fifth, sixth; `in_table_order` of kit/planes.h helps
 
@@ -41,7 +41,7 @@ struct edtb_table {
   std::string version = "0010";
   std::optional<unsigned> row_count{};  // as many as `rows` holds, unless set
   unsigned column_count = 7;
-  std::vector<edtb_row> rows{};  // row e + 255 belongs to the error e on the 8-bit scale
+  std::vector<edtb_row> rows{};  // row e + 255 belongs to the quantisation error e, 8-bit scale
 
   bytes encode() const;
 };

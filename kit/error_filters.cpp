@@ -6,12 +6,12 @@ namespace vrk::kit {
 namespace {
 
 // Every neighbour gets the whole part of its share; what is left goes, one by one, to the largest remainders.
-edtb_row distribute(const error_filter& filter, int error) {
+edtb_row distribute(const error_filter& filter, int quantisation_error) {
   edtb_row row{};
   std::array<int, 5> remainder{};
   int total = 0, given = 0;
   for (std::size_t i = 0; i < remainder.size(); ++i) {
-    const int amount = error * filter.shares[i];
+    const int amount = quantisation_error * filter.shares[i];
     row[i] = std::int16_t(amount / filter.divisor);
     remainder[i] = amount % filter.divisor;
     total += amount;

@@ -8,7 +8,7 @@
 
 namespace vrk::kit {
 
-// Shares of the error, out of `divisor`, in scan direction (x is the pixel itself, - a pixel not reached):
+// Shares of the quantisation error, out of `divisor`, in scan direction (x is the pixel itself, - a pixel not reached):
 //
 //     -     -     x   [0]   [1]        this line: next, second next
 //    [2]   [3]   [4]                   next line: two back, one back, below
@@ -44,8 +44,9 @@ inline constexpr std::array error_filters{
 // Null for a name that the list does not hold.
 const error_filter* find_error_filter(std::string_view name);
 
-// One row for each error -255 ... 255. The amounts of a row are the shares rounded to whole numbers so that they add up
-// to the error exactly (a lossy filter's to what its shares make of it), and the row of -e is that of e, negated.
+// The distribution of a filter: one row for each quantisation error -255 ... 255. Its amounts are the shares rounded to
+// whole numbers so that they add up to the quantisation error exactly (a lossy filter's to what its shares make of it),
+// and the row of -e is that of e, negated.
 edtb_table distribution_table(const error_filter& filter);
 
 }  // namespace vrk::kit

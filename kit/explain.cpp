@@ -157,26 +157,22 @@ std::string why_refused_edpr(const bytes& image) {
   const bool extended = is_extended(view);
   if (extended && view.size() < 40) return mismatch("length", view.size(), "at least 40 bytes");
   const auto levels = [&view](u64 plane) -> u64 { return view.byte(8 + plane); };
-  const u64 cells = u64{view.byte(14)} * view.byte(15), pattern = extended ? u64{view.byte(36)} * view.byte(37) : 0;
-  if (cells == 0) return "has an empty modulation matrix, expected at least 1 x 1";
+  const u64 matrix = u64{view.byte(14)} * view.byte(15), pattern = extended ? u64{view.byte(36)} * view.byte(37) : 0;
+  if (matrix == 0) return "has an empty modulation matrix, expected at least 1 x 1";
   if (extended && pattern == 0) return "has an empty dot pattern, expected at least 1 x 1";
   const bool six = levels(4) != 0 && levels(5) != 0;
-  if (levels(3) == 0) return no_k;
   u64 expected = extended ? 40 : 24;
   for (u64 p = 0; p < 6; ++p) {
-    const u64 n = levels(p), bits = view.byte(18 + p);
+    const u64 n = levels(p);
     const std::string plane = " of plane " + std::string(plane_names[p]);
     if (n == 0) {
       if (six) return no_levels(p);
       continue;
     }
-    if (!extended && (bits == 1 || bits == 2 || bits == 4) && n > u64{1} << bits) {
-      return mismatch("level count" + plane, n, "at most " + number(u64{1} << bits) + " for its bits per pixel");
-    }
     const u64 across = view.byte(24 + p), down = view.byte(30 + p);
     if (extended && across != 1 && across != 2 && across != 4) return mismatch("scale_x" + plane, across, "1, 2 or 4");
     if (extended && (down < 1 || down > 4)) return mismatch("scale_y" + plane, down, "1 to 4");
-    expected += 2 * n + 2 * (n - 1) + cells + 2 * n * pattern;
+    expected += 2 * n + 2 * (n - 1) + matrix + 2 * n * pattern;
   }
   if (view.size() < expected) return mismatch("length", view.size(), number(expected) + " bytes for its lists");
   return {};

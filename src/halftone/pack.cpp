@@ -8,12 +8,12 @@ namespace vrk {
 
 namespace {
 
-// The codes of one output byte, the first in the lowest byte of a word, gathered by one multiplication: code i is moved
-// up to its place in the word's top byte; all the other products fall beside it or between each other's bits.
 template <u32 bits>
 struct packer {
-  static constexpr u32 codes = 8 / bits;
+  static constexpr u32 codes = 8 / bits;  // of one output byte
 
+  // By one multiplication: with the first code in the lowest byte of a word, code i is moved up to its place in the
+  // word's top byte; all the other products fall beside it or between each other's bits.
   static constexpr u64 factor() {
     u64 sum = 0;
     for (u32 i = 0; i < codes; ++i) sum |= u64{1} << ((codes - 1) * (8 + bits) - i * (8 + bits));
@@ -24,28 +24,41 @@ struct packer {
     for (u32 i = 0; i < codes; ++i) word |= u64(p[i]) << 8 * i;
     return u8(word * factor() >> 8 * (codes - 1));
   }
+
+  static u8 byte_of_wide(const u8* p) {
+    u32 packed = 0;
+    for (u32 i = 0; i < codes; ++i) packed = packed << bits | p[i];
+    return u8(packed);
+  }
+
+  template <bool wide>
   static void line(const u8* p, u32 count, u8* out) {
-    for (; count >= codes; count -= codes, p += codes) *out++ = byte(p);
+    constexpr auto packed = wide ? byte_of_wide : byte;
+    for (; count >= codes; count -= codes, p += codes) *out++ = packed(p);
     if (count == 0) return;
     u8 rest[codes]{};
     std::memcpy(rest, p, count);
-    *out = byte(rest);
+    *out = packed(rest);
   }
 };
 
-}  // namespace
-
-void pack_line(u32 bits, const u8* codes, u32 count, u8* out) {
+template <bool wide>
+void pack(u32 bits, const u8* codes, u32 count, u8* out) {
   switch (bits) {
     case 1:
-      return packer<1>::line(codes, count, out);
+      return packer<1>::line<wide>(codes, count, out);
     case 2:
-      return packer<2>::line(codes, count, out);
+      return packer<2>::line<wide>(codes, count, out);
     case 4:
-      return packer<4>::line(codes, count, out);
+      return packer<4>::line<wide>(codes, count, out);
     default:
       std::memset(out, 0, packed_bytes(bits, count));
   }
 }
+
+}  // namespace
+
+void pack_line(u32 bits, const u8* codes, u32 count, u8* out) { pack<false>(bits, codes, count, out); }
+void pack_wide_line(u32 bits, const u8* codes, u32 count, u8* out) { pack<true>(bits, codes, count, out); }
 
 }  // namespace vrk

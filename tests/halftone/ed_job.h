@@ -11,10 +11,10 @@
 namespace vrk::test {
 
 // What random tables are like. Few levels: such as have codes of their own. Wild: values, thresholds, amounts and row
-// counts that lead outside every table.
+// counts that lead outside every table. Large: a modulation matrix and shifts as large as a byte tells.
 struct ed_traits {
-  std::size_t planes = 4;  // 1, 4 or 6
-  bool few_levels = false, wild = false, extended = false, same_scale = false;
+  std::size_t planes = 4;  // 0 (no K), 1, 4 or 6; often there is one more in use, which is not produced
+  bool few_levels = false, wild = false, extended = false, same_scale = false, large = false;
 };
 
 inline ed_tables random_ed_tables(const ed_traits& traits, std::mt19937& random) {
@@ -29,13 +29,18 @@ inline ed_tables random_ed_tables(const ed_traits& traits, std::mt19937& random)
   for (unsigned* size : {&t.matrix_width, &t.matrix_height, &t.pattern_width, &t.pattern_height}) *size = 1 + below(5);
   for (unsigned* shift : {&t.matrix_column_shift, &t.matrix_row_shift}) *shift = below(7);
   for (unsigned* shift : {&t.pattern_column_shift, &t.pattern_row_shift}) *shift = below(7);
+  if (traits.large) {
+    t.matrix_width = 255 - 127 * below(2), t.matrix_height = 255 - 127 * below(2);
+    t.matrix_column_shift = t.matrix_row_shift = 255 - 55 * below(2);
+  }
   const unsigned same_x = 1u << below(3), same_y = 1 + below(4);
-  for (std::size_t p = 0; p < traits.planes; ++p) {
+  const std::size_t one_more = std::max(traits.planes, std::size_t{1}) + below(6);
+  for (std::size_t p = 0; p < 6; ++p) {
+    if (p >= traits.planes && p != one_more) continue;
     kit::ed_plane& plane = t.planes[kit::table_position[p]];
-    plane.bits = std::vector{1u, 2u, 4u, 3u}[below(4)];
-    if (traits.few_levels) plane.bits = 1u << (1 + below(2));
-    const unsigned most = plane.bits == 3 ? 255 : 1u << plane.bits, top = traits.wild ? 65536 : 1024;
-    const unsigned levels = traits.few_levels ? 2 + below(plane.bits == 4 ? 6 : 3) : 1 + below(most);
+    plane.bits = std::vector{1u, 2u, 4u, 3u}[below(traits.few_levels ? 3 : 4)];
+    const unsigned top = traits.wild ? 65536 : 1024, most = below(4) == 0 ? 255 : 1u << plane.bits;
+    const unsigned levels = traits.few_levels ? 2 + below(6) : 1 + below(most);
     fill(plane.level_values, levels, top);
     fill(plane.thresholds, levels - 1, top);
     if (!traits.wild) std::ranges::sort(plane.level_values), std::ranges::sort(plane.thresholds);
@@ -45,9 +50,9 @@ inline ed_tables random_ed_tables(const ed_traits& traits, std::mt19937& random)
     plane.patterns.resize(levels);
     for (auto& cells : plane.patterns) fill(cells, t.pattern_width * t.pattern_height, 65536);
   }
-  tables.spread.rows.resize(traits.wild ? 1 + below(1400) : 511);
-  for (std::size_t row = 0; row < tables.spread.rows.size(); ++row) {
-    kit::edtb_row& amounts = tables.spread.rows[row];
+  tables.distribution.rows.resize(traits.wild ? 1 + below(1400) : 511);
+  for (std::size_t row = 0; row < tables.distribution.rows.size(); ++row) {
+    kit::edtb_row& amounts = tables.distribution.rows[row];
     for (i16& amount : amounts) amount = i16(below(65536));
     if (traits.wild) continue;
     int rest = int(row) - 255;
@@ -70,35 +75,27 @@ class ed_library {
       : offset_(offset), flags_(flags), mem_(create(tables, width, flags, nullptr), offset, u8(offset)) {
     used_ = create(tables, width, flags, mem_.data());
     EXPECT_TRUE(used_ != 0 && used_ <= mem_.contents().size() && mem_.fences_intact());
-    EXPECT_EQ(vrk_query_ed_info(handle(), &info), 1u);
   }
 
   static u32 create(const ed_tables& tables, unsigned width, unsigned flags, void* mem) {
-    const kit::bytes spread = tables.spread.encode(), params = tables.params.encode();
-    return vrk_create_ed(width, u32(spread.size()), spread.data(), u32(params.size()), params.data(), flags, mem);
+    const kit::bytes distribution = tables.distribution.encode(), params = tables.params.encode();
+    return vrk_create_ed(width, u32(distribution.size()), distribution.data(), u32(params.size()), params.data(), flags,
+                         mem);
   }
 
-  vrk_ht_info info{};
   void* handle() { return mem_.data(); }
   std::span<const u8> bytes() const { return mem_.contents().first(used_); }
   bool start(unsigned block_width, unsigned x, unsigned line) {
-    const bool started = vrk_start_ed_block(handle(), block_width, x, line) == 1;
-    if (started) block_width_ = block_width;
-    return started;
+    return vrk_start_ed_block(handle(), block_width, x, line) == 1;
   }
   void end() { vrk_end_ed_block(handle()); }
   void clear() { vrk_clear_ed_buf(handle()); }
 
   // Through vrk_exec_edx, or through the six arguments of vrk_exec_ed, null for planes that are not produced.
-  lines line(const samples& values, bool through_array) {
+  lines line(const samples& values, const lines& as_long, bool through_array) {
     std::vector<u8> src = packed(values, (flags_ & VRK_IN16) != 0);
     src.insert(src.begin(), offset_ / 4 % 2, 0);  // to odd addresses
     guarded_copy page(src);
-    lines as_long;
-    for (std::size_t p = 0; p < info.plane_count; ++p) {
-      const std::size_t bits = info.plane_bits[p] * info.plane_scale[p].scale_x;
-      as_long.insert(as_long.end(), info.plane_scale[p].scale_y, kit::bytes((bits * block_width_ + 7) / 8));
-    }
     const lines written =
         fenced_lines(handle(), page.data() + offset_ / 4 % 2, as_long, through_array, vrk_exec_ed, vrk_exec_edx);
     EXPECT_TRUE(mem_.fences_intact());
@@ -107,7 +104,7 @@ class ed_library {
 
  private:
   std::size_t offset_, used_ = 0;
-  unsigned flags_, block_width_ = 0;
+  unsigned flags_;
   fenced_block mem_;
 };
 

@@ -16,15 +16,21 @@ namespace vrk::test {
 
 struct ed_tables {
   kit::edpr_table params;
-  kit::edtb_table spread;
+  kit::edtb_table distribution;
 };
+
+// The generator's state, of the calling thread.
+inline u32& random_state() {
+  thread_local u32 state = 1;
+  return state;
+}
 
 class ed_reference {
  public:
   ed_reference(const ed_tables& t, unsigned width, unsigned flags)
-      : t_(t.params), spread_(t.spread.rows), width_(int(width)), flags_(flags), prec10_(flags & 0x11) {
+      : t_(t.params), distribution_(t.distribution.rows), width_(int(width)), flags_(flags), prec10_(flags & 0x11) {
     const auto used = [&](std::size_t slot) { return !t_.planes[slot].level_values.empty(); };
-    planes_ = used(4) && used(5) ? 6 : used(0) && used(1) && used(2) && used(3) ? 4 : 1;
+    planes_ = used(4) && used(5) ? 6 : used(0) && used(1) && used(2) && used(3) ? 4 : used(3) ? 1 : 0;
     clear();
   }
 
@@ -41,16 +47,17 @@ class ed_reference {
   }
 
   lines line(const samples& src) {
-    std::vector<kit::bytes> levels(planes_, kit::bytes(std::size_t(block_width_)));
+    levels_.assign(planes_, kit::bytes(std::size_t(block_width_)));
     for (int step = 0; step < block_width_; ++step) {
       const std::size_t i = std::size_t(line_ % 2 == 0 ? step : block_width_ - 1 - step);
-      for (std::size_t p = 0; p < planes_; ++p) levels[p][i] = diffuse(p, x_ + int(i), src[i * planes_ + p]);
+      for (std::size_t p = 0; p < planes_; ++p) levels_[p][i] = diffuse(p, x_ + int(i), src[i * planes_ + p]);
     }
     lines out;
-    for (std::size_t p = 0; p < planes_; ++p) t_.extended() ? expand(p, levels[p], out) : pack(p, levels[p], out);
+    for (std::size_t p = 0; p < planes_; ++p) t_.extended() ? expand(p, levels_[p], out) : pack(p, levels_[p], out);
     ++line_;
     return out;
   }
+  const lines& levels() const { return levels_; }  // of the last line, plane by plane
 
  private:
   const kit::ed_plane& plane(std::size_t p) const { return t_.planes[kit::table_position[p]]; }
@@ -66,7 +73,7 @@ class ed_reference {
     }
   }
 
-  static unsigned cell(unsigned x, unsigned y, unsigned w, unsigned h, unsigned x_shift, unsigned y_shift) {
+  static unsigned tile_entry(unsigned x, unsigned y, unsigned w, unsigned h, unsigned x_shift, unsigned y_shift) {
     return (((y / h) * y_shift + (y & (h - 1))) & (h - 1)) * w + ((x / w) * x_shift + x % w) % w;
   }
 
@@ -75,31 +82,35 @@ class ed_reference {
     if (sample == 0 && e == 0) return 0;
     const int value = e + int((flags_ & VRK_IN16) ? sample >> 6 : prec10_ ? sample << 2 | sample >> 6 : sample);
 
-    const int modulation = plane(p).modulation[cell(unsigned(x), line_, t_.matrix_width, t_.matrix_height,
-                                                    t_.matrix_column_shift, t_.matrix_row_shift)];
+    const int modulation = plane(p).modulation[tile_entry(unsigned(x), line_, t_.matrix_width, t_.matrix_height,
+                                                          t_.matrix_column_shift, t_.matrix_row_shift)];
     const int compared = std::clamp(value - (prec10_ ? modulation : modulation / 4), -range, 2 * range - 1);
     const auto& thresholds = plane(p).thresholds;
     std::size_t level = 0;
     while (level < thresholds.size() && compared >= i16(scaled(thresholds[level]))) ++level;
 
-    const int rest = std::clamp(value - scaled(plane(p).level_values[level]), -1024, 1023);
-    const int row = std::clamp((prec10_ ? rest / 4 : rest) + 255, 0, int(spread_.size()) - 1);
+    const int quantisation_error = std::clamp(value - scaled(plane(p).level_values[level]), -1024, 1023);
+    const int row =
+        std::clamp((prec10_ ? quantisation_error / 4 : quantisation_error) + 255, 0, int(distribution_.size()) - 1);
     const auto add = [&](unsigned line, int columns_ahead, int amount) {
       i16& entry = error(line, p, line_ % 2 == 0 ? x + columns_ahead : x - columns_ahead);
       entry = i16(entry + amount);
     };
-    const auto share = [&](std::size_t column) { return spread_[std::size_t(row)][column] * (prec10_ ? 4 : 1); };
+    const auto share = [&](std::size_t column) { return distribution_[std::size_t(row)][column] * (prec10_ ? 4 : 1); };
     error(line_, p, x) = 0;
     add(line_, 1, share(0));
     add(line_, 2, share(1));
     add(line_ + 1, -2, share(2));
     add(line_ + 1, -1, share(3));
     add(line_ + 1, 0, share(4));
-    if (prec10_) add(line_, 3, rest % 4 - rest % 2), add(line_, 4, rest % 2);
+    if (prec10_) add(line_, 3, quantisation_error % 4 - quantisation_error % 2), add(line_, 4, quantisation_error % 2);
     return u8(level);
   }
 
-  unsigned draw() { return (random_ = random_ * 214013 + 2531011) >> 16 & 0x7FFF; }
+  static unsigned draw() {
+    u32& state = random_state();
+    return (state = state * 214013 + 2531011) >> 16 & 0x7FFF;
+  }
 
   unsigned code(std::size_t p, unsigned level) {
     const std::size_t levels = plane(p).level_values.size();
@@ -131,8 +142,8 @@ class ed_reference {
       for (std::size_t dot = 0; dot < across * levels.size(); ++dot) {
         const std::size_t i = dot / across;
         const unsigned dots =
-            plane(p).patterns[levels[i]][cell(unsigned(x_) + unsigned(i), line_, t_.pattern_width, t_.pattern_height,
-                                              t_.pattern_column_shift, t_.pattern_row_shift)];
+            plane(p).patterns[levels[i]][tile_entry(unsigned(x_) + unsigned(i), line_, t_.pattern_width,
+                                                    t_.pattern_height, t_.pattern_column_shift, t_.pattern_row_shift)];
         const bool set = (dots >> (15 - 4 * y - dot % across) & 1) && !blank(levels[i]);
         line[dot / 8] = u8(line[dot / 8] | (set ? 0x80 >> dot % 8 : 0));
       }
@@ -140,12 +151,12 @@ class ed_reference {
   }
 
   kit::edpr_table t_;
-  std::vector<kit::edtb_row> spread_;
+  std::vector<kit::edtb_row> distribution_;
   int width_, x_ = 0, block_width_ = 0;
   unsigned flags_, line_ = 0;
   bool prec10_;
   std::size_t planes_;
-  u32 random_ = 1;
+  lines levels_;
   std::vector<i16> error_[2];  // lines of even and odd number: planes of width + 8 columns from -4
 };
 

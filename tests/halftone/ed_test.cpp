@@ -1,7 +1,6 @@
 #include <thread>
 
 #include "kit/presets.h"
-#include "tests/fenced_handle.h"
 #include "tests/halftone/ed_job.h"
 
 namespace {
@@ -16,11 +15,11 @@ ed_tables plain_tables(unsigned planes, unsigned levels) {
 }
 
 // Block after block at random: side by side, over each other, beyond the line, ended or not, on the next line or
-// anywhere.
-void expect_defined_lines(const ed_tables& tables, unsigned flags, std::mt19937& random) {
-  const unsigned width = 1 + unsigned(random() % 60);
+// anywhere. Queries in between, and calls that are refused, change nothing; no handle needs a query.
+void expect_defined_lines(const ed_tables& tables, unsigned width, unsigned flags, std::size_t offset,
+                          std::mt19937& random) {
   ed_reference reference(tables, width, flags);
-  ed_library library(tables, width, flags, random() % 8 * 4);
+  ed_library library(tables, width, flags, offset);
   unsigned next_line = 0;
   for (int block = 0; block < 6; ++block) {
     const unsigned block_x = unsigned(random() % (width + 1));
@@ -31,9 +30,16 @@ void expect_defined_lines(const ed_tables& tables, unsigned flags, std::mt19937&
     if (!fits) continue;
     next_line = first;
     for (std::size_t lines = random() % 5; lines != 0; --lines, ++next_line) {
+      vrk_ht_info info;
+      if (random() % 8 == 0) vrk_query_ed_info(library.handle(), &info);
+      const bool cells = tables.params.extended();
+      if (cells) {
+        EXPECT_EQ(vrk_exec_ed(library.handle(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr), 0u);
+      }
       const auto values = random_samples(block_width * reference.planes(), flags, random);
-      const bool through_array = tables.params.extended() || random() % 2;
-      ASSERT_EQ(library.line(values, through_array), reference.line(values)) << "width " << width << " flags " << flags;
+      const test::lines expected = reference.line(values);
+      ASSERT_EQ(library.line(values, expected, cells || random() % 2), expected)
+          << "width " << width << " flags " << flags;
     }
     if (random() % 2) library.end(), reference.end();
     if (random() % 8 == 0) library.clear(), reference.clear();
@@ -42,14 +48,16 @@ void expect_defined_lines(const ed_tables& tables, unsigned flags, std::mt19937&
 
 void expect_defined_lines(ed_traits traits, unsigned more_flags) {
   std::mt19937 random(traits.wild + 2 * traits.extended);
+  std::size_t jobs = 0;
   for (const unsigned flags : all_widths) {
-    for (const std::size_t planes : {1, 4, 6}) {
-      for (int job = 0; job < 30 && !testing::Test::HasFatalFailure(); ++job) {
+    for (const std::size_t planes : {0, 1, 4, 6}) {
+      for (int job = 0; job < (traits.large ? 2 : 30) && !testing::Test::HasFatalFailure(); ++job) {
         traits.planes = planes;
         traits.same_scale = job % 2;
         const ed_tables tables = random_ed_tables(traits, random);
+        const unsigned width = traits.large ? 3000 : 1 + unsigned(random() % 60);
         // On a thread of its own, where random codes begin anew.
-        std::thread([&] { expect_defined_lines(tables, flags | more_flags, random); }).join();
+        std::thread([&] { expect_defined_lines(tables, width, flags | more_flags, jobs++ % 32, random); }).join();
       }
     }
   }
@@ -58,21 +66,82 @@ void expect_defined_lines(ed_traits traits, unsigned more_flags) {
 TEST(ed, lines_are_as_defined) { expect_defined_lines({}, 0); }
 TEST(ed, codes_are_as_defined) { expect_defined_lines({.few_levels = true}, VRK_K_CODE3 | VRK_RANDOM4); }
 TEST(ed, values_outside_every_table_clamp) { expect_defined_lines({.wild = true}, 0); }
+TEST(ed, large_matrices_are_laid_as_defined) { expect_defined_lines({.large = true}, 0); }
 TEST(ed, dot_cells_are_as_defined) { expect_defined_lines({.extended = true}, VRK_K_CODE3 | VRK_RANDOM4); }
+
+TEST(ed, handles_of_one_thread_draw_from_one_sequence) {
+  std::thread([] {
+    std::mt19937 random(1);
+    const ed_tables five = plain_tables(1, 5), six = plain_tables(1, 6);
+    ed_reference references[] = {{five, 50, VRK_RANDOM4}, {six, 50, VRK_RANDOM4}};
+    ed_library libraries[] = {{five, 50, VRK_RANDOM4}, {six, 50, VRK_RANDOM4}};
+    for (unsigned turn = 0; turn < 8; ++turn) {
+      ed_reference& reference = references[turn % 2];
+      ed_library& library = libraries[turn % 2];
+      reference.start(50, 0, turn), library.start(50, 0, turn);
+      const samples values = random_samples(50, 0, random);
+      const lines expected = reference.line(values);
+      EXPECT_EQ(library.line(values, expected, false), expected) << turn;
+    }
+  }).join();
+}
+
+// Quantisation errors of -1536 ... 1535 need no range check. Level values whose furthest error is just inside or just
+// outside, and a line that reaches it: the pixel after it tells which row it took.
+TEST(ed, furthest_quantisation_errors_take_the_end_rows) {
+  for (const int beyond : {0, 1}) {
+    struct {
+      std::vector<u16> level_values;
+      i8 modulation;
+      i16 amount;  // for the next pixel
+      std::size_t end_row;
+      i16 end_amount;
+      samples values;  // on the 10-bit scale
+    } const cases[] = {
+        {{u16(384 + beyond), 1023}, -128, -288, 0, 200, {u16(380 + beyond), 0, 0}},
+        {{0, u16(639 - beyond)}, 127, 288, 510, -200, {u16(643 - beyond), 1022, 0}},
+    };
+    for (const auto& c : cases) {
+      ed_tables tables = plain_tables(1, 2);
+      tables.params.planes[3].level_values = c.level_values;
+      tables.params.planes[3].modulation = {c.modulation};
+      tables.distribution.rows.assign(511, {c.amount});
+      tables.distribution.rows[c.end_row] = {c.end_amount};
+      samples values = c.values;
+      for (u16& value : values) value = u16(value << 6);
+      ed_reference reference(tables, 3, VRK_IN16);
+      ed_library library(tables, 3, VRK_IN16);
+      reference.start(3, 0, 300), library.start(3, 0, 300);
+      const lines expected = reference.line(values);
+      EXPECT_EQ(library.line(values, expected, false), expected) << c.end_row << " beyond by " << beyond;
+    }
+  }
+}
 
 TEST(ed, size_follows_the_rule) {
   ed_tables tables = plain_tables(1, 2);
-  tables.params.matrix_width = tables.params.matrix_height = 16;
-  tables.params.planes[3].modulation.resize(256);
-  EXPECT_EQ(ed_library::create(tables, 4800, 0, nullptr), 49763u);
-  EXPECT_EQ(ed_library::create(tables, 4800, VRK_PREC10, nullptr), 49763u + 3 * 768);
-  EXPECT_EQ(ed_library::create(tables, 0xFFFFFFFF, 0, nullptr), 0u) << "beyond 32 bits";
+  const auto size = [&](unsigned width, unsigned flags, unsigned matrix_width, unsigned matrix_height) {
+    kit::edpr_table& t = tables.params;
+    t.matrix_width = matrix_width, t.matrix_height = matrix_height;
+    for (auto& plane : t.planes) plane.modulation.resize(plane.level_values.empty() ? 0 : matrix_width * matrix_height);
+    return ed_library::create(tables, width, flags, nullptr);
+  };
+  EXPECT_EQ(size(4800, 0, 16, 16), 49763u);
+  EXPECT_EQ(size(4800, VRK_PREC10, 16, 16), 49763u + 3 * 768);
+  EXPECT_EQ(size(715824431, 0, 2, 1), 0xFFFFFFFF);
+  EXPECT_EQ(size(715824431, 0, 3, 1), 0u) << "beyond 32 bits";
+  EXPECT_EQ(size(0xFFFFFFFF, 0, 1, 1), 0u);
+  std::swap(tables.params.planes[0], tables.params.planes[3]);
+  EXPECT_EQ(size(4800, 0, 16, 16), 49763u) << "a plane in use counts, produced or not";
   tables.params.version = "0020";
-  tables.params.planes[3].patterns = {{1}, {2}};
-  EXPECT_EQ(ed_library::create(tables, 4800, 0, nullptr), 49763u + 4800 + 2 * 2 * (1 + 2) + 2 * 4800);
+  tables.params.planes[0].patterns = {{1}, {2}};
+  EXPECT_EQ(size(4800, 0, 16, 16), 49763u + 4800 + 2 * 2 * (1 + 2) + 2 * 4800);
+  tables.params.planes[0] = {};
+  EXPECT_EQ(size(4800, 0, 16, 16), 12739u + 14 * 511 + 2 * 4800);
+  ed_library(tables, 4800, 0).end();  // is large enough to build in
 }
 
-TEST(ed, any_address_gives_the_same_handle) {
+TEST(ed, handles_of_one_alignment_are_the_same) {
   std::mt19937 random(1);
   for (const bool extended : {false, true}) {
     const ed_tables tables = random_ed_tables({.planes = 6, .extended = extended}, random);
@@ -94,7 +163,9 @@ void expect_info(const ed_tables& tables, const vrk_ht_info& expected) {
   ed_library library(tables, 101, 0);
   u8 bits[6];
   vrk_query_ed_bitlen(library.handle(), bits);
-  test::expect_info(library.info, bits, expected);
+  vrk_ht_info info{};
+  EXPECT_EQ(vrk_query_ed_info(library.handle(), &info), 1u);
+  test::expect_info(info, bits, expected);
 }
 
 TEST(ed, info_tells_the_lines_of_every_plane) {
@@ -127,11 +198,17 @@ TEST(ed, info_tells_the_lines_of_every_plane) {
   cells.plane_bits[1] = 0;
   cells.line_bytes[1] = 0;
   expect_info(tables, cells);
-}
 
-TEST(ed, dot_cells_have_more_lines_than_six_arguments_could_take) {
-  ed_library library({kit::cell_parameters(1, 2, 2, 5), kit::ed_distribution("fan")}, 8, 0);
-  EXPECT_EQ(vrk_exec_ed(library.handle(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr), 0u);
+  tables.params = kit::ed_parameters(1, 2);
+  tables.params.planes[3] = {};
+  expect_info(tables, {.method = 1,
+                       .plane_count = 1,
+                       .plane_bits = {1, 1, 1, 1, 1, 1},
+                       .line_bytes = {},
+                       .same_line_bytes = 1,
+                       .dot_expansion = 0,
+                       .plane_scale = {},
+                       .same_scale = 1});
 }
 
 }  // namespace

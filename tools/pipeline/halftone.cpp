@@ -8,6 +8,7 @@ void halftone::describe_planes(const table& parameters, const vrk_ht_info& info,
                                const std::array<std::vector<std::uint16_t>, 6>& values, double full) {
   std::size_t offset = 0;
   for (std::size_t p = 0; p < info.plane_count; ++p) {
+    if (values[p].empty()) refuse(parameters, "has no levels for K, so that nothing would be printed");
     const unsigned plane_bits = bits[p];
     if (!std::has_single_bit(plane_bits) || plane_bits > 8) {
       refuse(parameters, "has " + std::to_string(plane_bits) + " bits per pixel, expected 1, 2, 4 or 8");

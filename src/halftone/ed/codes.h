@@ -1,15 +1,13 @@
-// Levels become codes: what is written for a level, where that is not the level's number.
+// Levels become packed codes: the output of a handle of the standard form.
 #pragma once
 
-#include "base/integers.h"
+#include "halftone/ed/ed_handle.h"
 
 namespace vrk {
 
-// Three-level code of a K plane: 0, 1, 2 become 0, 2, 3.
-void to_three_level_codes(u8* levels, u32 count);
-
-// A random choice among 4-bit codes that stand for the same level, of 5 or 6 levels; other counts are left as they are.
-// Draws one value for every level 1 or 2, in order.
-void to_random_codes(u8* levels, u32 count, u32 level_count);
+// Writes the codes of the level lines into `out`: for every plane in record order one line of
+// (bits * block_width + 7) / 8 bytes. A code is the level's number, except for a K plane of three levels under
+// VRK_K_CODE3 and for planes of 5 or 6 levels and 4 bits under VRK_RANDOM4. The level lines are used up.
+void pack_planes(ed_handle& h, u8* const* out);
 
 }  // namespace vrk

@@ -1,27 +1,22 @@
-// The diffusion step: one template for every plane count, sample width, precision and scan direction.
+// One line of error diffusion. For every pixel in the direction of the scan, and for every plane:
+//   value              = sample at working precision + what other pixels have sent to this one
+//   level              = the one between whose thresholds value - modulation lies: modulation moves thresholds only
+//   quantisation error = value - input value that the level stands for
+// A sample of 0 to which nothing was sent gets level 0 and sends nothing. Any other pixel sends what the distribution
+// table has in the row of its quantisation error: amounts for the next pixel, the second next, and on the next line for
+// two pixels back, one back and the same column, where next and back follow the scan.
+// In 10-bit precision there is one row for every quantisation error / 4, and its amounts count four times. The
+// remainder is the carry: without its odd rest it goes to the third next pixel, and the odd rest to the fourth. All
+// division rounds toward zero.
 #pragma once
 
 #include <algorithm>
 #include <cstring>
-#include <utility>
 
-#include "base/samples.h"
 #include "halftone/ed/ed_handle.h"
+#include "halftone/ed/ed_widths.h"
 
 namespace vrk {
-
-struct ed_widths {
-  int in, work;  // bits of a sample and of a working value
-
-  constexpr bool carries() const { return work == 10; }  // rows belong to quarters of the error
-  constexpr i32 range() const { return 1 << work; }
-  constexpr int sample_bytes() const { return in / 8; }
-  u32 load(const u8* p) const { return in == 16 ? load_sample<u16>(p) : *p; }
-  constexpr i32 widen(u32 sample) const {
-    if (in == 16) return i32(sample >> 6);
-    return work == 10 ? i32(widen_8_to_10(sample)) : i32(sample);
-  }
-};
 
 // What the pixels so far have sent to others and the error lines do not hold yet; everything counts modulo 2^16.
 struct pending_errors {
@@ -44,8 +39,8 @@ inline void settle(pending_errors pending, i16* next, i16* below_next, std::ptrd
   add_error(below_next[-across], pending.below);
 }
 
-// Turns the line's samples into levels. `step`: +1 left to right, -1 right to left.
-template <ed_widths W, int planes, int step>
+// Turns the line's samples into levels. W: an ed_widths. step: +1 left to right, -1 right to left.
+template <class W, int planes, int step>
 void diffuse_line(ed_handle& h, const u8* src) {
   using offset = std::ptrdiff_t;
   const offset width = h.block_width;
@@ -59,8 +54,8 @@ void diffuse_line(ed_handle& h, const u8* src) {
   const tile& matrix = h.header.matrix;
   const i8* const matrix_row = h.modulation.get() + offset(matrix.row_of(h.line_counter) * matrix.width) * planes;
   const u8* const level_lut = h.level_lut.get();
-  const spread_index* const index = h.index.get() - first_error;
-  const spread_row* const spread = h.spread.get();
+  const error_share* const shares = h.shares.get() - first_error;
+  const distribution_row* const distribution = h.distribution.get();
   const std::size_t unchecked_values = h.unchecked_values;
   const u16* level_values[planes];
   u8* level_line[planes];
@@ -75,10 +70,10 @@ void diffuse_line(ed_handle& h, const u8* src) {
     const i8* const modulation = matrix_row + matrix_column[at] * planes;
 #pragma GCC unroll 6  // so that what is pending stays in registers
     for (offset p = 0; p < planes; ++p) {
-      const u32 sample = W.load(src + (at * planes + p) * W.sample_bytes());
+      const u32 sample = load_sample<typename W::sample>(src + (at * planes + p) * offset(sizeof(typename W::sample)));
       pending_errors& own = pending[p];
       u32 sum = u32(here[at * planes + p]) + (own.ahead >> 16);
-      if constexpr (W.carries()) sum += own.carry_of_next();
+      if constexpr (W::carries) sum += own.carry_of_next();
       const offset error = i16(sum);
       own.ahead <<= 16;
       u32 two_back = own.below >> 16;
@@ -86,23 +81,23 @@ void diffuse_line(ed_handle& h, const u8* src) {
       own.carry <<= 8;
       u8 level = 0;
       if (sample != 0 || error != 0) {
-        const offset value = W.widen(sample) + error;
-        const std::size_t entry = std::size_t(error + (W.widen(sample) - modulation[p] + W.range()));
-        const u8* const lut = level_lut + p * 3 * W.range();
-        offset rest;
+        const offset value = W::widen(sample) + error;
+        const std::size_t entry = std::size_t(error + (W::widen(sample) - modulation[p] + W::range));
+        const u8* const lut = level_lut + p * 3 * W::range;
+        offset quantisation_error;
         if (entry < unchecked_values) [[likely]] {
           level = lut[entry];
-          rest = value - level_values[p][level];
+          quantisation_error = value - level_values[p][level];
         } else {
-          level = lut[std::clamp<offset>(offset(entry), 0, 3 * W.range() - 1)];
-          rest = std::clamp<offset>(value - level_values[p][level], -1024, 1023);
+          level = lut[std::clamp<offset>(offset(entry), 0, 3 * W::range - 1)];
+          quantisation_error = std::clamp<offset>(value - level_values[p][level], -1024, 1023);
         }
-        const spread_index& of_rest = index[rest];
-        const spread_row& row = spread[of_rest.row];
+        const error_share& share = shares[quantisation_error];
+        const distribution_row& row = distribution[share.row];
         own.ahead += row.ahead;
         own.below += row.below;
         two_back += row.two_back;
-        if constexpr (W.carries()) own.carry += u32(i32(of_rest.carry));
+        if constexpr (W::carries) own.carry += u32(i32(share.carry));
       }
       add_error(below[at * planes + p - 2 * across], two_back);
       level_line[p][at] = level;

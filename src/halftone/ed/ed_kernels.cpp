@@ -1,34 +1,53 @@
 #include "halftone/ed/ed_kernels.h"
 
-#include "base/flags.h"
+#include "base/rows.h"
 #include "halftone/ed/diffuse.h"
 
 namespace vrk {
 
 namespace {
 
-struct ed_kernel_forms {
-  ed_kernel even, odd;
+void diffuse_nothing(ed_handle&, const u8*) {}
+
+template <class W, int planes>
+constexpr ed_row row{W::flags, planes, diffuse_line<W, planes, +1>, diffuse_line<W, planes, -1>};
+
+using in16 = ed_widths<16, 10>;
+using prec10 = ed_widths<8, 10>;
+using plain = ed_widths<8, 8>;
+
+constexpr std::array rows{
+    row<in16, 6>,
+    row<in16, 4>,
+    row<in16, 1>,  //
+    row<prec10, 6>,
+    row<prec10, 4>,
+    row<prec10, 1>,  //
+    row<plain, 6>,
+    row<plain, 4>,
+    row<plain, 1>,  //
+    ed_row{0, 0, diffuse_nothing, diffuse_nothing},
 };
 
-template <ed_widths W, int planes>
-constexpr ed_kernel_forms forms{diffuse_line<W, planes, +1>, diffuse_line<W, planes, -1>};
+constexpr u32 row_for(u32 flags, u32 planes) {
+  const u32 widths = planes == 0 ? 0 : flags & (VRK_IN16 | VRK_PREC10);  // no plane has samples of any width
+  return first_row(rows, [=](const ed_row& row) { return row.flags == widths && row.planes == planes; });
+}
 
-constexpr ed_widths in16{16, 10}, prec10{8, 10}, plain{8, 8};
-
-constexpr ed_kernel_forms rows[] = {
-    forms<in16, 6>,   forms<in16, 4>,   forms<in16, 1>,    //
-    forms<prec10, 6>, forms<prec10, 4>, forms<prec10, 1>,  //
-    forms<plain, 6>,  forms<plain, 4>,  forms<plain, 1>,
-};
+consteval bool every_handle_has_a_row() {
+  for (const u32 flags : {0u, VRK_PREC10, VRK_IN16, VRK_IN16 | VRK_PREC10}) {
+    for (const u32 planes : {0u, 1u, 4u, 6u}) {
+      if (row_for(ed_adjust_flags(flags), planes) == rows.size()) return false;
+    }
+  }
+  return true;
+}
+static_assert(every_handle_has_a_row());
 
 }  // namespace
 
-u32 ed_kernel_row(u32 flags, u32 planes) {
-  const u32 widths = has(flags, VRK_IN16) ? 0 : has(flags, VRK_PREC10) ? 3 : 6;
-  return widths + (planes == 6 ? 0 : planes == 4 ? 1 : 2);
-}
+std::span<const ed_row> ed_rows() { return rows; }
 
-ed_kernel ed_kernel_of(u32 row, u32 line) { return line % 2 == 0 ? rows[row].even : rows[row].odd; }
+u32 ed_select_row(u32 flags, u32 planes) { return row_for(flags, planes); }
 
 }  // namespace vrk

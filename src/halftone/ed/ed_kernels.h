@@ -1,17 +1,25 @@
 // The family of line kernels.
 #pragma once
 
+#include <span>
+
 #include "halftone/ed/ed_handle.h"
 
 namespace vrk {
 
 // Diffuses one line of the block: samples in, levels into the handle's level lines, errors into its error lines.
-using ed_kernel = void (*)(ed_handle& h, const u8* src);
+using ed_kernel = void(ed_handle& h, const u8* src);
 
-// Row of the family for a handle's flags and plane count.
-u32 ed_kernel_row(u32 flags, u32 planes);
+struct ed_row {
+  u32 flags;        // VRK_IN16 and VRK_PREC10 as the handle keeps them
+  u32 planes;       // that the handle produces
+  ed_kernel* even;  // lines of even numbers run left to right,
+  ed_kernel* odd;   // those of odd numbers right to left
+};
 
-// The row's form for a line: even lines run left to right, odd ones right to left.
-ed_kernel ed_kernel_of(u32 row, u32 line);
+std::span<const ed_row> ed_rows();
+
+// The row for a handle's flags and planes.
+u32 ed_select_row(u32 flags, u32 planes);
 
 }  // namespace vrk

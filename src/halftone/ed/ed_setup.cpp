@@ -2,23 +2,20 @@
 
 #include <algorithm>
 
-#include "base/flags.h"
 #include "halftone/ed/ed_kernels.h"
+#include "halftone/ed/ed_widths.h"
 
 namespace vrk {
 
 namespace {
 
-// Tables are on the 10-bit scale; in 8-bit precision their values go down to its top bits.
-u16 level_scale(u32 flags, u16 value) { return has(flags, VRK_PREC10) ? value : u16(value >> 2 & 255); }
-i8 modulation_scale(u32 flags, i8 value) { return has(flags, VRK_PREC10) ? value : i8(value / 4); }
-
 // The level of every value -R ... 2R - 1: the first whose upper threshold lies above it.
-void build_level_lut(std::span<u8> lut, i32 range, u32 level_count, const u8* thresholds, u32 flags) {
+template <class P>
+void build_level_lut(P precision, std::span<u8> lut, u32 level_count, const u8* thresholds) {
   auto value = lut.begin();
   for (u32 level = 0; level + 1 < level_count; ++level) {
-    const i32 threshold = i16(level_scale(flags, load_be16(thresholds + 2 * level)));
-    const i32 below = std::clamp(threshold + range, 0, 3 * range);
+    const i32 threshold = i16(precision.level_value(load_be16(thresholds + 2 * level)));
+    const i32 below = std::clamp(threshold + precision.range, 0, 3 * precision.range);
     const auto end = std::max(value, lut.begin() + below);
     std::fill(value, end, u8(level));
     value = end;
@@ -26,29 +23,29 @@ void build_level_lut(std::span<u8> lut, i32 range, u32 level_count, const u8* th
   std::fill(value, lut.end(), u8(level_count - 1));
 }
 
-void build_spread(std::span<spread_row> rows, const u8* entries, u32 flags) {
-  const u32 scale = has(flags, VRK_PREC10) ? 4 : 1;
-  const auto entry = [&](u32 column) { return load_be16(entries + 2 * column) * scale & 0xFFFF; };
-  for (spread_row& row : rows) {
+template <class P>
+void build_distribution(P precision, std::span<distribution_row> rows, const u8* entries) {
+  const auto entry = [&](u32 column) { return precision.amount(load_be16(entries + 2 * column)); };
+  for (distribution_row& row : rows) {
     row = {.ahead = entry(0) << 16 | entry(1), .below = entry(3) << 16 | entry(4), .two_back = entry(2)};
-    entries += 2 * spread_columns;
+    entries += 2 * distribution_columns;
   }
 }
 
-void build_index(std::span<spread_index> index, u32 row_count, u32 flags) {
-  const bool prec10 = has(flags, VRK_PREC10);
+template <class P>
+void build_shares(P precision, std::span<error_share> shares, u32 row_count) {
   for (i32 i = 0; i < error_count; ++i) {
     const i32 error = std::clamp(first_error + i, -1024, 1023);
-    const i32 row = std::clamp((prec10 ? error / 4 : error) + 255, 0, i32(row_count) - 1);
+    const i32 row = std::clamp(precision.row_error(error) + 255, 0, i32(row_count) - 1);
     const i32 carry2 = error % 2, carry4 = error % 4 - carry2;
-    index[std::size_t(i)] = {u16(row), i16(carry4 * 256 + carry2)};
+    shares[std::size_t(i)] = {u16(row), i16(carry4 * 256 + carry2)};
   }
 }
 
-// Whether every value of -R ... 2R - 1 leaves an error inside the index, whatever the modulation moves it by.
-bool errors_inside_index(const u8* lut, const u16* level_values, i32 range) {
+// Whether every value of -R ... 2R - 1 leaves a quantisation error that has a share, whatever the modulation moved.
+bool all_errors_have_shares(std::span<const u8> lut, const u16* level_values, i32 range) {
   for (i32 entry = 0; entry < 3 * range; ++entry) {
-    const i32 error = entry - range - level_values[lut[entry]];
+    const i32 error = entry - range - level_values[lut[std::size_t(entry)]];
     if (error - 128 < first_error || error + 127 >= first_error + error_count) return false;
   }
   return true;
@@ -58,9 +55,10 @@ void build_columns(std::span<u8> columns, const tile& matrix) {
   for (std::size_t x = 0; x < columns.size(); ++x) columns[x] = matrix.column_of(u32(x));
 }
 
-// Whether every plane produced has the same scale. The first four slots, or all six, are the planes produced.
+// Whether every plane produced has the same scale. The first four slots, or all six, are the planes produced where
+// there are several.
 bool same_scale(const ed_header& header, u32 planes) {
-  return planes == 1 || (all_same(std::span<const u8>(header.scale_x).first(planes)) &&
+  return planes <= 1 || (all_same(std::span<const u8>(header.scale_x).first(planes)) &&
                          all_same(std::span<const u8>(header.scale_y).first(planes)));
 }
 
@@ -68,75 +66,84 @@ bool same_scale(const ed_header& header, u32 planes) {
 bool lay_out(const ed_plan& plan, ed_handle& h, carver& block) {
   const ed_header& header = plan.header;
   const u64 planes = plan.planes, width = plan.width, line = planes * (width + 2 * guard_columns);
-  h.index = block.take<spread_index>(error_count).data();
-  h.spread = block.take<spread_row>(plan.spread_rows).data();
+  h.shares = block.take<error_share>(error_count).data();
+  h.distribution = block.take<distribution_row>(plan.distribution_rows).data();
   h.error_line[0] = block.take<i16>(line).data();  // cleared with the whole block: no error to begin with
   h.error_line[1] = block.take<i16>(line).data();
   for (u32 p = 0; p < planes; ++p) {
     const u32 level_count = header.level_count[table_slot[p]];
     h.level_values[p] = block.take<u16>(level_count).data();
-    if (header.extended) h.cells[p] = block.take<u16>(level_count * header.pattern.cells()).data();
+    if (header.extended) h.cells[p] = block.take<u16>(level_count * header.pattern.entries()).data();
   }
   if (header.extended) {
     h.cell_line = block.take<u16>(width).data();
     h.pattern_column = block.take<u8>(width).data();
   }
   h.matrix_column = block.take<u8>(width).data();
-  h.modulation = block.take<i8>(planes * header.matrix.cells()).data();
+  h.modulation = block.take<i8>(planes * header.matrix.entries()).data();
   h.level_lut = block.take<u8>(planes * 3 * ed_value_range(plan.flags)).data();
   h.level_line = block.take<u8>(planes * width).data();
   return block.ok();
 }
 
-void build_plane(const ed_plan& plan, const byte_view& params, u32 p, ed_handle& h) {
+template <class P>
+void build_plane(P precision, const ed_plan& plan, const byte_view& params, u32 p, ed_handle& h) {
   const u32 slot = table_slot[p], level_count = plan.header.level_count[slot];
   const u8* const values = params.at(plan.values_at[slot]);
   for (u32 level = 0; level < level_count; ++level) {
-    h.level_values[p][level] = level_scale(plan.flags, load_be16(values + 2 * level));
+    h.level_values[p][level] = precision.level_value(load_be16(values + 2 * level));
   }
 
   const u8* const matrix = params.at(plan.matrix_at[slot]);
-  for (u32 cell = 0; cell < plan.header.matrix.cells(); ++cell) {
-    h.modulation[cell * h.planes + p] = modulation_scale(plan.flags, i8(matrix[cell]));
+  for (u32 i = 0; i < plan.header.matrix.entries(); ++i) {
+    h.modulation[i * h.planes + p] = precision.modulation(i8(matrix[i]));
   }
 
-  const i32 range = i32(ed_value_range(plan.flags));
-  const std::span<u8> lut(h.level_lut.get() + i32(p) * 3 * range, std::size_t(3 * range));
-  build_level_lut(lut, range, level_count, params.at(plan.thresholds_at[slot]), plan.flags);
-  if (!errors_inside_index(lut.data(), h.level_values[p].get(), range)) h.unchecked_values = 0;
+  const std::span<u8> lut(h.level_lut.get() + i32(p) * 3 * precision.range, 3 * precision.range);
+  build_level_lut(precision, lut, level_count, params.at(plan.thresholds_at[slot]));
+  if (!all_errors_have_shares(lut, h.level_values[p].get(), precision.range)) h.unchecked_values = 0;
 }
 
 // Planes that are expanded together leave pixels of level 0 blank, whatever its pattern holds.
 void build_patterns(const ed_plan& plan, const byte_view& params, u32 p, ed_handle& h) {
-  const u32 slot = table_slot[p], cells = plan.header.pattern.cells();
+  const u32 slot = table_slot[p], cells_of_level = plan.header.pattern.entries();
   const u8* const patterns = params.at(plan.patterns_at[slot]);
-  const u32 blank = h.same_scale != 0 && h.planes > 1 ? cells : 0;
-  for (u32 i = 0; i < plan.header.level_count[slot] * cells; ++i) {
+  const u32 blank = h.same_scale != 0 && h.planes > 1 ? cells_of_level : 0;
+  for (u32 i = 0; i < plan.header.level_count[slot] * cells_of_level; ++i) {
     h.cells[p][i] = i < blank ? u16{0} : load_be16(patterns + 2 * i);
   }
 }
 
+template <class P>
+void build_tables(P precision, const ed_plan& plan, const byte_view& params, const byte_view& distribution,
+                  ed_handle& h) {
+  h.unchecked_values = 3 * precision.range;
+  build_shares(precision, {h.shares.get(), error_count}, plan.distribution_rows);
+  build_distribution(precision, {h.distribution.get(), plan.distribution_rows},
+                     distribution.at(distribution_header_bytes));
+  for (u32 p = 0; p < plan.planes; ++p) build_plane(precision, plan, params, p, h);
+}
+
 }  // namespace
 
-bool ed_build(const ed_plan& plan, byte_view params, byte_view spread, carver& block) {
+bool ed_build(const ed_plan& plan, byte_view params, byte_view distribution, carver& block) {
   ed_handle* const made = block.record<ed_handle>();
-  if (made == nullptr || !lay_out(plan, *made, block)) return false;
+  if (made == nullptr) return false;
   ed_handle& h = *made;
   h.flags = plan.flags;
   h.width = plan.width;
   h.planes = plan.planes;
-  h.kernel = ed_kernel_row(plan.flags, plan.planes);
-  h.unchecked_values = 3 * ed_value_range(plan.flags);
+  h.kernel = ed_select_row(plan.flags, plan.planes);
   h.same_scale = same_scale(plan.header, plan.planes);
   h.header = plan.header;
+  if (plan.planes == 0) return true;
 
-  build_index({h.index.get(), error_count}, plan.spread_rows, plan.flags);
-  build_spread({h.spread.get(), plan.spread_rows}, spread.at(spread_header_bytes), plan.flags);
+  if (!lay_out(plan, h, block)) return false;
+  with_precision(plan.flags, [&](auto precision) { build_tables(precision, plan, params, distribution, h); });
   build_columns({h.matrix_column.get(), plan.width}, plan.header.matrix);
-  if (plan.header.extended) build_columns({h.pattern_column.get(), plan.width}, plan.header.pattern);
-  for (u32 p = 0; p < plan.planes; ++p) {
-    build_plane(plan, params, p, h);
-    if (plan.header.extended) build_patterns(plan, params, p, h);
+  if (plan.header.extended) {
+    build_columns({h.pattern_column.get(), plan.width}, plan.header.pattern);
+    for (u32 p = 0; p < plan.planes; ++p) build_patterns(plan, params, p, h);
   }
   return true;
 }

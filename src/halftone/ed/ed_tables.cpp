@@ -1,13 +1,14 @@
 #include "halftone/ed/ed_tables.h"
 
 #include "base/tag.h"
+#include "halftone/ed/ed_widths.h"
 
 namespace vrk {
 
 namespace {
 
 constexpr u32 extended_version = tag("0020");  // from here on a parameter table is of the extended form
-constexpr u32 max_spread_version = tag("0010");
+constexpr u32 max_distribution_version = tag("0010");
 
 plane_bytes read_planes(byte_view& image, u64 pos) {
   plane_bytes bytes{};
@@ -35,21 +36,17 @@ ed_header read_header(byte_view& image) {
   return h;
 }
 
-bool plane_fits(const ed_header& h, u32 plane) {
-  const u32 bits = h.bits[plane];
-  if (h.extended) {
-    const u32 x = h.scale_x[plane], y = h.scale_y[plane];
-    return (x == 1 || x == 2 || x == 4) && y >= 1 && y <= 4;
-  }
-  return (bits != 1 && bits != 2 && bits != 4) || h.level_count[plane] <= 1u << bits;
+bool scales_fit(const ed_header& h, u32 plane) {
+  const u32 x = h.scale_x[plane], y = h.scale_y[plane];
+  return (x == 1 || x == 2 || x == 4) && y >= 1 && y <= 4;
 }
 
 bool check_header(const ed_header& h) {
-  if (h.matrix.cells() == 0 || (h.extended && h.pattern.cells() == 0)) return false;
+  if (h.matrix.entries() == 0 || (h.extended && h.pattern.entries() == 0)) return false;
   for (u32 p = 0; p < plane_slots; ++p) {
-    if (h.level_count[p] != 0 && !plane_fits(h, p)) return false;
+    if (h.level_count[p] != 0 && !scales_fit(h, p)) return false;
   }
-  return produced_planes_in_use(h.level_count);
+  return produced_planes(h.level_count) == 1 || produced_planes_in_use(h.level_count);
 }
 
 // The lists follow the header without gaps: for all planes in use the level values, then for all the thresholds, the
@@ -65,36 +62,36 @@ u64 locate_lists(ed_plan& plan) {
   };
   locate(plan.values_at, [](u64 n) { return 2 * n; });
   locate(plan.thresholds_at, [](u64 n) { return 2 * (n - 1); });
-  locate(plan.matrix_at, [&](u64) { return h.matrix.cells(); });
-  locate(plan.patterns_at, [&](u64 n) { return 2 * n * h.pattern.cells(); });
+  locate(plan.matrix_at, [&](u64) { return h.matrix.entries(); });
+  locate(plan.patterns_at, [&](u64 n) { return 2 * n * h.pattern.entries(); });
   return pos;
 }
 
 // What a driver knows the handle to need: record and shared tables, then for every plane in use its lists (thresholds
 // and, in the extended form, four bytes per level included), value-to-level table, error lines and line of levels.
-constexpr u64 handle_bytes(const ed_header& h, u64 width, u64 spread_rows, u64 range) {
-  u64 bytes = 12739 + width + 2 * spread_columns * spread_rows + (h.extended ? width : 0);
+constexpr u64 handle_bytes(const ed_header& h, u64 width, u64 distribution_rows, u64 range) {
+  u64 bytes = 12739 + width + 2 * distribution_columns * distribution_rows + (h.extended ? width : 0);
   for (const u64 n : h.level_count) {
     if (n == 0) continue;
-    bytes += 4 * n - 2 + h.matrix.cells() + 3 * range + 5 * width + 40;
-    if (h.extended) bytes += 2 * n * (h.pattern.cells() + 2) + 2 * width;
+    bytes += 4 * n - 2 + h.matrix.entries() + 3 * range + 5 * width + 40;
+    if (h.extended) bytes += 2 * n * (h.pattern.entries() + 2) + 2 * width;
   }
   return bytes;
 }
 static_assert(handle_bytes({.level_count = {2}, .matrix = {16, 16}}, 4800, 511, 256) == 49763);
 
-bool check_spread(byte_view image, ed_plan& plan) {
+bool check_distribution(byte_view image, ed_plan& plan) {
   if (image.be32(0) != tag("edtb")) return false;
-  if (image.be32(4) > max_spread_version) return false;
-  plan.spread_rows = image.be16(8);
-  if (image.byte(10) != spread_columns || plan.spread_rows == 0) return false;
-  image.take(spread_header_bytes, 2 * u64(spread_columns) * plan.spread_rows);
+  if (image.be32(4) > max_distribution_version) return false;
+  plan.distribution_rows = image.be16(8);
+  if (image.byte(10) != distribution_columns || plan.distribution_rows == 0) return false;
+  image.take(distribution_header_bytes, 2 * u64(distribution_columns) * plan.distribution_rows);
   return image.ok();
 }
 
 }  // namespace
 
-bool ed_check_tables(byte_view params, byte_view spread, u32 width, u32 flags, ed_plan& plan) {
+bool ed_check_tables(byte_view params, byte_view distribution, u32 width, u32 flags, ed_plan& plan) {
   if (params.be32(0) != tag("edpr")) return false;
   plan.flags = flags;
   plan.width = width;
@@ -102,9 +99,9 @@ bool ed_check_tables(byte_view params, byte_view spread, u32 width, u32 flags, e
   params.take(0, locate_lists(plan));
   if (!params.ok()) return false;
   if (!check_header(plan.header)) return false;
-  if (!check_spread(spread, plan)) return false;
-  plan.planes = produced_planes(plan.header.level_count);
-  plan.size = size_or_0(handle_bytes(plan.header, width, plan.spread_rows, ed_value_range(flags)));
+  if (!check_distribution(distribution, plan)) return false;
+  plan.planes = plan.header.level_count[k_table_slot] == 0 ? 0 : produced_planes(plan.header.level_count);
+  plan.size = size_or_0(handle_bytes(plan.header, width, plan.distribution_rows, ed_value_range(flags)));
   return plan.size != 0;
 }
 

@@ -3,8 +3,6 @@
 
 #include "base/byte_view.h"
 #include "base/carver.h"
-#include "base/flags.h"
-#include "base/samples.h"
 #include "halftone/planes.h"
 
 namespace vrk {
@@ -15,7 +13,7 @@ struct tile {
   u8 width = 0, height = 0;
   u8 column_shift = 0, row_shift = 0;  // per repeat
 
-  constexpr u32 cells() const { return u32(width) * height; }
+  constexpr u32 entries() const { return u32(width) * height; }
   constexpr u8 column_of(u32 x) const { return u8((u64(x / width) * column_shift + x % width) % width); }
   // Heights are powers of two; the AND keeps the row inside for any other as well.
   constexpr u32 row_of(u32 line) const {
@@ -31,31 +29,25 @@ struct ed_header {
   plane_bytes scale_x{};      // dots of a pixel across: 1, 2, 4; 1 in the standard form, 0 for a plane not in use there
   plane_bytes scale_y{};      // output lines of an input line: 1 ... 4; likewise
   tile matrix{};              // modulation
-  tile pattern{};             // dot cells; empty in the standard form
+  tile pattern{};             // of dot cells; empty in the standard form
   bool extended = false;      // the output is dot cells
 };
 
 // Everything that the build needs to know about its images; the lists are known to lie inside them.
 struct ed_plan {
-  u32 flags = 0;  // as kept
-  u32 width = 0;  // pixels of a full line
-  u32 planes = 0;
-  u32 spread_rows = 0;
+  u32 flags = 0;   // as kept
+  u32 width = 0;   // pixels of a full line
+  u32 planes = 0;  // produced; 0 where the plane count of 1 stands for a K plane that is not in use
+  u32 distribution_rows = 0;
   ed_header header;
   std::array<u64, plane_slots> values_at{}, thresholds_at{}, matrix_at{}, patterns_at{};  // offsets, table order
   u32 size = 0;                                                                           // of the handle
 };
 
-// R: working values are 0 ... R - 1, and with the error of neighbours -R ... 2R - 1.
-constexpr u32 ed_value_range(u32 flags) { return has(flags, VRK_PREC10) ? 1024 : 256; }
-
-constexpr u32 spread_header_bytes = 12;
-constexpr u32 spread_columns = 7;  // entries of a row; five are used
-
-// 16-bit samples bring 10-bit precision with them.
-constexpr u32 ed_adjust_flags(u32 flags) { return has(flags, VRK_IN16) ? flags | VRK_PREC10 : flags; }
+constexpr u32 distribution_header_bytes = 12;
+constexpr u32 distribution_columns = 7;  // entries of a row; five are used
 
 // Fills the plan. A table that is refused leaves it unusable.
-bool ed_check_tables(byte_view params, byte_view spread, u32 width, u32 flags, ed_plan& plan);
+bool ed_check_tables(byte_view params, byte_view distribution, u32 width, u32 flags, ed_plan& plan);
 
 }  // namespace vrk

@@ -9,11 +9,11 @@ namespace {
 // The cell of every pixel of a plane, into the cell line.
 void look_up_cells(ed_handle& h, u32 plane, const u8* levels) {
   const tile& pattern = h.header.pattern;
-  const u32 cells = pattern.cells(), width = h.block_width;
+  const u32 cells_of_level = pattern.entries(), width = h.block_width;
   const u16* const row = h.cells[plane].get() + pattern.row_of(h.line_counter) * pattern.width;
   const u8* const column = h.pattern_column.get() + h.block_x;
   u16* const cell = h.cell_line.get();
-  for (u32 i = 0; i < width; ++i) cell[i] = row[levels[i] * cells + column[i]];
+  for (u32 i = 0; i < width; ++i) cell[i] = row[levels[i] * cells_of_level + column[i]];
 }
 
 }  // namespace

@@ -51,7 +51,6 @@ TEST_F(tool, says_why_a_table_is_refused) {
       {"--csc2 ", curve.encode(), "has entry count 512, expected 1024"},
       {"--edpr ", changed(levels, 14, 0), "has an empty modulation matrix"},
       {"--edpr ", changed(levels, 11, 0), "has no levels for K"},
-      {"--edpr ", changed(levels, 8, 3), "has level count of plane C 3, expected at most 2"},
       {"--edpr ", changed(levels, 21, 3), "has 3 bits per pixel, expected 1, 2, 4 or 8"},
       {"--edpr ", short_levels, "has length 51, expected 52 bytes for its lists"},
       {"--edtb ", changed(spread, 10, 5), "has column count 5, expected 7"},
