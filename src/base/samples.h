@@ -1,4 +1,4 @@
-// Samples: width conversions, and access to 16-bit samples at any address.
+// Samples: their widths, and access to 16-bit samples at any address.
 #pragma once
 
 #include <cstring>
@@ -7,15 +7,47 @@
 
 namespace vrk {
 
-// Widening repeats the top bits, so that full scale stays full scale; narrowing is a plain shift.
-constexpr u16 widen_8_to_10(u32 v) { return u16(v << 2 | v >> 6); }
-constexpr u16 widen_8_to_12(u32 v) { return u16(v << 4 | v >> 4); }
-constexpr u16 widen_8_to_16(u32 v) { return u16(v * 257); }
-constexpr u16 widen_10_to_12(u32 v) { return u16(v << 2 | v >> 8); }
-constexpr u16 widen_10_to_16(u32 v) { return u16(v << 6 | v >> 4); }
-constexpr u16 widen_12_to_16(u32 v) { return u16(v << 4 | v >> 8); }
-static_assert(widen_8_to_10(255) == 1023 && widen_8_to_12(255) == 4095 && widen_10_to_12(1023) == 4095);
-static_assert(widen_10_to_16(1023) == 65535 && widen_12_to_16(4095) == 65535);
+// What holds a sample of so many bits. There is no general definition: code for a width that is not listed here does
+// not compile.
+template <int bits>
+struct sample_width;
+template <>
+struct sample_width<8> {
+  using sample = u8;
+};
+template <>
+struct sample_width<10> {
+  using sample = u16;
+};
+template <>
+struct sample_width<12> {
+  using sample = u16;
+};
+template <>
+struct sample_width<16> {
+  using sample = u16;
+};
+
+template <int bits>
+using sample_of = typename sample_width<bits>::sample;
+
+// A level in another width. Widening repeats the top bits, so that full scale stays full scale; narrowing is a plain
+// shift. Of a value beyond full scale the low bits remain.
+template <int from, int to>
+constexpr sample_of<to> rescale(u32 v) {
+  static_assert(sizeof(sample_of<from>) <= sizeof(v) && to <= 2 * from);
+  if constexpr (to <= from) {
+    return sample_of<to>(v >> (from - to));
+  } else {
+    return sample_of<to>(v << (to - from) | v >> (2 * from - to));
+  }
+}
+static_assert(rescale<8, 10>(255) == 1023 && rescale<8, 12>(0x81) == 0x818 && rescale<10, 12>(0x201) == 0x806);
+static_assert(rescale<10, 16>(1023) == 65535 && rescale<12, 16>(0x123) == 0x1231 && rescale<16, 12>(0x1234) == 0x123);
+
+constexpr u16 widen_8_to_10(u32 v) { return rescale<8, 10>(v); }
+constexpr u16 widen_8_to_16(u32 v) { return rescale<8, 16>(v); }
+constexpr u16 widen_10_to_16(u32 v) { return rescale<10, 16>(v); }
 
 // Samples in the machine's byte order. 16-bit ones may lie at odd addresses.
 template <class T>

@@ -1,46 +1,30 @@
 // The loop of all grid kernels.
 #pragma once
 
-#include "csc/tetra.h"
-#ifdef __SSE2__
-#include "csc/tetra_sse2.h"
-#else  // other processors interpolate all grids as it is defined
+#include "csc/grid.h"
+#include "csc/pixel.h"
+
 namespace vrk {
+
+// A grid point as it leaves the converter.
 template <csc_widths W, u32 stored>
-using lane_interpolation = tetra_interpolation<W, stored, true>;
-}  // namespace vrk
-#endif
-
-namespace vrk {
-
-// Which interpolation a kernel uses.
-enum class method { tetra, lanes };
-
-template <csc_widths W, u32 stored, class reader, method how>
-using interpolation_of = std::conditional_t<how == method::lanes, lane_interpolation<W, stored>,
-                                            tetra_interpolation<W, stored, reader::gray>>;
-
-// The look-up tables of the lanes, 6 KiB of stack, are made anew for every run: a handle has no room for them,
-// and transforms do not write it. For runs shorter than this they cost more than they save.
-constexpr u32 short_run = 192;
+out_pixel<W.out> point_output(const u8* point) {
+  using sample = sample_of<W.work>;
+  out_pixel<W.out> out{};
+  for (u32 c = 0; c < stored; ++c) out.sample[c] = to_output<W>(load_sample<sample>(point + c * sizeof(sample)));
+  return out;
+}
 
 // Converts pixels one after the other. RGB white bypasses the grid; a pixel equal to the one before repeats its output.
 // Masked pixels become 0. An input pixel is read before its output is written.
-template <csc_widths W, u32 stored, class reader, class writer, method how, class mask_type>
-void convert_pixels(const color_grid& grid, const u16* white_out, u32 layout, const u8* src, mask_type mask,
-                    u32 pixel_count, u8* dst) {
-  if constexpr (how == method::lanes) {
-    if (pixel_count < short_run) {
-      return convert_pixels<W, stored, reader, writer, method::tetra>(grid, white_out, layout, src, mask, pixel_count,
-                                                                      dst);
-    }
-  }
+template <csc_widths W, u32 stored, class reader, class writer, class interpolation, class mask_type>
+void convert_pixels(const color_grid& grid, u32 layout, const u8* src, mask_type mask, u32 pixel_count, u8* dst) {
   using pixel = rgb_pixel<W>;
   using output = out_pixel<W.out>;
   const reader read(layout);
   const writer write(layout);
-  const interpolation_of<W, stored, reader, how> interpolate(grid);
-  const output white = output::of({white_out, stored});
+  const interpolation interpolate(grid);
+  const output white = point_output<W, stored>(last_point<W.work>(grid, stored));
   auto previous = pixel::no_pixel;
   output out{};
   for (u32 p = 0; p < pixel_count; ++p) {

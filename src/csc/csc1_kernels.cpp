@@ -1,51 +1,57 @@
-#include <array>
-#include <utility>
+#include "csc/csc1_kernels.h"
 
+#include "base/rows.h"
 #include "csc/convert.h"
 #include "csc/csc1_rules.h"
+#include "csc/tetra_sse2.h"
 
 namespace vrk {
 namespace {
 
-template <csc_widths W, method how>
-void csc1_lut_kernel(const csc1_handle& h, const u8* src, const u8* mask, u32 pixel_count, u8* dst) {
-  convert_pixels<W, csc1_stored, rgb_reader<W>, rgb_writer<W.out>, how>(h.grid, h.white_out, h.layout, src,
-                                                                        bit_mask{mask}, pixel_count, dst);
+template <csc_widths W, bool bounded>
+void csc1_grid_kernel(const csc1_handle& h, const u8* src, const u8* mask, u32 pixel_count, u8* dst) {
+  using interpolation = interpolation_of<W, csc1_stored, false, bounded>;
+  convert_pixels<W, csc1_stored, rgb_reader<W>, rgb_writer<W.out>, interpolation>(h.grid, h.layout, src, bit_mask{mask},
+                                                                                  pixel_count, dst);
 }
 
-// Rows by family, within a family by widths.
-using family = std::array<csc1_kernel*, csc_width_count>;
+constexpr auto rows = rows_of_all_csc_widths([]<csc_widths W>() {
+  return std::array<csc1_row, 6>{{
+      {csc1_rule::grid, W, true, shortest_bounded_run, csc1_grid_kernel<W, true>},
+      {csc1_rule::grid, W, false, 0, csc1_grid_kernel<W, false>},
+      {csc1_rule::through, W, false, 0, csc1_rgb_kernel<W, csc1_rule::through>},
+      {csc1_rule::gray, W, false, 0, csc1_mono_kernel<W, csc1_rule::gray>},
+      {csc1_rule::black, W, false, 0, csc1_mono_kernel<W, csc1_rule::black>},
+      {csc1_rule::solid, W, false, 0, csc1_rgb_kernel<W, csc1_rule::solid>},
+  }};
+});
 
-template <method how, std::size_t... i>
-constexpr family grid_family(std::index_sequence<i...>) {
-  return {csc1_lut_kernel<csc_width_rows[i], how>...};
+// For runs of `pixel_count` pixels or more.
+constexpr u32 row_for(csc1_rule rule, csc_widths widths, bool bounded, u32 pixel_count) {
+  return first_row(rows, [=](const csc1_row& row) {
+    return row.rule == rule && row.widths == widths && (bounded || !row.bounded) && row.shortest_run <= pixel_count;
+  });
 }
 
-template <csc1_rule rule, std::size_t... i>
-constexpr family rule_family(std::index_sequence<i...>) {
-  if constexpr (rule == csc1_rule::gray || rule == csc1_rule::black) {
-    return {csc1_mono_kernel<csc_width_rows[i], rule>...};
-  } else {
-    return {csc1_rgb_kernel<csc_width_rows[i], rule>...};
-  }
-}
-
-constexpr auto widths = std::make_index_sequence<csc_width_count>();
-constexpr family csc1_rows[] = {
-    grid_family<method::tetra>(widths),      grid_family<method::lanes>(widths),
-    rule_family<csc1_rule::through>(widths), rule_family<csc1_rule::gray>(widths),
-    rule_family<csc1_rule::black>(widths),   rule_family<csc1_rule::solid>(widths),
-};
+// Without a bounded grid and a long run no row but the one for every grid and run serves.
+static_assert(holds_for_all_csc_widths([](csc_widths widths) {
+  return std::ranges::all_of(csc1_rules, [=](csc1_rule rule) { return row_for(rule, widths, false, 0) < rows.size(); });
+}));
 
 }  // namespace
 
-u32 csc1_select_kernel(csc1_rule rule, u32 flags, bool bounded) {
-  const u32 row = rule == csc1_rule::grid ? (bounded ? 1 : 0) : 1 + u32(rule);
-  return row * csc_width_count + csc_width_row(flags);
+std::span<const csc1_row> csc1_rows() { return rows; }
+
+void csc1_select_rows(csc1_rule rule, csc1_handle& h) {
+  const csc_widths widths = csc_widths_of(h.flags);
+  h.row = row_for(rule, widths, h.grid.bounded != 0, ~0u);
+  h.short_run_row = row_for(rule, widths, h.grid.bounded != 0, 0);
 }
 
-csc1_kernel* csc1_kernel_of(const csc1_handle& h) {
-  return csc1_rows[h.kernel / csc_width_count][h.kernel % csc_width_count];
+void csc1_convert(const csc1_handle& h, const u8* src, const u8* mask, u32 pixel_count, u8* dst) {
+  const csc1_row& row = rows[h.row];
+  const csc1_row& chosen = pixel_count < row.shortest_run ? rows[h.short_run_row] : row;
+  chosen.kernel(h, src, mask, pixel_count, dst);
 }
 
 }  // namespace vrk

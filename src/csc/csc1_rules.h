@@ -7,10 +7,15 @@
 
 namespace vrk {
 
-// Luminance; the weights add up to 1024 or 16384, so that white stays white.
+// Luminance at a working precision; the weights add up to 1024 or 16384, so that white stays white.
 template <int work>
-constexpr u32 gray_value(u32 r, u32 g, u32 b) {
-  if constexpr (work == 8) return (307 * r + 615 * g + 102 * b) >> 10;
+constexpr u32 gray_value(u32 r, u32 g, u32 b) = delete;
+template <>
+constexpr u32 gray_value<8>(u32 r, u32 g, u32 b) {
+  return (307 * r + 615 * g + 102 * b) >> 10;
+}
+template <>
+constexpr u32 gray_value<12>(u32 r, u32 g, u32 b) {
   return (4915 * r + 9831 * g + 1638 * b) >> 14;
 }
 
@@ -41,20 +46,19 @@ void csc1_mono_kernel(const csc1_handle& h, const u8* src, const u8* mask, u32 p
   }
 }
 
-// Three samples a pixel, "thrh" or "sold", one at a time. Masked pixels become 0.
+// Three samples a pixel, "thrh" or "sold". Masked pixels become 0.
 template <csc_widths W, csc1_rule rule>
 void csc1_rgb_kernel(const csc1_handle& h, const u8* src, const u8* mask, u32 pixel_count, u8* dst) {
-  const sample_places<W.in> from(h.layout);
-  const sample_places<W.out> to(h.layout);
-  src += from.r;
-  dst += to.r;
-  for (u32 p = 0; p < pixel_count; ++p, src += from.pixel, dst += to.pixel) {
+  const rgb_reader<W> read(h.layout);
+  const rgb_writer<W.out> write(h.layout);
+  for (u32 p = 0; p < pixel_count; ++p, src += read.bytes(), dst += write.bytes()) {
+    const rgb_pixel<W> in = read(src);
     const bool masked = is_masked(mask, p);
-    for (const std::ptrdiff_t i : {0, 1, 2}) {
-      const u32 v = to_working<W>(load_sample<sample_of<W.in>>(src + i * from.step));
-      const u32 out = rule == csc1_rule::solid ? solid_value<W.full()>(v) : v;
-      store_sample(dst + i * to.step, to_output<W>(u16(masked ? 0 : out)));
-    }
+    const auto output = [masked](u32 sample) {
+      const u32 v = to_working<W>(sample);
+      return to_output<W>(u16(masked ? 0 : rule == csc1_rule::solid ? solid_value<W.full()>(v) : v));
+    };
+    write(dst, {{output(in.r), output(in.g), output(in.b)}});
   }
 }
 

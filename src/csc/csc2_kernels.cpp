@@ -1,66 +1,73 @@
-#include <array>
-#include <utility>
+#include "csc/csc2_kernels.h"
 
-#include "base/flags.h"
+#include "base/rows.h"
 #include "csc/convert.h"
-#include "csc/csc2_handle.h"
+#include "csc/tetra_sse2.h"
 
 namespace vrk {
 namespace {
 
 // RGB pixels, or gray ones, which have no short cut for white.
-template <csc_widths W, u32 inks, template <csc_widths> class reader, method how>
+template <csc_widths W, u32 inks, bool gray, bool bounded>
 void csc2_grid_kernel(const csc2_handle& h, const u8* src, u32 pixel_count, u8* dst) {
-  convert_pixels<W, inks, reader<W>, plane_writer<W.out, inks>, how>(h.grid, h.white_out, h.layout, src, no_mask{},
-                                                                     pixel_count, dst);
+  using reader = std::conditional_t<gray, gray_reader<W>, rgb_reader<W>>;
+  using interpolation = interpolation_of<W, inks, gray, bounded>;
+  convert_pixels<W, inks, reader, plane_writer<W.out, inks>, interpolation>(h.grid, h.layout, src, no_mask{},
+                                                                            pixel_count, dst);
 }
 
-template <class sample_in, class sample_out>
+template <csc_widths W>
 void csc2_curve_kernel(const csc2_handle& h, const u8* src, u32 pixel_count, u8* dst) {
+  using sample_in = sample_of<W.in>;
+  using sample_out = sample_of<W.out>;
   const sample_out* const curve = reinterpret_cast<const sample_out*>(h.curve.get());
   for (; pixel_count != 0; --pixel_count, src += sizeof(sample_in), dst += sizeof(sample_out)) {
     store_sample(dst, curve[load_sample<sample_in>(src)]);
   }
 }
 
-// Rows of grid kernels by family, within a family by widths.
-using family = std::array<csc2_kernel*, csc_width_count>;
+constexpr auto rows = rows_of_all_csc_widths([]<csc_widths W>() {
+  return std::array<csc2_row, 9>{{
+      {4, false, W, true, shortest_bounded_run, csc2_grid_kernel<W, 4, false, true>},
+      {4, false, W, false, 0, csc2_grid_kernel<W, 4, false, false>},
+      {6, false, W, true, shortest_bounded_run, csc2_grid_kernel<W, 6, false, true>},
+      {6, false, W, false, 0, csc2_grid_kernel<W, 6, false, false>},
+      {4, true, W, true, shortest_bounded_run, csc2_grid_kernel<W, 4, true, true>},
+      {4, true, W, false, 0, csc2_grid_kernel<W, 4, true, false>},
+      {6, true, W, true, shortest_bounded_run, csc2_grid_kernel<W, 6, true, true>},
+      {6, true, W, false, 0, csc2_grid_kernel<W, 6, true, false>},
+      {1, true, W, false, 0, csc2_curve_kernel<W>},
+  }};
+});
 
-template <u32 inks, template <csc_widths> class reader, method how, std::size_t... i>
-constexpr family grid_family(std::index_sequence<i...>) {
-  return {csc2_grid_kernel<csc_width_rows[i], inks, reader, how>...};
+// For runs of `pixel_count` pixels or more.
+constexpr u32 row_for(u32 inks, bool gray, csc_widths widths, bool bounded, u32 pixel_count) {
+  return first_row(rows, [=](const csc2_row& row) {
+    return row.inks == inks && row.gray == gray && row.widths == widths && (bounded || !row.bounded) &&
+           row.shortest_run <= pixel_count;
+  });
 }
 
-constexpr auto widths = std::make_index_sequence<csc_width_count>();
-constexpr family csc2_rows[] = {
-    grid_family<4, rgb_reader, method::tetra>(widths),  grid_family<4, rgb_reader, method::lanes>(widths),
-    grid_family<6, rgb_reader, method::tetra>(widths),  grid_family<6, rgb_reader, method::lanes>(widths),
-    grid_family<4, gray_reader, method::tetra>(widths), grid_family<4, gray_reader, method::lanes>(widths),
-    grid_family<6, gray_reader, method::tetra>(widths), grid_family<6, gray_reader, method::lanes>(widths),
-};
-constexpr u32 curve_row = std::size(csc2_rows) * csc_width_count;
-
-constexpr csc2_kernel* csc2_curve_rows[] = {
-    csc2_curve_kernel<u8, u8>,
-    csc2_curve_kernel<u8, u16>,
-    csc2_curve_kernel<u16, u8>,
-    csc2_curve_kernel<u16, u16>,
-};
+// Without a bounded grid and a long run no row but the one for every grid and run serves.
+static_assert(holds_for_all_csc_widths([](csc_widths widths) {
+  const auto served = [=](u32 inks, bool gray) { return row_for(inks, gray, widths, false, 0) < rows.size(); };
+  return served(4, false) && served(6, false) && served(4, true) && served(6, true) && served(1, true);
+}));
 
 }  // namespace
 
-u32 csc2_select_kernel(u32 inks, bool gray, u32 flags, bool bounded) {
-  const u32 row = (gray ? 4u : 0u) + (inks == 6 ? 2u : 0u) + (bounded ? 1u : 0u);
-  return row * csc_width_count + csc_width_row(flags);
+std::span<const csc2_row> csc2_rows() { return rows; }
+
+void csc2_select_rows(u32 inks, bool gray, csc2_handle& h) {
+  const csc_widths widths = csc_widths_of(h.flags);
+  h.row = row_for(inks, gray, widths, h.grid.bounded != 0, ~0u);
+  h.short_run_row = row_for(inks, gray, widths, h.grid.bounded != 0, 0);
 }
 
-u32 csc2_select_curve_kernel(u32 flags) {
-  return curve_row + (has(flags, VRK_IN16) ? 2 : 0) + (has(flags, VRK_OUT16) ? 1 : 0);
-}
-
-csc2_kernel* csc2_kernel_of(const csc2_handle& h) {
-  if (h.kernel >= curve_row) return csc2_curve_rows[h.kernel - curve_row];
-  return csc2_rows[h.kernel / csc_width_count][h.kernel % csc_width_count];
+void csc2_convert(const csc2_handle& h, const u8* src, u32 pixel_count, u8* dst) {
+  const csc2_row& row = rows[h.row];
+  const csc2_row& chosen = pixel_count < row.shortest_run ? rows[h.short_run_row] : row;
+  chosen.kernel(h, src, pixel_count, dst);
 }
 
 }  // namespace vrk

@@ -2,7 +2,7 @@
 
 #include <bit>
 
-#include "csc/widths.h"
+#include "base/samples.h"
 
 namespace vrk {
 namespace {
@@ -62,20 +62,11 @@ struct delta_code {
 constexpr delta_code delta8_codes[4] = {{5, 0, 0, 16}, {6, 48, 64, 32}, {9, 0, 0, 256}, {0, 0, 0, 0}};
 constexpr delta_code delta10_codes[4] = {{7, 0, 0, 32}, {0, 0, 0, 0}, {8, 160, 192, 64}, {11, 0, 0, 1024}};
 
-// A stored sample at working precision.
-template <int bits, int work>
-constexpr sample_of<work> keep(u32 sample) {
-  if constexpr (work == 8) return u8(sample >> (bits - 8));
-  if constexpr (work == 12 && bits == 8) return widen_8_to_12(sample);
-  if constexpr (work == 12 && bits == 10) return widen_10_to_12(sample);
-  if constexpr (work == 12 && bits >= 12) return u16(sample >> (bits - 12));
-}
-
 template <int bits, int work>
 void decode_packed(bit_reader stream, const grid_format& format, u64 points, u8* out) {
   for (; points != 0; --points, out += format.stored * sizeof(sample_of<work>)) {
     for (u32 t = 0; t < format.channels; ++t) {
-      store_sample(out + format.place[t] * sizeof(sample_of<work>), keep<bits, work>(stream.read(bits)));
+      store_sample(out + format.place[t] * sizeof(sample_of<work>), rescale<bits, work>(stream.read(bits)));
     }
   }
 }
@@ -95,33 +86,33 @@ bool decode_delta(bit_reader stream, const grid_format& format, u64 points, u8* 
         sample -= i32(payload) - (payload < code.split ? code.below : code.above);
         if (sample < 0 || sample >= 1 << bits || !stream.ok()) return false;
       }
-      store_sample(at, keep<bits, work>(u32(sample)));
+      store_sample(at, rescale<bits, work>(u32(sample)));
     }
   }
   return stream.ok();
 }
 
 template <int work>
-bool decode(bit_reader stream, const grid_encoding& encoding, const grid_format& format, u64 points, u8* out) {
-  if (encoding.delta) {
-    return encoding.bits == 8 ? decode_delta<8, work>(stream, format, points, out)
-                              : decode_delta<10, work>(stream, format, points, out);
+bool decode(bit_reader stream, const grid_storage& storage, const grid_format& format, u64 points, u8* out) {
+  if (storage.delta) {
+    return storage.bits == 8 ? decode_delta<8, work>(stream, format, points, out)
+                             : decode_delta<10, work>(stream, format, points, out);
   }
-  if (encoding.bits == 16) decode_packed<16, work>(stream, format, points, out);
-  if (encoding.bits == 12) decode_packed<12, work>(stream, format, points, out);
-  if (encoding.bits == 10) decode_packed<10, work>(stream, format, points, out);
-  if (encoding.bits == 8) decode_packed<8, work>(stream, format, points, out);
+  if (storage.bits == 16) decode_packed<16, work>(stream, format, points, out);
+  if (storage.bits == 12) decode_packed<12, work>(stream, format, points, out);
+  if (storage.bits == 10) decode_packed<10, work>(stream, format, points, out);
+  if (storage.bits == 8) decode_packed<8, work>(stream, format, points, out);
   return true;
 }
 
 }  // namespace
 
-bool decode_grid(byte_view& image, u64 pos, const grid_encoding& encoding, const grid_format& format, u64 points,
+bool decode_grid(byte_view& image, u64 pos, const grid_storage& storage, const grid_format& format, u64 points,
                  bool prec12, u8* out) {
   // A packed grid must lie in the table with its whole tail; a delta stream may use all that is left.
-  if (!image.take(pos, encoding.delta ? 0 : packed_grid_bytes(encoding.bits, points * format.channels))) return false;
+  if (!image.take(pos, storage.delta ? 0 : packed_grid_bytes(storage.bits, points * format.channels))) return false;
   const bit_reader stream(image.at(pos), image.size() - pos);
-  return prec12 ? decode<12>(stream, encoding, format, points, out) : decode<8>(stream, encoding, format, points, out);
+  return prec12 ? decode<12>(stream, storage, format, points, out) : decode<8>(stream, storage, format, points, out);
 }
 
 }  // namespace vrk

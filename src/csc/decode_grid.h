@@ -6,14 +6,14 @@
 namespace vrk {
 
 // How the samples of a grid are stored: byte 11 of the table.
-struct grid_encoding {
+struct grid_storage {
   u8 code;
   u8 bits;     // per sample
   bool delta;  // coded differences, plane by plane; else samples back to back, point by point
 };
 
 constexpr u8 delta10 = 6, delta8 = 7;
-constexpr grid_encoding grid_encodings[] = {
+constexpr grid_storage grid_storages[] = {
     {0, 16, false},       // raw16
     {1, 12, false},       // packed12
     {2, 10, false},       // packed10
@@ -39,7 +39,7 @@ static_assert(packed_grid_bytes(10, 6 * 27) == 13 * 15 + 8);
 
 // Decodes `points` grid points, stored from offset `pos` of the table on, to a precision of 8 or 12 bits (bytes or
 // 16-bit words in `out`). False when the table ends before them, or when a delta sample leaves its range.
-bool decode_grid(byte_view& image, u64 pos, const grid_encoding& encoding, const grid_format& format, u64 points,
+bool decode_grid(byte_view& image, u64 pos, const grid_storage& storage, const grid_format& format, u64 points,
                  bool prec12, u8* out);
 
 }  // namespace vrk

@@ -1,6 +1,7 @@
 #include "csc/grid.h"
 
 #include "base/flags.h"
+#include "csc/tetra_sse2.h"
 
 namespace vrk {
 namespace {
@@ -28,17 +29,8 @@ void build_index_table(std::span<const sample> axis, std::span<u8> index) {
 // Truncated quotients; integers, because no quotient comes near enough to the next whole number for doubles to differ.
 template <int work>
 void build_reciprocal_table(std::span<const sample_of<work>> axis, std::span<u32> recip) {
-  constexpr u32 one = work == 8 ? 1u << 16 : 1u << 22;
+  constexpr u32 one = 1u << (precision<work>::frac_shift + precision<work>::value_shift);
   for (std::size_t i = 0; i < recip.size(); ++i) recip[i] = one / u32(axis[i + 1] - axis[i]);
-}
-
-// Within a cell fractions never pass the whole cell, so the largest one is that or the fraction of full scale.
-template <int work>
-bool is_bounded(std::span<const sample_of<work>> axis, std::span<const u32> recip) {
-  constexpr csc_widths widths{work, work, work};
-  const u32 last = axis[axis.size() - 2];
-  const u64 product = u64(widths.full() - last) * recip.back();
-  return axis[0] == 0 && product >> widths.frac_shift() < fraction_limit<work>;
 }
 
 template <int work>
@@ -61,7 +53,7 @@ bool build(const grid_plan& plan, byte_view& image, carver& block, color_grid& g
   grid.bounded = 1;
   for (u32 a = 0; a < 3; ++a) {
     const u8* const positions = image.at(header_bytes + a * 2 * n);
-    for (u32 i = 0; i < n; ++i) axis[a][i] = sample(load_be16(positions + 2 * i) >> (16 - work));
+    for (u32 i = 0; i < n; ++i) axis[a][i] = rescale<16, work>(load_be16(positions + 2 * i));
     if (!check_axis_increasing<sample>(axis[a])) return false;
     build_index_table<sample>(axis[a], index[a]);
     build_reciprocal_table<work>(axis[a], recip[a]);
@@ -70,9 +62,7 @@ bool build(const grid_plan& plan, byte_view& image, carver& block, color_grid& g
     grid.axes[a].index = index[a].data();
     grid.axes[a].recip = recip[a].data();
   }
-  const bool decoded =
-      decode_grid(image, header_bytes + 6 * n, *plan.encoding, *plan.format, points, work == 12, grid.points.get());
-  return decoded;
+  return decode_grid(image, header_bytes + 6 * n, *plan.storage, *plan.format, points, work == 12, grid.points.get());
 }
 
 }  // namespace
@@ -84,26 +74,14 @@ bool check_grid_header(byte_view& image, std::span<const grid_format> formats, u
   for (const grid_format& format : formats) {
     if (format.channels == out_channels) plan.format = &format;
   }
-  for (const grid_encoding& encoding : grid_encodings) {
-    if (encoding.code == code && (!encoding.delta || code == delta)) plan.encoding = &encoding;
+  for (const grid_storage& storage : grid_storages) {
+    if (storage.code == code && (!storage.delta || code == delta)) plan.storage = &storage;
   }
-  return plan.format != nullptr && plan.encoding != nullptr;
+  return plan.format != nullptr && plan.storage != nullptr;
 }
 
 bool build_grid(const grid_plan& plan, byte_view& image, u32 flags, carver& block, color_grid& grid) {
   return has(flags, VRK_PREC12) ? build<12>(plan, image, block, grid) : build<8>(plan, image, block, grid);
-}
-
-void build_white_output(const color_grid& grid, const grid_format& format, u32 flags, u16* white) {
-  const u32 n = grid.grid_points, last = (n * n * n - 1) * format.stored;
-  for (u32 c = 0; c < format.channels; ++c) {
-    if (has(flags, VRK_PREC12)) {
-      const u16 value = load_sample<u16>(grid.points.get() + 2 * (last + c));
-      white[c] = has(flags, VRK_OUT16) ? widen_12_to_16(value) : u16(value >> 4);
-    } else {
-      white[c] = grid.points[last + c];
-    }
-  }
 }
 
 }  // namespace vrk

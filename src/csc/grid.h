@@ -23,7 +23,7 @@ struct color_grid {
   grid_axis axes[3];  // R, G, B
   ref<u8> points;     // N * N * N points of working precision, B index fastest
   u32 grid_points;    // N
-  u32 bounded;        // 1 when every level's fraction stays below `fraction_limit`
+  u32 bounded;        // 1 when the rows for bounded grids serve this one (see tetra_sse2.h)
 };
 
 // One axis as a kernel works with it. Points hold `stored` samples.
@@ -43,16 +43,18 @@ struct grid_axis_view {
   }
 };
 
-// What the fast kernels rely on (see lookup.h and lanes.h): no level lies below an axis' first position, and beyond the
-// last one fractions do not grow past what the lanes hold.
+// The highest grid point, which is what white becomes.
 template <int work>
-constexpr u32 fraction_limit = work == 8 ? 129 : 4096;
+const u8* last_point(const color_grid& grid, u32 stored) {
+  const u32 n = grid.grid_points;
+  return grid.points.get() + (n * n * n - 1) * stored * sizeof(sample_of<work>);
+}
 
 // What a table's header says about its grid.
 struct grid_plan {
-  u32 n;                          // grid points per axis, 2 ... 255
-  const grid_encoding* encoding;  // how the points are stored
-  const grid_format* format;      // samples of a point, in the table and in the handle
+  u32 n;                        // grid points per axis, 2 ... 255
+  const grid_storage* storage;  // how the points are stored
+  const grid_format* format;    // samples of a point, in the table and in the handle
 };
 
 // Bytes of the ten sections after the record, each with what its alignment can cost.
@@ -68,8 +70,5 @@ bool check_grid_header(byte_view& image, std::span<const grid_format> formats, u
 
 // Takes the ten sections and fills them from the table's body, which begins at offset 12. `flags` as adjusted.
 bool build_grid(const grid_plan& plan, byte_view& image, u32 flags, carver& block, color_grid& grid);
-
-// The output for full scale in all three samples: the highest grid point, at output width.
-void build_white_output(const color_grid& grid, const grid_format& format, u32 flags, u16* white);
 
 }  // namespace vrk

@@ -1,7 +1,7 @@
 // Pixels on their way through a kernel: read as R, G, B, written as up to six samples.
 #pragma once
 
-#include <span>
+#include <type_traits>
 
 #include "base/pixel_layout.h"
 #include "csc/widths.h"
@@ -11,15 +11,15 @@ namespace vrk {
 // An input pixel as it was read. `key` tells pixels apart in one comparison; no pixel has the key `no_pixel`.
 template <csc_widths W>
 struct rgb_pixel {
-  using key_type = std::conditional_t<W.in == 8, u32, u64>;
+  using key_type = std::conditional_t < 3 * W.in<32, u32, u64>;
   static constexpr key_type no_pixel = ~key_type{0};
 
   u32 r, g, b;
 
   key_type key() const { return r | key_type(g) << W.in | key_type(b) << 2 * W.in; }
 
-  // Full scale at working precision in all three; 16-bit samples lose their low four bits on the way there.
-  bool is_white() const { return (r & g & b) >= (W.in == 8 ? 0xFF : 0xFFF0); }
+  // Full scale at working precision in all three, whatever low bits are lost on the way there.
+  bool is_white() const { return (r & g & b) >= (1u << W.in) - (1u << std::max(W.in - W.work, 0)); }
 };
 
 // Where the samples of a layout's pixels lie, in bytes. In all layouts G stands in the middle between R and B. A layout
@@ -32,7 +32,7 @@ struct sample_places {
 
   explicit sample_places(u32 layout) {
     const pixel_layout& l = pixel_layouts[layout < layout_count ? layout : 0];
-    constexpr u32 s = bits / 8;
+    constexpr u32 s = sizeof(sample_of<bits>);
     r = l.r * s, step = (std::ptrdiff_t(l.g) - l.r) * s, pixel = l.samples * s;
   }
 };
@@ -64,7 +64,7 @@ class gray_reader {
 
   explicit gray_reader(u32) {}
 
-  u32 bytes() const { return W.in / 8; }
+  static constexpr u32 bytes() { return sizeof(sample_of<W.in>); }
   rgb_pixel<W> operator()(const u8* src) const {
     const u32 v = load_sample<sample_of<W.in>>(src);
     return {v, v, v};
@@ -74,13 +74,7 @@ class gray_reader {
 // An output pixel, with room for a vector of samples. What stands behind the pixel's own means nothing.
 template <int bits>
 struct alignas(16) out_pixel {
-  sample_of<bits> sample[128 / bits];
-
-  static out_pixel of(std::span<const u16> samples) {
-    out_pixel pixel{};
-    for (std::size_t i = 0; i < samples.size(); ++i) pixel.sample[i] = sample_of<bits>(samples[i]);
-    return pixel;
-  }
+  sample_of<bits> sample[16 / sizeof(sample_of<bits>)];
 };
 
 // Places the first three samples as the layout tells; a fourth one of the pixel is left as it is.
@@ -107,7 +101,7 @@ class plane_writer {
  public:
   explicit plane_writer(u32) {}
 
-  static constexpr u32 bytes() { return count * bits / 8; }
+  static constexpr u32 bytes() { return count * sizeof(sample_of<bits>); }
   void operator()(u8* dst, const out_pixel<bits>& out) const { std::memcpy(dst, out.sample, bytes()); }
 };
 

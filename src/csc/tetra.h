@@ -41,7 +41,7 @@ class tetra_interpolation {
         const i16 slope = i16(sample_at(corner[e + 1], c) - sample_at(corner[e], c));
         sum += slope * path[e].frac;
       }
-      out.sample[c] = to_output<W>(u16(sample_at(corner[0], c) + (sum >> W.value_shift())));
+      out.sample[c] = to_output<W>(u16(sample_at(corner[0], c) + (sum >> precision<W.work>::value_shift)));
     }
     return out;
   }
@@ -57,7 +57,7 @@ class tetra_interpolation {
   static edge locate(const axis_view& a, u32 level, const u8*& corner) {
     const u32 cell = a.index[level], low = a.axis[cell];
     const u32 product = (level > low ? level - low : 0) * a.recip[cell];
-    const u16 frac = u16(product >> W.frac_shift());
+    const u16 frac = u16(product >> precision<W.work>::frac_shift);
     corner += cell * a.stride;
     return {by_fraction ? frac : product, frac, a.stride};
   }

@@ -1,13 +1,123 @@
-// Tetrahedral interpolation without a branch, all samples of a grid point side by side in an SSE2 vector.
+// Tetrahedral interpolation without a branch, all samples of a grid point side by side in an SSE2 vector: which grids
+// and runs it serves, the look-up tables that it makes for a run, and the interpolation itself.
 #pragma once
 
+#ifdef __SSE2__
 #include <emmintrin.h>
+#endif
 
 #include <algorithm>
+#include <span>
 
-#include "csc/lookup.h"
+#include "csc/tetra.h"
 
 namespace vrk {
+
+// It serves bounded grids: no level lies below an axis' first position, and no level's fraction, not even beyond the
+// last position, reaches this limit. All builds ask, so that handles do not depend on the build.
+template <int work>
+constexpr u32 fraction_limit() = delete;
+template <>
+constexpr u32 fraction_limit<8>() {
+  return 129;
+}
+template <>
+constexpr u32 fraction_limit<12>() {
+  return 4096;
+}
+
+// Whether an axis is so. Within a cell fractions never pass the whole cell, so the largest one is that or the fraction
+// of full scale.
+template <int work>
+constexpr bool is_bounded(std::span<const sample_of<work>> axis, std::span<const u32> recip) {
+  constexpr u32 full = (1u << work) - 1;
+  const u32 last = axis[axis.size() - 2];
+  const u64 product = u64(full - last) * recip.back();
+  return axis[0] == 0 && product >> precision<work>::frac_shift < fraction_limit<work>();
+}
+
+// The look-up tables, 6 KiB of stack, are made anew for every run: a handle has no room for them, and transforms do not
+// write it. For runs of fewer pixels they cost more than they save.
+constexpr u32 shortest_bounded_run = 192;
+
+#ifdef __SSE2__
+
+// A place on one axis.
+struct axis_place {
+  // From bit 20 the fraction within the cell, below 2^12; below it the axis' stride, so that the order of three places
+  // tells the order of their axes.
+  u32 order;
+  u32 start;  // the axis' part in the cell's lowest corner, in bytes from the first grid point
+};
+constexpr int fraction_bit = 20;
+constexpr u32 stride_mask = (1u << fraction_bit) - 1;
+static_assert(fraction_limit<8>() <= 1 << 12 && fraction_limit<12>() <= 1 << 12);
+static_assert((255 * 255 + 255 + 1) * 6 * 2 <= stride_mask);  // 255 grid points of six 16-bit samples
+
+struct grid_place {
+  axis_place r, g, b;
+};
+
+// Finds places on one axis for any level: its cell from the handle's index table, what belongs to the cell from here.
+template <csc_widths W, u32 stored>
+class axis_cells {
+ public:
+  axis_cells(const color_grid& grid, u32 a) {
+    const grid_axis_view<W.work> axis(grid, a, stored);
+    index_ = axis.index;
+    stride_ = axis.stride;
+    for (u32 cell = 0; cell + 1 < grid.grid_points; ++cell) {
+      low_[cell] = axis.axis[cell];
+      scale_[cell] = axis.recip[cell] << (fraction_bit - precision<W.work>::frac_shift);
+    }
+  }
+
+  axis_place at(u32 level) const {
+    const u32 cell = index_[level];
+    return {((level - low_[cell]) * scale_[cell] & ~stride_mask) | stride_, cell * stride_};
+  }
+
+ private:
+  static constexpr u32 most_cells = 254;
+
+  const u8* index_;
+  u32 stride_;
+  u32 low_[most_cells];    // lowest level of a cell
+  u32 scale_[most_cells];  // what turns a distance above it into the fraction, in its place
+};
+
+template <csc_widths W, u32 stored>
+class cell_lookup {
+ public:
+  explicit cell_lookup(const color_grid& grid) : r_(grid, 0), g_(grid, 1), b_(grid, 2) {}
+
+  grid_place operator()(const rgb_pixel<W>& in) const {
+    return {r_.at(to_working<W>(in.r)), g_.at(to_working<W>(in.g)), b_.at(to_working<W>(in.b))};
+  }
+
+ private:
+  axis_cells<W, stored> r_, g_, b_;
+};
+
+// For 8-bit input, which has few enough levels to hold the place of each.
+template <csc_widths W, u32 stored>
+class level_lookup {
+ public:
+  explicit level_lookup(const color_grid& grid) {
+    for (u32 a = 0; a < 3; ++a) {
+      const axis_cells<W, stored> cells(grid, a);
+      for (u32 level = 0; level < 256; ++level) place_[a][level] = cells.at(to_working<W>(level));
+    }
+  }
+
+  grid_place operator()(const rgb_pixel<W>& in) const { return {place_[0][in.r], place_[1][in.g], place_[2][in.b]}; }
+
+ private:
+  axis_place place_[3][256];
+};
+
+template <csc_widths W, u32 stored>
+using lookup_of = std::conditional_t<W.in == 8, level_lookup<W, stored>, cell_lookup<W, stored>>;
 
 // The samples of two grid points, those of one channel side by side as 16-bit numbers: a0 b0 a1 b1 ...
 // Points of six samples are loaded with what lies behind them, up to four bytes: behind the last point of a grid these
@@ -18,7 +128,7 @@ struct point_pair {
 
   point_pair(const u8* a, const u8* b) {
     const __m128i x = load(a), y = load(b), zero = _mm_setzero_si128();
-    if constexpr (work == 8) {
+    if constexpr (sizeof(sample) == 1) {
       const __m128i both = _mm_unpacklo_epi8(x, y);
       low = _mm_unpacklo_epi8(both, zero);
       high = _mm_unpackhi_epi8(both, zero);
@@ -29,22 +139,46 @@ struct point_pair {
   }
 
  private:
+  using sample = sample_of<work>;
+  static constexpr u32 bytes = stored * sizeof(sample);
+
   static __m128i load(const u8* point) {
-    if constexpr (work == 8 && stored == 4) return _mm_cvtsi32_si128(load_sample<i32>(point));
-    if constexpr (work == 8 || stored == 4) return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(point));
-    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(point));
+    if constexpr (bytes == 4) return _mm_cvtsi32_si128(load_sample<i32>(point));
+    if constexpr (4 < bytes && bytes <= 8) return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(point));
+    if constexpr (8 < bytes) return _mm_loadu_si128(reinterpret_cast<const __m128i*>(point));
   }
 };
 
-// Gives what tetra_interpolation gives, for bounded grids: the value of a tetrahedron as the weighted mean of its four
-// corners. Beyond an axis' end single weights are negative.
+// As rescale<work, out>, of eight 16-bit values; bytes stand in the lower half.
+template <int work, int out>
+__m128i rescale_vector(__m128i values) = delete;
+inline __m128i low_bytes(__m128i values) {
+  values = _mm_and_si128(values, _mm_set1_epi16(0xFF));
+  return _mm_packus_epi16(values, values);
+}
+template <>
+inline __m128i rescale_vector<8, 8>(__m128i values) {
+  return low_bytes(values);
+}
+template <>
+inline __m128i rescale_vector<12, 8>(__m128i values) {
+  return low_bytes(_mm_srli_epi16(values, 4));
+}
+template <>
+inline __m128i rescale_vector<12, 16>(__m128i values) {
+  return _mm_or_si128(_mm_slli_epi16(values, 4), _mm_srli_epi16(values, 8));
+}
+
+// Gives what tetra_interpolation gives: the value of a tetrahedron as the weighted mean of its four corners. Beyond an
+// axis' end single weights are negative.
 template <csc_widths W, u32 stored>
-class lane_interpolation {
+class bounded_interpolation {
   using pair = point_pair<W.work, stored>;
   using output = out_pixel<W.out>;
+  static constexpr int value_shift = precision<W.work>::value_shift;
 
  public:
-  explicit lane_interpolation(const color_grid& grid) : points_(grid.points.get()), diagonal_(0), lookup_(grid) {
+  explicit bounded_interpolation(const color_grid& grid) : points_(grid.points.get()), diagonal_(0), lookup_(grid) {
     for (u32 a = 0; a < 3; ++a) diagonal_ += grid_axis_view<W.work>(grid, a, stored).stride;
   }
 
@@ -60,35 +194,36 @@ class lane_interpolation {
     const u8* const c0 = points_ + (place.r.start + place.g.start + place.b.start);
     const u8* const c3 = c0 + diagonal_;
     const pair start(c0, c0 + (first & stride_mask)), end(c3 - (last & stride_mask), c3);
-    const __m128i start_weights = weights((1u << W.value_shift()) - f1, f1 - f2), end_weights = weights(f2 - f3, f3);
+    const __m128i start_weights = weights((1u << value_shift) - f1, f1 - f2), end_weights = weights(f2 - f3, f3);
     const auto mean = [&](__m128i at_start, __m128i at_end) {
       const __m128i total = _mm_add_epi32(_mm_madd_epi16(at_start, start_weights), _mm_madd_epi16(at_end, end_weights));
-      return _mm_srai_epi32(total, W.value_shift());
+      return _mm_srai_epi32(total, value_shift);
     };
     const __m128i low_means = mean(start.low, end.low);
-    return to_pixel(_mm_packs_epi32(low_means, stored == 6 ? mean(start.high, end.high) : low_means));
+    const __m128i values = _mm_packs_epi32(low_means, stored == 6 ? mean(start.high, end.high) : low_means);
+    output out;
+    _mm_store_si128(reinterpret_cast<__m128i*>(out.sample), rescale_vector<W.work, W.out>(values));
+    return out;
   }
 
  private:
   static __m128i weights(u32 a, u32 b) { return _mm_set1_epi32(i32((a & 0xFFFF) | b << 16)); }
 
-  // As to_output, of eight values.
-  static output to_pixel(__m128i values) {
-    if constexpr (W.out == 16) {
-      values = _mm_or_si128(_mm_slli_epi16(values, 4), _mm_srli_epi16(values, 8));
-    } else {
-      if constexpr (W.work == 12) values = _mm_srli_epi16(values, 4);
-      values = _mm_and_si128(values, _mm_set1_epi16(0xFF));
-      values = _mm_packus_epi16(values, values);
-    }
-    output out;
-    _mm_store_si128(reinterpret_cast<__m128i*>(out.sample), values);
-    return out;
-  }
-
   const u8* points_;
   u32 diagonal_;  // bytes from a cell's lowest corner to its highest
   lookup_of<W, stored> lookup_;
 };
+
+#else  // other processors interpolate bounded grids as it is defined
+
+template <csc_widths W, u32 stored>
+using bounded_interpolation = tetra_interpolation<W, stored, false>;
+
+#endif
+
+// What a grid kernel uses.
+template <csc_widths W, u32 stored, bool gray, bool bounded>
+using interpolation_of =
+    std::conditional_t<bounded, bounded_interpolation<W, stored>, tetra_interpolation<W, stored, gray>>;
 
 }  // namespace vrk

@@ -1,7 +1,4 @@
-#include "csc/level_curve.h"
-
-#include "base/flags.h"
-#include "csc/csc2_handle.h"
+#include "csc/curve_table.h"
 
 namespace vrk {
 namespace {
@@ -12,7 +9,7 @@ void put_level(std::span<sample> table, u32 level, u16 value) {
 }
 
 // Entry n of the curve sits at this 16-bit input level.
-constexpr u32 level_of_entry(u32 n) { return widen_10_to_16(n); }
+constexpr u32 level_of_entry(u32 n) { return rescale<10, 16>(n); }
 
 // Levels between two entries lie on the straight line between them, rounded to the nearest value.
 template <class sample>
@@ -47,7 +44,7 @@ u8* build(curve_image& image, u32 levels, carver& block) {
 }  // namespace
 
 u8* build_curve_table(curve_image image, u32 flags, carver& block) {
-  const u32 levels = curve_levels(flags);
+  const u32 levels = curve_table_levels(flags);
   return has(flags, VRK_OUT16) ? build<u16>(image, levels, block) : build<u8>(image, levels, block);
 }
 
