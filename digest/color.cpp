@@ -45,7 +45,7 @@ void reorderings() {
   }
 }
 
-// All layouts, with and without a mask. step: first layout and mask of the line.
+// All layouts in turn from line to line, after four lines with a mask.
 struct layout_and_mask {
   std::uint32_t layout;
   const std::uint8_t* mask;

@@ -1,5 +1,5 @@
-// The transform goes plane by plane: what curves a plane has is then settled before its samples are, one curve at a time
-// stays in the first-level cache, and splitting four planes into six is a matter of offsets.
+// The transform goes plane by plane: what curves a plane has is then settled before its samples are, one curve at a
+// time stays in the first-level cache, and splitting four planes into six is a matter of offsets.
 #include "postproc/postproc_kernels.h"
 
 #include <algorithm>
@@ -92,8 +92,9 @@ void transform_round(const postproc_handle& handle, const u8* src, u32 pixel_cou
   const u32 in_channels = handle.in_channels, out_channels = handle.out_channels;
   for (u32 p = 0; p < out_channels; ++p) {
     const u32 from = p < in_channels ? p : p - 3;  // the fifth plane comes from C, the sixth from M
-    transform_plane<in, out>(handle, p, {src + from * in_bytes, in_channels * in_bytes, dst + p * out_bytes,
-                                         out_channels * out_bytes, pixel_count});
+    transform_plane<in, out>(
+        handle, p,
+        {src + from * in_bytes, in_channels * in_bytes, dst + p * out_bytes, out_channels * out_bytes, pixel_count});
   }
 }
 
@@ -135,9 +136,8 @@ constexpr std::array<postproc_row, 4> rows{{
 }};
 
 constexpr u32 row_for(u32 flags) {
-  return first_row(rows, [=](const postproc_row& row) {
-    return row.in == input_bits(flags) && row.out == output_bits(flags);
-  });
+  return first_row(
+      rows, [=](const postproc_row& row) { return row.in == input_bits(flags) && row.out == output_bits(flags); });
 }
 
 static_assert([] {

@@ -101,9 +101,8 @@ constexpr u32 sample_bytes(u32 flags) { return u32(output_bits(flags)) / 8; }
 bool postproc_check(const postproc_request& request, postproc_plan& plan) {
   plan = {request.planes, request.planes, 0};
   if (request.main.on != 0 && !check_main_table(request.main.image, request.planes, plan)) return false;
-  return std::ranges::all_of(request.plane, [](const postproc_table& table) {
-    return table.on == 0 || check_plane_table(table.image);
-  });
+  return std::ranges::all_of(
+      request.plane, [](const postproc_table& table) { return table.on == 0 || check_plane_table(table.image); });
 }
 
 u64 postproc_handle_size(const postproc_request& request, const postproc_plan& plan) {
