@@ -87,40 +87,17 @@ bool has_curves(const postproc_handle& handle) {
 }
 
 template <int in, int out>
-void transform_round(const postproc_handle& handle, const u8* src, u32 pixel_count, u8* dst) {
+void postproc_line(const postproc_handle& handle, const u8* src, u32 pixel_count, u8* dst) {
   constexpr u32 in_bytes = sizeof(sample_of<in>), out_bytes = sizeof(sample_of<out>);
   const u32 in_channels = handle.in_channels, out_channels = handle.out_channels;
-  for (u32 p = 0; p < out_channels; ++p) {
-    const u32 from = p < in_channels ? p : p - 3;  // the fifth plane comes from C, the sixth from M
-    transform_plane<in, out>(
-        handle, p,
-        {src + from * in_bytes, in_channels * in_bytes, dst + p * out_bytes, out_channels * out_bytes, pixel_count});
-  }
-}
+  if (!has_curves(handle)) return copy_samples<in, out>(src, std::size_t{pixel_count} * out_channels, dst);
 
-// Through memory of its own, for pixels that take the place of longer ones: the samples of a plane would fall on those
-// that later planes come from.
-template <int in, int out>
-void transform_round_staged(const postproc_handle& handle, const u8* src, u32 pixel_count, u8* dst) {
-  u8 round[postproc_planes * sizeof(sample_of<out>) * pixels_per_round];
-  transform_round<in, out>(handle, src, pixel_count, round);
-  std::memcpy(dst, round, pixel_count * handle.out_channels * sizeof(sample_of<out>));
-}
-
-template <int in, int out>
-void postproc_line(const postproc_handle& handle, const u8* src, u32 pixel_count, u8* dst) {
-  if (!has_curves(handle)) {
-    return copy_samples<in, out>(src, std::size_t{pixel_count} * handle.out_channels, dst);
-  }
-  const u32 src_step = handle.in_channels * u32(sizeof(sample_of<in>));
-  const u32 dst_step = handle.out_channels * u32(sizeof(sample_of<out>));
-  const bool staged = src == dst && dst_step < src_step;
+  const u32 src_step = in_channels * in_bytes, dst_step = out_channels * out_bytes;
   while (pixel_count != 0) {
     const u32 round = std::min(pixel_count, pixels_per_round);
-    if (staged) {
-      transform_round_staged<in, out>(handle, src, round, dst);
-    } else {
-      transform_round<in, out>(handle, src, round, dst);
+    for (u32 p = 0; p < out_channels; ++p) {
+      const u32 from = p < in_channels ? p : p - 3;  // the fifth plane comes from C, the sixth from M
+      transform_plane<in, out>(handle, p, {src + from * in_bytes, src_step, dst + p * out_bytes, dst_step, round});
     }
     src += round * src_step;
     dst += round * dst_step;
@@ -128,21 +105,37 @@ void postproc_line(const postproc_handle& handle, const u8* src, u32 pixel_count
   }
 }
 
-constexpr std::array<postproc_row, 4> rows{{
-    {8, 8, postproc_line<8, 8>},
-    {8, 16, postproc_line<8, 16>},
-    {16, 8, postproc_line<16, 8>},
-    {16, 16, postproc_line<16, 16>},
+// In one buffer the samples of a plane would fall on those that later planes come from, so a round is kept apart until
+// it is complete.
+void postproc_line_shortened_in_place(const postproc_handle& handle, const u8* src, u32 pixel_count, u8* dst) {
+  u8 round[pixels_per_round * postproc_planes];
+  while (pixel_count != 0) {
+    const u32 pixels = std::min(pixel_count, pixels_per_round), bytes = pixels * handle.out_channels;
+    postproc_line<16, 8>(handle, src, pixels, round);
+    std::memcpy(dst, round, bytes);
+    src += pixels * handle.in_channels * sizeof(u16);
+    dst += bytes;
+    pixel_count -= pixels;
+  }
+}
+
+constexpr std::array<postproc_row, 5> rows{{
+    {16, 8, true, postproc_line_shortened_in_place},
+    {8, 8, false, postproc_line<8, 8>},
+    {8, 16, false, postproc_line<8, 16>},
+    {16, 8, false, postproc_line<16, 8>},
+    {16, 16, false, postproc_line<16, 16>},
 }};
 
-constexpr u32 row_for(u32 flags) {
-  return first_row(
-      rows, [=](const postproc_row& row) { return row.in == input_bits(flags) && row.out == output_bits(flags); });
+constexpr u32 row_for(u32 flags, bool in_place) {
+  return first_row(rows, [=](const postproc_row& row) {
+    return row.in == input_bits(flags) && row.out == output_bits(flags) && (in_place || !row.in_place);
+  });
 }
 
 static_assert([] {
   for (const u32 flags : {u32{0}, VRK_IN16, VRK_OUT16, VRK_IN16 | VRK_OUT16}) {
-    if (row_for(flags) == rows.size()) return false;
+    if (row_for(flags, false) == rows.size()) return false;
   }
   return true;
 }());
@@ -153,7 +146,7 @@ std::span<const postproc_row> postproc_rows() { return rows; }
 
 u32 postproc_transform(const postproc_handle& handle, const u8* src, u32 pixel_count, u8* dst) {
   if (!is_channel_count(handle.planes) || !has_path(handle.in_channels, handle.out_channels)) return 0;
-  rows[row_for(handle.flags)].kernel(handle, src, pixel_count, dst);
+  rows[row_for(handle.flags, src == dst)].kernel(handle, src, pixel_count, dst);
   return 1;
 }
 

@@ -1,4 +1,4 @@
-// The post-processing transform: a row for each pair of sample widths.
+// The post-processing transform: a row for each pair of sample widths, and one for pixels that get shorter in place.
 #pragma once
 
 #include <span>
@@ -10,7 +10,8 @@ namespace vrk {
 using postproc_kernel = void(const postproc_handle& handle, const u8* src, u32 pixel_count, u8* dst);
 
 struct postproc_row {
-  int in, out;  // bits per sample
+  int in, out;    // bits per sample
+  bool in_place;  // serves lines that take the place of their source only
   postproc_kernel* kernel;
 };
 std::span<const postproc_row> postproc_rows();
