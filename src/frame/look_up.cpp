@@ -1,6 +1,4 @@
 // The look-ups whose tag follows from their arguments alone. Each reads: arguments, own range, tag, look-up.
-
-#include "base/flags.h"
 #include "base/tag.h"
 #include "frame/blob_directory.h"
 

@@ -1,6 +1,4 @@
 // The look-ups of the converters' tables. Their tags depend on the blob's class and on which entries it has.
-
-#include "base/flags.h"
 #include "base/tag.h"
 #include "frame/blob_directory.h"
 

@@ -1,6 +1,5 @@
 #include <bit>
 
-#include "base/flags.h"
 #include "base/samples.h"
 #include "vrk.h"
 

@@ -1,5 +1,3 @@
-#include "base/flags.h"
-
 #include "vrk.h"
 
 extern "C" {

@@ -1,13 +1,10 @@
-#include "base/carver.h"
-
-#include "base/flags.h"
+#include "postproc/postproc_kernels.h"
+#include "postproc/postproc_setup.h"
 #include "vrk.h"
 
-#include "postproc/postproc_setup.h"
+using namespace vrk;
 
 extern "C" {
-
-using namespace vrk;
 
 uint32_t VRK_CALL vrk_create_postproc(uint32_t planes, uint32_t main_on, const void* main_table, uint32_t k_on,
                                       const void* k_table, uint32_t c_on, const void* c_table, uint32_t m_on,
@@ -32,6 +29,11 @@ uint32_t VRK_CALL vrk_create_postproc(uint32_t planes, uint32_t main_on, const v
 }
 
 uint32_t VRK_CALL vrk_query_postproc_hint(const void* handle) { return record_of<postproc_handle>(handle).flags; }
+
+uint32_t VRK_CALL vrk_xform_postproc(void* handle, const void* src, uint32_t pixel_count, void* dst) {
+  return postproc_transform(record_of<postproc_handle>(handle), static_cast<const u8*>(src), pixel_count,
+                            static_cast<u8*>(dst));
+}
 
 void VRK_CALL vrk_free_postproc(void*) {}
 

@@ -1,10 +1,8 @@
 // The post-processing handle: what set-up builds and the transform reads.
 #pragma once
 
-#include "base/curve_image.h"
-#include "base/flags.h"
+#include "base/carver.h"
 #include "base/ref.h"
-#include "base/samples.h"
 
 namespace vrk {
 
@@ -14,9 +12,6 @@ constexpr bool is_channel_count(u32 n) { return n == 1 || n == 4 || n == 6; }
 
 // Whether pixels of `in` samples can become pixels of `out`: all planes stay, or four split into six.
 constexpr bool has_path(u32 in, u32 out) { return in == out || (in == 4 && out == 6); }
-
-// E: entries of a curve that is indexed by the input, an 8-bit sample or the top ten bits of a 16-bit one.
-constexpr u32 index_count(u32 flags) { return has(flags, VRK_IN16) ? 1024 : 256; }
 
 struct postproc_handle {
   ref<u16> main_curve[postproc_planes];   // index -> value handed on; of all planes of a pixel, or of none

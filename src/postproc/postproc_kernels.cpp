@@ -1,13 +1,14 @@
-// The post-processing transform. It goes plane by plane: what curves a plane has is then settled before its samples
-// are, one curve at a time stays in the first-level cache, and splitting four planes into six is a matter of offsets.
-#include <algorithm>
-#include <cstring>
-#include <type_traits>
+// The transform goes plane by plane: what curves a plane has is then settled before its samples are, one curve at a
+// time stays in the first-level cache, and splitting four planes into six is a matter of offsets.
+#include "postproc/postproc_kernels.h"
 
-#include "base/carver.h"
+#include <algorithm>
+#include <array>
+#include <cstring>
+
 #include "base/flags.h"
-#include "postproc/postproc_handle.h"
-#include "vrk.h"
+#include "base/look_up_index.h"
+#include "base/rows.h"
 
 namespace vrk {
 namespace {
@@ -24,62 +25,58 @@ struct plane_samples {
 };
 
 // value_of: index -> output sample; an 8-bit sample takes the low byte.
-template <class In, class Out, class Value>
+template <int in, int out, class Value>
 void map_samples(const plane_samples& plane, Value value_of) {
   const u8* src = plane.src;
   u8* dst = plane.dst;
   const u32 src_step = plane.src_step, dst_step = plane.dst_step;
 #pragma GCC unroll 4  // three memory accesses a sample leave little time for counting
   for (u32 left = plane.pixel_count; left != 0; --left, src += src_step, dst += dst_step) {
-    const u32 sample = load_sample<In>(src);
-    store_sample(dst, Out(value_of(sizeof(In) == 1 ? sample : sample >> 6)));
+    store_sample(dst, sample_of<out>(value_of(load_index<in>(src))));
   }
 }
 
-// The sample of a plane without curves beside planes with curves: the index brought to the output's scale.
-template <class In, class Out>
-constexpr u32 rescale(u32 index) {
-  if (sizeof(In) == sizeof(u8)) return sizeof(Out) == sizeof(u8) ? index : widen_8_to_16(index);
-  return sizeof(Out) == sizeof(u8) ? index >> 2 : widen_10_to_16(index);
+template <int out>
+const sample_of<out>* composed_table(const postproc_handle& handle) = delete;
+template <>
+const u8* composed_table<8>(const postproc_handle& handle) {
+  return handle.composed8.get();
+}
+template <>
+const u16* composed_table<16>(const postproc_handle& handle) {
+  return handle.composed16.get();
 }
 
-template <class Out>
-const Out* composed_table(const postproc_handle& handle) {
-  if constexpr (std::is_same_v<Out, u8>) {
-    return handle.composed8.get();
-  } else {
-    return handle.composed16.get();
-  }
-}
-
-template <class In, class Out>
+template <int in, int out>
 void transform_plane(const postproc_handle& handle, u32 p, const plane_samples& plane) {
   const u16* const main_curve = handle.main_curve[p].get();
   const u16* const plane_curve = handle.plane_curve[p].get();
-  const Out* const composed = composed_table<Out>(handle);
+  const sample_of<out>* const composed = composed_table<out>(handle);
 
-  if (main_curve == nullptr && plane_curve == nullptr) {
-    map_samples<In, Out>(plane, [](u32 i) { return rescale<In, Out>(i); });
+  if (main_curve == nullptr && plane_curve == nullptr) {  // beside planes with curves
+    map_samples<in, out>(plane, [](u32 i) { return rescale<index_bits<in>(), out>(i); });
   } else if (composed != nullptr) {
-    const Out* const curve = composed + p * index_count(handle.flags);
-    map_samples<In, Out>(plane, [curve](u32 i) { return curve[i]; });
+    const sample_of<out>* const curve = composed + p * index_count(in);
+    map_samples<in, out>(plane, [curve](u32 i) { return curve[i]; });
   } else if (main_curve != nullptr && plane_curve != nullptr) {
-    map_samples<In, Out>(plane, [main_curve, plane_curve](u32 i) { return plane_curve[main_curve[i]]; });
+    map_samples<in, out>(plane, [main_curve, plane_curve](u32 i) { return plane_curve[main_curve[i]]; });
   } else {
     const u16* const curve = main_curve != nullptr ? main_curve : plane_curve;
-    map_samples<In, Out>(plane, [curve](u32 i) { return curve[i]; });
+    map_samples<in, out>(plane, [curve](u32 i) { return curve[i]; });
   }
 }
 
 // No curve anywhere: samples change their width only, and 16-bit ones keep all their bits.
-template <class In, class Out>
+template <int in, int out>
 void copy_samples(const u8* src, std::size_t count, u8* dst) {
-  if constexpr (sizeof(In) == sizeof(Out)) {
-    if (src != dst && count != 0) std::memcpy(dst, src, count * sizeof(In));
+  using sample_in = sample_of<in>;
+  using sample_out = sample_of<out>;
+  if constexpr (in == out) {
+    if (src != dst && count != 0) std::memcpy(dst, src, count * sizeof(sample_in));
   } else {
     for (std::size_t i = 0; i < count; ++i) {
-      const u32 sample = load_sample<In>(src + i * sizeof(In));
-      store_sample(dst + i * sizeof(Out), Out(sizeof(In) == sizeof(u8) ? widen_8_to_16(sample) : sample >> 8));
+      const sample_in sample = load_sample<sample_in>(src + i * sizeof(sample_in));
+      store_sample(dst + i * sizeof(sample_out), rescale<in, out>(sample));
     }
   }
 }
@@ -89,17 +86,18 @@ bool has_curves(const postproc_handle& handle) {
   return handle.main_curve[0] || std::any_of(handle.plane_curve, handle.plane_curve + handle.out_channels, has_curve);
 }
 
-template <class In, class Out>
-void transform(const postproc_handle& handle, const u8* src, u32 pixel_count, u8* dst) {
-  const u32 in = handle.in_channels, out = handle.out_channels;
-  if (!has_curves(handle)) return copy_samples<In, Out>(src, std::size_t{pixel_count} * out, dst);
+template <int in, int out>
+void postproc_line(const postproc_handle& handle, const u8* src, u32 pixel_count, u8* dst) {
+  constexpr u32 in_bytes = sizeof(sample_of<in>), out_bytes = sizeof(sample_of<out>);
+  const u32 in_channels = handle.in_channels, out_channels = handle.out_channels;
+  if (!has_curves(handle)) return copy_samples<in, out>(src, std::size_t{pixel_count} * out_channels, dst);
 
-  const u32 src_step = in * sizeof(In), dst_step = out * sizeof(Out);
+  const u32 src_step = in_channels * in_bytes, dst_step = out_channels * out_bytes;
   while (pixel_count != 0) {
     const u32 round = std::min(pixel_count, pixels_per_round);
-    for (u32 p = 0; p < out; ++p) {
-      const u32 from = p < in ? p : p - 3;  // the fifth plane comes from C, the sixth from M
-      transform_plane<In, Out>(handle, p, {src + from * sizeof(In), src_step, dst + p * sizeof(Out), dst_step, round});
+    for (u32 p = 0; p < out_channels; ++p) {
+      const u32 from = p < in_channels ? p : p - 3;  // the fifth plane comes from C, the sixth from M
+      transform_plane<in, out>(handle, p, {src + from * in_bytes, src_step, dst + p * out_bytes, dst_step, round});
     }
     src += round * src_step;
     dst += round * dst_step;
@@ -107,24 +105,49 @@ void transform(const postproc_handle& handle, const u8* src, u32 pixel_count, u8
   }
 }
 
-using transform_fn = void(const postproc_handle& handle, const u8* src, u32 pixel_count, u8* dst);
-constexpr transform_fn* transforms[] = {transform<u8, u8>, transform<u8, u16>, transform<u16, u8>, transform<u16, u16>};
+// In one buffer the samples of a plane would fall on those that later planes come from, so a round is kept apart until
+// it is complete.
+void postproc_line_shortened_in_place(const postproc_handle& handle, const u8* src, u32 pixel_count, u8* dst) {
+  u8 round[pixels_per_round * postproc_planes];
+  while (pixel_count != 0) {
+    const u32 pixels = std::min(pixel_count, pixels_per_round), bytes = pixels * handle.out_channels;
+    postproc_line<16, 8>(handle, src, pixels, round);
+    std::memcpy(dst, round, bytes);
+    src += pixels * handle.in_channels * sizeof(u16);
+    dst += bytes;
+    pixel_count -= pixels;
+  }
+}
+
+constexpr std::array<postproc_row, 5> rows{{
+    {16, 8, true, postproc_line_shortened_in_place},
+    {8, 8, false, postproc_line<8, 8>},
+    {8, 16, false, postproc_line<8, 16>},
+    {16, 8, false, postproc_line<16, 8>},
+    {16, 16, false, postproc_line<16, 16>},
+}};
+
+constexpr u32 row_for(u32 flags, bool in_place) {
+  return first_row(rows, [=](const postproc_row& row) {
+    return row.in == input_bits(flags) && row.out == output_bits(flags) && (in_place || !row.in_place);
+  });
+}
+
+static_assert([] {
+  for (const u32 flags : {u32{0}, VRK_IN16, VRK_OUT16, VRK_IN16 | VRK_OUT16}) {
+    if (row_for(flags, false) == rows.size()) return false;
+  }
+  return true;
+}());
 
 }  // namespace
-}  // namespace vrk
 
-extern "C" {
+std::span<const postproc_row> postproc_rows() { return rows; }
 
-using namespace vrk;
-
-uint32_t VRK_CALL vrk_xform_postproc(void* handle, const void* src, uint32_t pixel_count, void* dst) {
-  const auto& h = record_of<postproc_handle>(handle);
-  if (!is_channel_count(h.planes)) return 0;
-  if (!has_path(h.in_channels, h.out_channels)) return 0;
-
-  const bool in16 = has(h.flags, VRK_IN16), out16 = has(h.flags, VRK_OUT16);
-  transforms[2 * in16 + out16](h, static_cast<const u8*>(src), pixel_count, static_cast<u8*>(dst));
+u32 postproc_transform(const postproc_handle& handle, const u8* src, u32 pixel_count, u8* dst) {
+  if (!is_channel_count(handle.planes) || !has_path(handle.in_channels, handle.out_channels)) return 0;
+  rows[row_for(handle.flags, src == dst)].kernel(handle, src, pixel_count, dst);
   return 1;
 }
 
-}  // extern "C"
+}  // namespace vrk

@@ -1,9 +1,12 @@
 #include "postproc/postproc_setup.h"
 
-#include "base/flags.h"
-#include "base/tag.h"
-
+#include <algorithm>
 #include <span>
+
+#include "base/curve_image.h"
+#include "base/flags.h"
+#include "base/look_up_index.h"
+#include "base/tag.h"
 
 namespace vrk {
 namespace {
@@ -23,7 +26,7 @@ constexpr reduction main_reduction(u32 flags, bool plane_curve_follows) {
   const bool in16 = has(flags, VRK_IN16), out16 = has(flags, VRK_OUT16), mid10 = has(flags, VRK_MID10);
   const bool hands_on_10 = plane_curve_follows && (in16 || out16 || mid10);
   const reduction reduced = hands_on_10 ? take_10 : out16 ? take_16 : take_8;
-  return {index_count(flags), reduced.shift};
+  return {index_count(input_bits(flags)), reduced.shift};
 }
 
 // The plane curve: as many entries as what reaches it has values.
@@ -49,9 +52,7 @@ constexpr u32 main_curve_of(u32 curves, u32 plane) {
 
 bool check_main_table(const void* image, u32 planes, postproc_plan& plan) {
   const curve_image table(image, curve_image::bytes(1));
-  const bool header = table.check_header(version_002z);
-  if (!header) return header;
-  if (!is_channel_count(table.curve_count())) return false;
+  if (!table.check_header(version_002z) || !is_channel_count(table.curve_count())) return false;
 
   const u32 curves = table.curve_count();
   if (table.version() == tag("0010")) {  // the argument counts the channels
@@ -66,8 +67,7 @@ bool check_main_table(const void* image, u32 planes, postproc_plan& plan) {
 
 bool check_plane_table(const void* image) {
   const curve_image table(image, curve_image::bytes(1));
-  const bool header = table.check_header(version_001z, 1);
-  return header && table.output_count() > 1 ? false : header;
+  return table.check_header(version_001z, 1) && table.output_count() <= 1;
 }
 
 u16* reduced_curve(curve_image& image, u32 curve, reduction by, carver& block) {
@@ -82,7 +82,7 @@ u16* reduced_curve(curve_image& image, u32 curve, reduction by, carver& block) {
 // Both curves of every plane in one table: a plane without curves holds its indexes.
 template <class Out>
 void postproc_compose(const postproc_handle& handle, carver& block, ref<Out>& composed) {
-  const u32 indexes = index_count(handle.flags);
+  const u32 indexes = index_count(input_bits(handle.flags));
   const std::span<Out> table = block.section<Out>(u64{handle.out_channels} * indexes);
   for (u32 entry = 0; entry < table.size(); ++entry) {
     const u32 p = entry / indexes;
@@ -94,26 +94,20 @@ void postproc_compose(const postproc_handle& handle, carver& block, ref<Out>& co
   composed = table.data();
 }
 
-constexpr u32 sample_bytes(u32 flags) { return has(flags, VRK_OUT16) ? 2 : 1; }
+constexpr u32 sample_bytes(u32 flags) { return u32(output_bits(flags)) / 8; }
 
 }  // namespace
 
 bool postproc_check(const postproc_request& request, postproc_plan& plan) {
   plan = {request.planes, request.planes, 0};
-  if (request.main.on != 0) {
-    const bool main = check_main_table(request.main.image, request.planes, plan);
-    if (!main) return main;
-  }
-  for (const postproc_table& table : request.plane) {
-    const bool plane = table.on != 0 ? check_plane_table(table.image) : true;
-    if (!plane) return plane;
-  }
-  return true;
+  if (request.main.on != 0 && !check_main_table(request.main.image, request.planes, plan)) return false;
+  return std::ranges::all_of(
+      request.plane, [](const postproc_table& table) { return table.on == 0 || check_plane_table(table.image); });
 }
 
 u64 postproc_handle_size(const postproc_request& request, const postproc_plan& plan) {
   if (!is_channel_count(plan.out_channels)) return 0;
-  const u64 samples = plan.out_channels, indexes = index_count(request.flags);
+  const u64 samples = plan.out_channels, indexes = index_count(input_bits(request.flags));
 
   u64 size = postproc_record_bytes;
   if (request.main.on != 0) size += 2 * samples * indexes + section_slack;

@@ -1,9 +1,8 @@
 // The first pre-processor: balance by three steps, lift, contrast, curves.
 #include <algorithm>
 
-#include "base/carver.h"
-#include "base/flags.h"
 #include "preproc/preproc_kernels.h"
+#include "preproc/preproc_setup.h"
 #include "vrk.h"
 
 namespace {

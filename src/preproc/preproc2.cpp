@@ -1,8 +1,7 @@
 // The second pre-processor: as the first, with a two-dimensional balance control and no lift.
 #include <algorithm>
 
-#include "base/flags.h"
-#include "preproc/preproc_kernels.h"
+#include "preproc/preproc_setup.h"
 #include "vrk.h"
 
 namespace {

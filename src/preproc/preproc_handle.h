@@ -1,9 +1,5 @@
-// What both pre-processors share: the record at the start of a handle, and its creation. They differ in what a request
-// says.
+// The record at the start of a handle of either pre-processor.
 #pragma once
-
-#include <array>
-#include <optional>
 
 #include "base/carver.h"
 #include "base/flags.h"
@@ -29,24 +25,7 @@ struct preproc_handle {
 };
 static_assert(sizeof(preproc_handle) + record_slack <= 57);  // what the smaller of the two size rules counts for it
 
-// The caller's settings, and all that tells the two pre-processors apart.
-struct preproc_request {
-  u32 record_bytes{};                                 // counted for the record, flags word and layout byte
-  std::optional<std::array<i32, 3>> balance_steps{};  // R, G, B
-  double balance_unit{};  // twice what one step moves the middle of a curve by, of full scale
-  i8 lift_step{};         // 0: no such stage, as the next
-  i8 contrast_step{};
-  double contrast_exponent{};
-  bool use_curve{}, use_rgb_curves{};
-  const void* curve{};       // image of one curve
-  const void* rgb_curves{};  // image of three curves
-  u32 flags{};
-};
-
 // With wide tables the first stage present turns 8-bit values into 10-bit ones.
 constexpr bool preproc_is_wide(u32 flags) { return has(flags, VRK_OUT16 | VRK_MID10 | VRK_COMPOSE); }
-
-// The size when `mem` is null, else the bytes used; 0 on failure.
-u32 preproc_create(preproc_request request, void* mem);
 
 }  // namespace vrk

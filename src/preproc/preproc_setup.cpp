@@ -1,9 +1,9 @@
-#include "base/carver.h"
+#include "preproc/preproc_setup.h"
+
+#include <numeric>
 
 #include "base/curve_image.h"
-#include "base/flags.h"
 #include "base/tag.h"
-#include "preproc/preproc_handle.h"
 #include "preproc/preproc_kernels.h"
 #include "preproc/tone_tables.h"
 
@@ -90,7 +90,9 @@ void preproc_build(const preproc_request& request, carver& block) {
   if (has(flags, VRK_COMPOSE)) {
     const std::span<u16> tables = block.section<u16>(3 * input_levels);
     for (u32 channel = 0; channel < 3; ++channel) {
-      preproc_combine(handle, channel, tables.subspan(input_levels * channel).first<input_levels>());
+      const std::span<u16> table = tables.subspan(input_levels * channel, input_levels);
+      std::iota(table.begin(), table.end(), u16{0});
+      preproc_walk(handle, channel, table);
     }
     handle.combined = tables.data();
   }

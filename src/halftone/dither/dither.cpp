@@ -1,6 +1,3 @@
-#include "base/carver.h"
-
-#include "base/flags.h"
 #include "halftone/dither/dither_kernels.h"
 #include "halftone/dither/dither_setup.h"
 #include "vrk.h"

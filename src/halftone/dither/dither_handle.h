@@ -5,14 +5,14 @@
 
 #include "base/carver.h"
 #include "base/flags.h"
+#include "base/look_up_index.h"
 #include "base/ref.h"
-#include "base/samples.h"
 #include "halftone/planes.h"
 
 namespace vrk {
 
-// M: the largest input level, of bytes or of the top ten bits of 16-bit samples.
-constexpr u32 dither_top_level(u32 flags) { return has(flags, VRK_IN16) ? 1023 : 255; }
+// M: the largest input level.
+constexpr u32 dither_top_level(u32 flags) { return index_count(input_bits(flags)) - 1; }
 
 struct dither_plane {
   ref<u16> level_values;     // N input levels at which the output levels begin; none of these in an absent plane
@@ -22,7 +22,7 @@ struct dither_plane {
   u8 width, height;          // of the matrix
   u8 level_count;            // N; 0: absent
   u8 bits;                   // per output pixel
-  u8 packing;                // row of dither_packings
+  u8 row;                    // of dither_rows
 };
 
 struct dither_handle {

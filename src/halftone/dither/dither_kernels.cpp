@@ -1,40 +1,13 @@
 #include "halftone/dither/dither_kernels.h"
 
-#include "base/flags.h"
-
 #include <algorithm>
-#include <iterator>
-#include <utility>
+
+#include "base/flags.h"
+#include "base/look_up_index.h"
+#include "base/rows.h"
 
 namespace vrk {
 namespace {
-
-// Codes of the levels of a three-level K plane of 2 bits.
-enum class k_code : u8 { level, low_first /* 0, 1, 3 */, high_first /* 0, 2, 3 */ };
-
-// How the levels of one plane become bytes. The two ways to merge them differ where a table has more levels than its
-// bits can tell: then a level runs over into the pixel before it.
-struct dither_packing {
-  u8 bits;                      // per pixel
-  bool adds;                    // else ORs
-  k_code code = k_code::level;  // of K
-  bool one_interval = false;    // two levels: there is no interval to look up
-
-  friend constexpr bool operator==(const dither_packing&, const dither_packing&) = default;
-};
-
-constexpr std::array<dither_packing, 10> dither_packings{{
-    {1, false, k_code::level, true},
-    {1, false},
-    {2, false},
-    {4, false},
-    {2, false, k_code::low_first},
-    {2, false, k_code::high_first},
-    {1, true},
-    {2, true},
-    {4, true},
-    {8, true},
-}};
 
 // The mixes of bits that have a kernel of their own: it ORs, and under k_code3 it writes a K plane of three levels in
 // a code. All other mixes take the general kernel, which adds and knows no code.
@@ -45,7 +18,7 @@ struct dither_mix {
   k_code three_levels = k_code::level;
 };
 
-constexpr dither_mix dither_mixes[] = {
+constexpr std::array<dither_mix, 10> dither_mixes{{
     {6, 4, 4},
     {6, 2, 2},
     {6, 1, 1},
@@ -56,24 +29,13 @@ constexpr dither_mix dither_mixes[] = {
     {1, 0, 1},
     {1, 0, 2, k_code::low_first},
     {1, 0, 4},
-};
+}};
 
-// One plane of one scanline.
-struct plane_line {
-  const u8* src;
-  u32 src_step;  // bytes from pixel to pixel
-  u8* out;
-  u32 pixels;
-  const u8* level_lut;
-  const u16* const* rows;  // of the interval's threshold table: the row of this line
-  u32 width, column;       // of the matrix; column of the first pixel
-};
-
-template <class In, dither_packing packing>
-void dither_plane_line(const plane_line& line) {
+template <int in, dither_packing packing>
+void dither_plane_kernel(const dither_plane_line& line) {
   constexpr u32 pixels_per_byte = 8 / packing.bits;
   const u8* const level_lut = line.level_lut;
-  const u16* const* const rows = line.rows;
+  const u16* const* const thresholds = line.thresholds;
   const u32 src_step = line.src_step, width = line.width;
   const u8* src = line.src;
   u8* out = line.out;
@@ -81,10 +43,9 @@ void dither_plane_line(const plane_line& line) {
 
   // `packed` and behind it the level of the pixel at `src`.
   const auto appended = [=](u32 packed, const u8* src, u32 column) {
-    const u32 sample = load_sample<In>(src);
-    const u32 value = sizeof(In) == 1 ? sample : sample >> 6;
+    const u32 value = load_index<in>(src);
     const u32 interval = packing.one_interval ? 0 : level_lut[value];
-    const u32 level = interval + (value > rows[interval][column]);
+    const u32 level = interval + (value > thresholds[interval][column]);
     return packing.adds ? (packed << packing.bits) + level : packed << packing.bits | level;
   };
   const auto pack_wrapping = [&](u32 pixels) {
@@ -127,34 +88,59 @@ void dither_plane_line(const plane_line& line) {
   if (rest != 0) store(pack_wrapping(rest) << (pixels_per_byte - rest) * packing.bits);
 }
 
-using plane_line_fn = void(const plane_line& line);
+template <dither_packing packing>
+constexpr dither_row row_of = {packing, dither_plane_kernel<8, packing>, dither_plane_kernel<16, packing>};
 
-template <class In, std::size_t... row>
-constexpr std::array<plane_line_fn*, sizeof...(row)> kernels_of(std::index_sequence<row...>) {
-  return {dither_plane_line<In, dither_packings[row]>...};
+constexpr std::array<dither_row, 10> rows{{
+    row_of<{1, false, k_code::level, true}>,
+    row_of<{1, false}>,
+    row_of<{2, false}>,
+    row_of<{4, false}>,
+    row_of<{2, false, k_code::low_first}>,
+    row_of<{2, false, k_code::high_first}>,
+    row_of<{1, true}>,
+    row_of<{2, true}>,
+    row_of<{4, true}>,
+    row_of<{8, true}>,
+}};
+
+// mix: null for the general kernel. coded: K of three levels under k_code3.
+constexpr u32 row_for(const dither_mix* mix, u32 bits, u32 level_count, bool coded) {
+  dither_packing packing{u8(bits), mix == nullptr};
+  if (coded && mix != nullptr) packing.code = mix->three_levels;
+  if (bits == 1 && level_count == 2) packing = {1, false, k_code::level, true};
+  return first_row(rows, [&](const dither_row& row) { return row.packing == packing; });
 }
-constexpr auto kernels_8 = kernels_of<u8>(std::make_index_sequence<dither_packings.size()>{});
-constexpr auto kernels_16 = kernels_of<u16>(std::make_index_sequence<dither_packings.size()>{});
+
+static_assert([] {
+  const auto served = [](const dither_mix* mix, u32 bits, bool k) {
+    return row_for(mix, bits, 2, false) < rows.size() && row_for(mix, bits, 3, false) < rows.size() &&
+           (!k || row_for(mix, bits, 3, true) < rows.size());
+  };
+  for (const dither_mix& mix : dither_mixes) {
+    if (!served(&mix, mix.k_bits, true) || (mix.planes > 1 && !served(&mix, mix.colour_bits, false))) return false;
+  }
+  return served(nullptr, 1, true) && served(nullptr, 2, true) && served(nullptr, 4, true) && served(nullptr, 8, true);
+}());
 
 }  // namespace
 
-void dither_choose_packings(dither_handle& handle) {
+std::span<const dither_row> dither_rows() { return rows; }
+
+void dither_select_rows(dither_handle& handle) {
   const dither_plane& k = handle.plane[k_table_slot];
   const auto is_mix_of_handle = [&](const dither_mix& mix) {
     bool same = mix.planes == handle.plane_count && mix.k_bits == k.bits;
     for (u32 r = 1; r < handle.plane_count; ++r) same = same && mix.colour_bits == handle.plane[table_slot[r]].bits;
     return same;
   };
-  const auto* const mix = std::find_if(std::begin(dither_mixes), std::end(dither_mixes), is_mix_of_handle);
-  const bool general = mix == std::end(dither_mixes);
-  const bool coded_k = !general && has(handle.flags, VRK_K_CODE3) && k.level_count == 3;
+  const u32 found = first_row(dither_mixes, is_mix_of_handle);
+  const dither_mix* const mix = found == dither_mixes.size() ? nullptr : &dither_mixes[found];
+  const bool coded_k = has(handle.flags, VRK_K_CODE3) && k.level_count == 3;
 
   for (u32 r = 0; r < handle.plane_count; ++r) {
     dither_plane& plane = handle.plane[table_slot[r]];
-    dither_packing packing{plane.bits, general};
-    if (coded_k && r == 0) packing.code = mix->three_levels;
-    if (plane.bits == 1 && plane.level_count == 2) packing = {1, false, k_code::level, true};
-    plane.packing = u8(std::find(dither_packings.begin(), dither_packings.end(), packing) - dither_packings.begin());
+    plane.row = u8(row_for(mix, plane.bits, plane.level_count, coded_k && r == 0));
   }
 }
 
@@ -164,17 +150,18 @@ void dither_line(dither_handle& handle, const u8* src, const dither_outputs& out
   for (u32 r = 0; r < handle.plane_count; ++r) {
     const dither_plane& plane = handle.plane[table_slot[r]];
     const u32 row_start = handle.line_counter % plane.height * plane.width;
-    const u16* rows[254];
-    for (u32 j = 0; j + 1 < plane.level_count; ++j) rows[j] = plane.thresholds[j].get() + row_start;
-    const plane_line line{src + r * sample_bytes,
-                          handle.plane_count * sample_bytes,
-                          out[r],
-                          handle.block_width,
-                          plane.level_lut.get(),
-                          rows,
-                          plane.width,
-                          handle.block_x % plane.width};
-    (in16 ? kernels_16 : kernels_8)[plane.packing](line);
+    const u16* thresholds[254];
+    for (u32 j = 0; j + 1 < plane.level_count; ++j) thresholds[j] = plane.thresholds[j].get() + row_start;
+    const dither_plane_line line{src + r * sample_bytes,
+                                 handle.plane_count * sample_bytes,
+                                 out[r],
+                                 handle.block_width,
+                                 plane.level_lut.get(),
+                                 thresholds,
+                                 plane.width,
+                                 handle.block_x % plane.width};
+    const dither_row& row = rows[plane.row];
+    (in16 ? row.from_16 : row.from_8)(line);
   }
   ++handle.line_counter;
 }

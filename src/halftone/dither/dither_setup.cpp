@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <span>
 
-#include "base/flags.h"
 #include "base/tag.h"
 #include "halftone/dither/dither_kernels.h"
 
@@ -85,8 +84,7 @@ void build_level_lut(dither_plane& plane, u32 flags, carver& block) {
 }  // namespace
 
 bool dither_check_table(byte_view& image, u32 flags, dither_plan& plan) {
-  if (image.be32(0) != tag("dith")) return false;
-  if (image.be32(4) > version_001z) return false;
+  if (image.be32(0) != tag("dith") || image.be32(4) > version_001z) return false;
 
   u64 announced = header_bytes;
   plane_bytes level_counts{};
@@ -147,7 +145,7 @@ bool dither_build(const dither_plan& plan, u32 line_width, byte_view& image, car
   });
   for_each_present([&](dither_plane& plane) { build_thresholds(plane, plan.flags, block); });
   for_each_present([&](dither_plane& plane) { build_level_lut(plane, plan.flags, block); });
-  dither_choose_packings(*handle);
+  dither_select_rows(*handle);
   return block.ok() && image.ok();
 }
 
