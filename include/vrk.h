@@ -65,9 +65,8 @@
  *     vrk_xform_preproc, vrk_xform_preproc2, vrk_exec_dither, vrk_exec_ditherx  3 KiB
  *     every other function                                                      2 KiB
  *
- * PROCESSORS. On x86 the library uses SSE2 instructions, which the processor must have, and further vector instructions
- * only where it finds that the processor has them. Results and sizes depend neither on that nor on the build. Create
- * calls compute doubles in SSE2 registers and expect the rounding mode that threads start with, to nearest; the x87
+ * PROCESSORS. On x86 the library uses SSE2 instructions, which the processor must have. Results and sizes depend
+ * neither on the processor nor on the build. Create calls compute doubles in SSE2 registers and expect the rounding mode that threads start with, to nearest; the x87
  * control word does not matter.
  *
  * EXAMPLE: one page from RGB to four 1-bit planes.

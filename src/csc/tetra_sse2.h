@@ -58,6 +58,16 @@ struct grid_place {
   axis_place r, g, b;
 };
 
+// The place of a level in its cell. low: lowest level of the cell; scale: what turns a distance above it into the
+// fraction, in its place.
+inline axis_place place_in(u32 cell, u32 level, u32 low, u32 scale, u32 stride) {
+  return {((level - low) * scale & ~stride_mask) | stride, cell * stride};
+}
+template <int work>
+u32 cell_scale(const grid_axis_view<work>& axis, u32 cell) {
+  return axis.recip[cell] << (fraction_bit - precision<work>::frac_shift);
+}
+
 // Finds places on one axis for any level: its cell from the handle's index table, what belongs to the cell from here.
 template <csc_widths W, u32 stored>
 class axis_cells {
@@ -68,13 +78,13 @@ class axis_cells {
     stride_ = axis.stride;
     for (u32 cell = 0; cell + 1 < grid.grid_points; ++cell) {
       low_[cell] = axis.axis[cell];
-      scale_[cell] = axis.recip[cell] << (fraction_bit - precision<W.work>::frac_shift);
+      scale_[cell] = cell_scale(axis, cell);
     }
   }
 
   axis_place at(u32 level) const {
     const u32 cell = index_[level];
-    return {((level - low_[cell]) * scale_[cell] & ~stride_mask) | stride_, cell * stride_};
+    return place_in(cell, level, low_[cell], scale_[cell], stride_);
   }
 
  private:
@@ -82,8 +92,7 @@ class axis_cells {
 
   const u8* index_;
   u32 stride_;
-  u32 low_[most_cells];    // lowest level of a cell
-  u32 scale_[most_cells];  // what turns a distance above it into the fraction, in its place
+  u32 low_[most_cells], scale_[most_cells];
 };
 
 template <csc_widths W, u32 stored>
@@ -105,15 +114,18 @@ class level_lookup {
  public:
   explicit level_lookup(const color_grid& grid) {
     for (u32 a = 0; a < 3; ++a) {
-      const axis_cells<W, stored> cells(grid, a);
-      for (u32 level = 0; level < 256; ++level) place_[a][level] = cells.at(to_working<W>(level));
+      const grid_axis_view<W.work> axis(grid, a, stored);
+      for (u32 i = 0; i < 256; ++i) {
+        const u32 level = to_working<W>(i), cell = axis.index[level];
+        place_[a][i] = place_in(cell, level, axis.axis[cell], cell_scale(axis, cell), axis.stride);
+      }
     }
   }
 
   grid_place operator()(const rgb_pixel<W>& in) const { return {place_[0][in.r], place_[1][in.g], place_[2][in.b]}; }
 
  private:
-  axis_place place_[3][256];
+  axis_place place_[3][256];  // of every input level
 };
 
 template <csc_widths W, u32 stored>
