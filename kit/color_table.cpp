@@ -80,7 +80,7 @@ void put_delta(bytes& out, const color_grid& grid, unsigned bits, std::span<cons
   stream.align();
 }
 
-void put_grid(bytes& out, const color_grid& grid, grid_encoding encoding) {
+void put_grid(bytes& out, const color_grid& grid, grid_encoding encoding, unsigned delta_codes_unused) {
   switch (encoding) {
     case grid_encoding::raw16:
       return put_packed(out, grid, 16);
@@ -91,9 +91,9 @@ void put_grid(bytes& out, const color_grid& grid, grid_encoding encoding) {
     case grid_encoding::raw8:
       return put_packed(out, grid, 8);
     case grid_encoding::delta10:
-      return put_delta(out, grid, 10, delta10_codes);
+      return put_delta(out, grid, 10, std::span(delta10_codes).subspan(delta_codes_unused));
     case grid_encoding::delta8:
-      return put_delta(out, grid, 8, delta8_codes);
+      return put_delta(out, grid, 8, std::span(delta8_codes).subspan(delta_codes_unused));
   }
 }
 
@@ -117,7 +117,7 @@ bytes color_table::encode() const {
   for (const axis_positions& axis : axes) {
     for (const unsigned position : axis.empty() ? even_axis(grid.points) : axis) put_be16(out, position);
   }
-  put_grid(out, grid, encoding);
+  put_grid(out, grid, encoding, delta_codes_unused);
   return out;
 }
 

@@ -37,8 +37,8 @@ axis_positions even_axis(unsigned points);
 // bits of every sample. Optional fields that are not set follow the grid.
 //
 // Packed encodings write the last group of samples in full: `packed12` with an odd number of samples ends with one
-// unused field. Delta streams use the shortest code for every difference and end with the byte that holds the last
-// code.
+// unused field. Delta streams use the shortest code for every difference, of the codes that they use at all, and end
+// with the byte that holds the last code.
 struct color_table {
   std::optional<std::string> magic{};
   std::string version = "0010";
@@ -47,6 +47,7 @@ struct color_table {
   std::optional<unsigned> points{};
   grid_encoding encoding = grid_encoding::raw16;
   std::optional<unsigned> encoding_byte{};  // of the header, if it is to differ from `encoding`
+  unsigned delta_codes_unused = 0;          // how many of the shortest four are left out, at most 3
   std::array<axis_positions, 3> axes{};     // R, G, B; empty: even_axis
   color_grid grid{};
 

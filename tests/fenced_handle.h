@@ -32,35 +32,40 @@ class handle {
   std::uint32_t used() const { return used_; }
   std::size_t size() const { return mem_.contents().size(); }
 
-  // What transform(handle, src, dst) makes of samples that end at an unreadable page, at a fenced odd address. The
-  // handle must stay as it is.
+  // What transform(handle, src, dst) makes of samples that end at an unreadable page, at a fenced odd address: from an
+  // even and an odd address, and, where it comes out no longer than it went in, in place. Bytes that it leaves alone
+  // are 0xA5.
   template <class Transform>
-  kit::bytes fenced_line(const kit::bytes& src, std::size_t dst_bytes, Transform transform) {
+  kit::bytes line(kit::bytes src, std::size_t dst_bytes, Transform transform) {
+    const kit::bytes out = fenced_line(src, kit::bytes(dst_bytes, 0xA5), transform);
+    const kit::bytes over(src.begin(), src.begin() + std::ptrdiff_t(std::min(dst_bytes, src.size())));
+    src.push_back(0);
+    EXPECT_EQ(fenced_line(src, kit::bytes(dst_bytes, 0xA5), transform), out) << "from the next address";
+    if (over.size() == dst_bytes) {
+      const auto in_place = [&](void* handle, auto* from, auto* to) {
+        const std::uint32_t done = transform(handle, from, from);
+        std::copy_n(from, dst_bytes, to);
+        return done;
+      };
+      EXPECT_EQ(fenced_line(src, over, in_place), fenced_line(src, over, transform)) << "in place";
+    }
+    return out;
+  }
+
+ private:
+  // What transform makes over the bytes of `over`. The handle must stay as it is.
+  template <class Transform>
+  kit::bytes fenced_line(const kit::bytes& src, const kit::bytes& over, Transform transform) {
     const kit::bytes built = mem_.bytes();
     guarded_copy in(src);
-    fenced_block out(dst_bytes, 1);
+    fenced_block out(over.size(), 1);
+    std::ranges::copy(over, out.data());
     EXPECT_EQ(transform(get(), in.data(), out.data()), 1u);
     EXPECT_TRUE(out.fences_intact() && mem_.fences_intact());
     EXPECT_EQ(built, mem_.bytes()) << "a transform only reads its handle";
     return out.bytes();
   }
 
-  // The same; where it comes out as long, in place as well.
-  template <class Transform>
-  kit::bytes line(const kit::bytes& src, std::size_t dst_bytes, Transform transform) {
-    const kit::bytes out = fenced_line(src, dst_bytes, transform);
-    if (dst_bytes == src.size()) {
-      const auto in_place = [&](void* handle, auto* from, auto* to) {
-        const std::uint32_t done = transform(handle, from, from);
-        std::copy_n(from, dst_bytes, to);
-        return done;
-      };
-      EXPECT_EQ(fenced_line(src, dst_bytes, in_place), out) << "in place";
-    }
-    return out;
-  }
-
- private:
   fenced_block mem_;
   std::uint32_t used_;
 };

@@ -33,16 +33,28 @@ constexpr u32 solid_value(u32 v) {
   return v == full ? full : level;
 }
 
+// A sample as it is, but for what the working precision cuts off: to_output of to_working, in fewer steps.
+template <csc_widths W>
+constexpr sample_of<W.out> through_output(u32 sample) {
+  const u32 v = rescale<W.in, W.out>(sample);
+  if constexpr (W.out <= W.work) return sample_of<W.out>(v);
+  const u32 kept = v & W.full() << std::max(W.out - W.work, 0);
+  return sample_of<W.out>(kept | kept >> W.work);
+}
+
 // One sample a pixel, "gray" or "blck". Masked pixels become 0, `invert` or not.
 template <csc_widths W, csc1_rule rule>
 void csc1_mono_kernel(const csc1_handle& h, const u8* src, const u8* mask, u32 pixel_count, u8* dst) {
   const rgb_reader<W> read(h.layout);
   const u32 flip = has(h.flags, VRK_INVERT) ? W.full() : 0;  // v ^ full is full - v
   for (u32 p = 0; p < pixel_count; ++p, src += read.bytes(), dst += sizeof(sample_of<W.out>)) {
-    const rgb_pixel<W> in = read(src);
-    const u32 r = to_working<W>(in.r), g = to_working<W>(in.g), b = to_working<W>(in.b);
-    const u32 v = rule == csc1_rule::gray ? gray_value<W.work>(r, g, b) : black_value<W.full()>(r, g, b);
-    store_sample(dst, to_output<W>(u16(is_masked(mask, p) ? 0 : v ^ flip)));
+    u32 v = 0;
+    if (!is_masked(mask, p)) {
+      const rgb_pixel<W> in = read(src);
+      const u32 r = to_working<W>(in.r), g = to_working<W>(in.g), b = to_working<W>(in.b);
+      v = flip ^ (rule == csc1_rule::gray ? gray_value<W.work>(r, g, b) : black_value<W.full()>(r, g, b));
+    }
+    store_sample(dst, to_output<W>(u16(v)));
   }
 }
 
@@ -51,14 +63,17 @@ template <csc_widths W, csc1_rule rule>
 void csc1_rgb_kernel(const csc1_handle& h, const u8* src, const u8* mask, u32 pixel_count, u8* dst) {
   const rgb_reader<W> read(h.layout);
   const rgb_writer<W.out> write(h.layout);
+  const auto output = [](u32 sample) {
+    if constexpr (rule == csc1_rule::through) return through_output<W>(sample);
+    return to_output<W>(u16(solid_value<W.full()>(to_working<W>(sample))));
+  };
   for (u32 p = 0; p < pixel_count; ++p, src += read.bytes(), dst += write.bytes()) {
-    const rgb_pixel<W> in = read(src);
-    const bool masked = is_masked(mask, p);
-    const auto output = [masked](u32 sample) {
-      const u32 v = to_working<W>(sample);
-      return to_output<W>(u16(masked ? 0 : rule == csc1_rule::solid ? solid_value<W.full()>(v) : v));
-    };
-    write(dst, {{output(in.r), output(in.g), output(in.b)}});
+    if (is_masked(mask, p)) {
+      write(dst, {});
+    } else {
+      const rgb_pixel<W> in = read(src);
+      write(dst, {{output(in.r), output(in.g), output(in.b)}});
+    }
   }
 }
 

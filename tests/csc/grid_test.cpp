@@ -18,11 +18,14 @@ TEST(csc_grid, sizes_and_hints) {
     unsigned input_samples;
     std::uint32_t flags, size, hint;
   } cases[] = {
-      {grid3, 3, 0x00, 21297, 0x00},  {grid3, 3, 0x01, 52520, 0x11},  {grid3, 3, 0x4, 52520, 0x14},
-      {grid3, 3, 0x05, 52520, 0x15},  {grid3, 3, 0x10, 52520, 0x10},  {grid3, 3, 0x20, 21297, 0x00},
-      {grid3, 3, 0x21, 52520, 0x11},  {sub, 3, 0x8060, 324, 0x8040},  {sub, 3, 0x1, 324, 0x11},
-      {grid4, 3, 0x00, 21389, 0x00},  {grid4, 1, 0x04, 52612, 0x14},  {grid6, 3, 0x20, 31215, 0x00},
-      {grid6, 0x103, 1, 72264, 0x11}, {curve, 1, 0x00, 703, 0x00},    {curve, 1, 0x34, 959, 0x14},
+      {grid3, 3, 0x00, 21297, 0x00},  {grid3, 3, 0x01, 52520, 0x11},
+      {grid3, 3, 0x4, 52520, 0x14},   {grid3, 3, 0x05, 52520, 0x15},
+      {grid3, 3, 0x10, 52520, 0x10},  {grid3, 3, 0x20, 21297, 0x00},
+      {grid3, 3, 0x21, 52520, 0x11},  {grid3, 3, 0xFFFFFFEA, 21297, 0xFFFFFFCA},
+      {sub, 3, 0x8060, 324, 0x8040},  {sub, 3, 0x1, 324, 0x11},
+      {grid4, 3, 0x00, 21389, 0x00},  {grid4, 1, 0x04, 52612, 0x14},
+      {grid6, 3, 0x20, 31215, 0x00},  {grid6, 0x103, 1, 72264, 0x11},
+      {curve, 1, 0x00, 703, 0x00},    {curve, 1, 0x34, 959, 0x14},
       {curve, 0x201, 1, 65983, 0x11}, {curve, 1, 0x05, 131519, 0x15},
   };
   for (const auto& c : cases) {
@@ -61,56 +64,36 @@ TEST(csc_grid, any_delta_stream_is_built_or_refused) {
   }
 }
 
-// A run at once and pixels one by one, since long and short runs take different kernels; and into its own input where
-// pixels in and out have the same length.
-void expect_as_reference(const color_table& table, std::uint32_t flags, std::uint32_t layout, bool gray = false) {
-  const unsigned channels = table.grid.channels;
-  const layout_places in_place = gray ? layout_places{1, {0, 0, 0}} : layouts[layout > 3 ? 0 : layout];
-  const layout_places out_place = channels == 3 ? in_place : layout_places{channels, {0, 1, 2}};
-  auto pixels = varied_pixels(300, flags & VRK_IN16, layout + 1);
-  samples expected(pixels.size() * out_place.samples, flags & VRK_OUT16 ? 0xA5A5 : 0xA5);
-  const csc_reference reference(table, flags, gray);
-  for (std::size_t p = 0; p < pixels.size(); ++p) {
-    if (gray) pixels[p].fill(pixels[p][2]);
-    const samples out = reference(pixels[p]);
-    for (unsigned c = 0; c < channels; ++c) expected[p * out_place.samples + (c < 3 ? out_place.rgb[c] : c)] = out[c];
-  }
-  converter csc(table.encode(), flags, gray ? 1 : 3, layout % 8 * 4);
-  csc.set_layout(layout);
-  const samples src = laid_out(pixels, in_place);
-  EXPECT_EQ(csc.run(src, unsigned(pixels.size()), out_place.samples), expected);
-  for (std::size_t p = 0; p < pixels.size(); p += 7) {
-    const auto part = [p](const samples& all, unsigned length) {
-      return samples(all.begin() + std::ptrdiff_t(p * length), all.begin() + std::ptrdiff_t((p + 1) * length));
-    };
-    EXPECT_EQ(csc.run(part(src, in_place.samples), 1, out_place.samples), part(expected, out_place.samples));
-  }
-  std::vector<std::uint8_t> buffer = packed(laid_out(pixels, in_place, 0xA5A5), flags & VRK_IN16);
-  if (buffer.size() != packed(expected, flags & VRK_OUT16).size()) return;
-  csc.run(buffer.data(), nullptr, unsigned(pixels.size()), buffer.data());
-  EXPECT_EQ(unpacked(buffer, flags & VRK_OUT16), expected);
-}
-
-// Layouts that do not exist are layout 0.
 TEST(csc_grid, all_widths_axes_encodings_and_layouts_as_the_reference) {
   constexpr std::uint32_t some_layouts[] = {0, 1, 2, 3, 4, 0x101, 0xFFFFFFFF};
   for (const unsigned channels : all_channels) {
     for (const std::uint32_t flags : csc_flags) {
       unsigned seed = 0;
-      for (const axis_span r : {full_axis, early_end, inner_axis, steep_axis, steepest_axis}) {
+      for (const axis_span r : {full_axis, early_end, inner_axis, steep_axis, early_half, steepest_axis}) {
         if (flags == 0 && r.narrow) continue;
         for (const axis_span g : {full_axis, early_end, inner_axis, steep_axis}) {
           SCOPED_TRACE(testing::Message() << channels << " channels, flags " << flags << ", axes to " << r.last
                                           << " and " << g.last << ", seed " << seed);
           color_table table = random_table(channels, seed / 2 % 5 + 2, seed, r, g, full_axis);
           table.encoding = encodings(channels)[seed % 5];
-          expect_as_reference(table, flags, some_layouts[seed % 7]);
-          if (channels != 3) expect_as_reference(table, flags, 0, true);
+          table.delta_codes_unused = seed / 5 % 4;
+          const std::uint32_t layout = some_layouts[seed % 7];
+          const auto pixels = varied_pixels(300, flags & VRK_IN16, layout + 1);
+          expect_as_reference(by_grid(table, flags), pixels, layout);
+          if (channels != 3) expect_as_reference(by_grid(table, flags, true), pixels, layout);
           ++seed;
         }
       }
     }
   }
+}
+
+// Distances between grid points that need all their bits, and cell numbers of eight.
+TEST(csc_grid, large_grids_as_the_reference) {
+  expect_as_reference(by_grid(random_table(6, 40, 2), VRK_PREC12), varied_pixels(300, false), 0);
+  color_table table = random_table(3, 255, 2);
+  table.encoding = vrk::kit::grid_encoding::raw8;
+  expect_as_reference(by_grid(table, 0), varied_pixels(300, false), 0);
 }
 
 TEST(csc_grid, handles_take_their_size_at_every_address) {

@@ -1,0 +1,63 @@
+// Every row of both families, in runs of all lengths and with every sort of grid that it serves.
+#include "csc/csc1_kernels.h"
+#include "csc/csc2_kernels.h"
+#include "tests/csc/csc_reference.h"
+
+namespace {
+
+using namespace vrk::test;
+
+std::uint32_t flags_of(const vrk::csc_widths& widths) {
+  return *std::ranges::find(csc_flags, widths,
+                            [](std::uint32_t flags) { return vrk::csc_widths_of(vrk::csc_adjust_flags(flags)); });
+}
+
+// bounded: with axes that all rows serve.
+vrk::kit::color_table table_for(unsigned channels, unsigned round, bool twelve, bool bounded) {
+  if (round == 3 && !bounded) return random_table(channels, 4, 7, inner_axis, steep_axis, early_end);
+  if (round == 2 && twelve) return random_table(channels, 2, 8, early_half, full_axis, early_half);
+  return random_table(channels, round * 7 + 2, round, full_axis, full_axis, full_axis);
+}
+
+// Has a handle's runs converted by one row, whatever their length.
+template <class Handle, class Row>
+auto by_row(std::span<const Row> rows, const Row& row) {
+  return [=, &row](void* handle) {
+    Handle& h = vrk::record_of<Handle>(handle);
+    h.row = h.short_run_row = vrk::u32(&row - rows.data());
+    EXPECT_TRUE(h.grid.bounded || !row.bounded);
+  };
+}
+
+TEST(csc1, rows) {
+  const std::uint8_t mask[300 / 8 + 1] = {0x80, 0xFF, 0x00, 0x12, 0x77, 0x01};
+  const auto rows = vrk::csc1_rows();
+  for (const vrk::csc1_row& row : rows) {
+    const std::uint32_t flags = flags_of(row.widths);
+    for (unsigned round = 0; round < 4; ++round) {
+      SCOPED_TRACE(testing::Message() << "row " << &row - rows.data() << ", round " << round);
+      const bool by_the_grid = row.rule == vrk::csc1_rule::grid;
+      const conversion c = by_the_grid ? by_grid(table_for(3, round, row.widths.work == 12, row.bounded), flags)
+                                       : by_rule(fixed_rules[unsigned(row.rule) - 1], flags);
+      expect_as_reference(c, varied_pixels(300, flags & VRK_IN16, round), round, round < 2 ? nullptr : mask,
+                          by_row<vrk::csc1_handle>(rows, row));
+    }
+  }
+}
+
+TEST(csc2, rows) {
+  const auto rows = vrk::csc2_rows();
+  for (const vrk::csc2_row& row : rows) {
+    const std::uint32_t flags = flags_of(row.widths);
+    for (unsigned round = 0; round < 4; ++round) {
+      SCOPED_TRACE(testing::Message() << "row " << &row - rows.data() << ", round " << round);
+      const conversion c =
+          row.inks == 1 ? by_curve(flags)
+                        : by_grid(table_for(row.inks, round, row.widths.work == 12, row.bounded), flags, row.gray);
+      expect_as_reference(c, varied_pixels(300, flags & VRK_IN16, round), round, nullptr,
+                          by_row<vrk::csc2_handle>(rows, row));
+    }
+  }
+}
+
+}  // namespace
