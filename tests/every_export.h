@@ -2,12 +2,14 @@
 // the stack pointer, for loading by name) passes `call`.
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "kit/blob.h"
 #include "kit/color_grids.h"
 #include "kit/presets.h"
 #include "kit/tone_curves.h"
+#include "tests/guard.h"
 #include "vrk.h"
 
 namespace vrk::test {
@@ -26,14 +28,15 @@ struct job_tables {
 };
 
 // call(name, function, arguments...) runs the export and returns what it returns. The result is the number of exports
-// that failed, so that a watcher cannot count calls that did nothing.
+// that failed, so that a watcher cannot count calls that did nothing. Handles have as much memory as they ask for,
+// `offset` past a 32-byte boundary.
 template <class Call>
-int call_every_export(Call&& call) {
+int call_every_export(Call&& call, std::size_t offset = 0) {
 #define EXPORT(name) #name, &name
   static const job_tables tables;
   constexpr std::uint32_t width = 24;
   std::vector<std::uint8_t> src(width * 8, 0x90), dst(width * 16);
-  std::vector<std::uint64_t> mem(1 << 17);
+  std::optional<fenced_block> mem;
   std::uint8_t lines[8][64];
   std::uint8_t* const planes[] = {lines[0], lines[1], lines[2], lines[3], lines[4], lines[5], lines[6], lines[7]};
   std::uint8_t bits[6];
@@ -43,9 +46,14 @@ int call_every_export(Call&& call) {
   const auto size = [](const kit::bytes& image) { return std::uint32_t(image.size()); };
   int failed = 0;
   const auto built = [&failed](std::uint32_t bytes) { failed += bytes == 0; };
-  void* const handle = mem.data();
+  void* handle = nullptr;
   const auto create = [&](auto* name, auto* function, auto... arguments) {
-    for (void* const at : {static_cast<void*>(nullptr), handle}) built(call(name, function, arguments..., at));
+    const std::uint32_t needed = call(name, function, arguments..., handle = nullptr);
+    built(needed);
+    if (mem) failed += !mem->fences_intact();
+    mem.emplace(needed, offset);
+    handle = mem->data();
+    built(call(name, function, arguments..., handle));
   };
 
   built(call(EXPORT(vrk_get_version)) != nullptr);
@@ -120,7 +128,7 @@ int call_every_export(Call&& call) {
   call(EXPORT(vrk_end_dither_block), handle);
   call(EXPORT(vrk_free_dither), handle);
 #undef EXPORT
-  return failed;
+  return failed + !mem->fences_intact();
 }
 
 }  // namespace vrk::test

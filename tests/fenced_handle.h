@@ -25,7 +25,8 @@ class handle {
     EXPECT_TRUE(mem_.fences_intact());
     fenced_block other(mem_.contents().size(), offset, 0x5A);
     EXPECT_EQ(create(other.data()), used_);
-    EXPECT_TRUE(std::ranges::equal(mem_.contents().first(used_), other.contents().first(used_)));
+    const kit::bytes built = mem_.bytes(), again = other.bytes();
+    EXPECT_TRUE(std::equal(built.begin(), built.begin() + used_, again.begin()));
   }
 
   void* get() { return mem_.data(); }

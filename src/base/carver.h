@@ -8,7 +8,21 @@
 
 #include "base/integers.h"
 
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/asan_interface.h>
+#endif
+
 namespace vrk {
+
+// Builds with the address sanitizer watch what was not handed out of a handle: the gaps between its pieces and the rest
+// behind the last one. An access there ends the program.
+#ifdef __SANITIZE_ADDRESS__
+inline void watch_memory(void* at, u64 bytes) { ASAN_POISON_MEMORY_REGION(at, bytes); }
+inline void unwatch_memory(void* at, u64 bytes) { ASAN_UNPOISON_MEMORY_REGION(at, bytes); }
+#else
+inline void watch_memory(void*, u64) {}
+inline void unwatch_memory(void*, u64) {}
+#endif
 
 constexpr u32 section_alignment = 32;  // tables begin on 32-byte boundaries of the address itself
 constexpr u32 section_slack = 31;      // what one such boundary can cost
@@ -40,7 +54,11 @@ T& record_of(void* handle) {
 // gaps included, so that the same tables give the same bytes whatever the memory held before.
 class carver {
  public:
-  carver(void* mem, u64 size) : base_(static_cast<u8*>(mem)), size_(size) { std::memset(mem, 0, std::size_t(size)); }
+  carver(void* mem, u64 size) : base_(static_cast<u8*>(mem)), size_(size) {
+    unwatch_memory(mem, size);
+    std::memset(mem, 0, std::size_t(size));
+    watch_memory(mem, size);
+  }
 
   // The handle record, where record_of finds it: constructed (all fields as their initialisers say).
   // counted_bytes: what the size rule counts for it and its alignment; the next piece follows behind them.
@@ -48,14 +66,18 @@ class carver {
   T* record(u64 counted_bytes = sizeof(T)) {
     const u64 gap = gap_to(base_, alignof(T));
     u8* const at = reserve(std::max(counted_bytes, gap + sizeof(T)), 1);
-    return at == nullptr ? nullptr : new (at + gap) T{};
+    if (at == nullptr) return nullptr;
+    unwatch_memory(at + gap, sizeof(T));
+    return new (at + gap) T{};
   }
 
   // `count` entries at the next address that T needs.
   template <class T>
   std::span<T> take(u64 count, std::size_t alignment = alignof(T)) {
     u8* const at = reserve(count * sizeof(T), alignment);
-    return at == nullptr ? std::span<T>{} : std::span<T>(reinterpret_cast<T*>(at), std::size_t(count));
+    if (at == nullptr) return {};
+    unwatch_memory(at, count * sizeof(T));
+    return {reinterpret_cast<T*>(at), std::size_t(count)};
   }
 
   // `count` entries at the next 32-byte boundary.
@@ -63,6 +85,9 @@ class carver {
   std::span<T> section(u64 count) {
     return take<T>(count, section_alignment);
   }
+
+  // Kernels may read as many bytes behind the last piece, gap or not.
+  void read_behind(u64 bytes) { unwatch_memory(base_ + used_, std::min(bytes, size_ - used_)); }
 
   u64 used() const { return used_; }
   bool ok() const { return ok_; }

@@ -44,6 +44,7 @@ bool build(const grid_plan& plan, byte_view& image, carver& block, color_grid& g
   std::span<u32> recip[3];
   for (auto& section : axis) section = block.section<sample>(n);
   const std::span<sample> grid_samples = block.section<sample>(plan.format->stored * points);
+  block.read_behind(4);  // points of six samples are loaded as vectors of eight
   for (auto& section : index) section = block.section<u8>(levels);
   for (auto& section : recip) section = block.section<u32>(n - 1);
   if (!block.ok() || !image.take(header_bytes, 3 * 2 * n)) return false;

@@ -74,7 +74,7 @@ TEST(log, tags_that_follow_from_the_arguments) {
   for (const auto& [fn, kind, tag] : tag_cases) {
     kit::blob blob = blob_of(kind.substr(0, 4), {"H", "X", "HR-9", "XR00", "XR+9", tag});
     blob.entries.push_back({tag, {9}});  // the first of two wins
-    for (const std::string version : {"0010", "001z", "0020", "002z", "0030"}) {
+    for (const std::string version : {"0010", "001z", "0020", "002z", "0030", "\260010"}) {
       blob.version = version;
       EXPECT_EQ(find(fn, blob.encode()), version <= kind.substr(4) ? tag : "") << tag << " in version " << version;
     }
@@ -161,17 +161,33 @@ TEST(log, blobs_that_do_not_hold_up) {
       {"end mark", [](auto& b) { b.end_mark = 0; }},
       {"no entries", [](auto& b) { b.entry_count = 0; }},
       {"directory runs past the blob", [](auto& b) { b.entry_count = 2; }},
-      {"data one byte past the blob", [](auto& b) { b.entries[0].length = 3; }},
-      {"offset past the blob", [](auto& b) { b.entries[0].offset = 55; }},
+      {"data one byte past the blob", [](auto& b) { ++*b.entries[0].length; }},
+      {"offset past the blob", [](auto& b) { b.entries[0].offset = 1000; }},
       {"offset and length wrap around", [](auto& b) { b.entries[0].offset = 0xFFFFFFFF; }},
   };
-  for (const auto& [what, make] : faults) {
-    kit::blob bad = blob_of("OTGM", {"HN"});
-    make(bad);
-    EXPECT_EQ(find(with(vrk_log_outgamma, 0), bad.encode()), "") << what;
+  for (const auto& [fn, kind, tag] : tag_cases) {
+    for (const auto& [what, make] : faults) {
+      kit::blob bad = blob_of(kind.substr(0, 4), {tag});
+      bad.entries[0].length = tag.size();
+      make(bad);
+      EXPECT_EQ(find(fn, bad.encode()), "") << tag << ": " << what;
+    }
   }
   kit::bytes part = blob_of("OTGM", {"HN"}).encode();
   for (part.pop_back(); !part.empty(); part.pop_back()) EXPECT_EQ(find(with(vrk_log_outgamma, 0), part), "");
+}
+
+TEST(log, blobs_that_just_hold_up) {
+  std::vector<std::string> tags(300, "X");
+  tags.push_back("HN");
+  EXPECT_EQ(find(with(vrk_log_outgamma, 0), blob_of("OTGM", tags).encode()), "HN");
+
+  for (const auto& [offset, found] : {std::pair{52u, 1u}, {53u, 0u}}) {  // of nothing, at the blob's end and behind it
+    const kit::bytes blob = kit::blob{.type = "OTGM", .entries = {{"HN", {}, offset}}}.encode();
+    vrk_table_ref ref{77, nullptr};
+    EXPECT_EQ(vrk_log_outgamma(52, blob.data(), &ref, 0), found);
+    EXPECT_EQ(ref.length, 0u);
+  }
 }
 
 TEST(log, arguments_out_of_range_leave_the_length_alone) {

@@ -84,7 +84,11 @@ class ed_library {
   }
 
   void* handle() { return mem_.data(); }
-  std::span<const u8> bytes() const { return mem_.contents().first(used_); }
+  std::vector<u8> bytes() const {
+    std::vector<u8> built = mem_.bytes();
+    built.resize(used_);
+    return built;
+  }
   bool start(unsigned block_width, unsigned x, unsigned line) {
     return vrk_start_ed_block(handle(), block_width, x, line) == 1;
   }

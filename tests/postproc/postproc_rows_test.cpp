@@ -1,0 +1,41 @@
+// Every row of the post-processing kernels.
+#include "postproc/postproc_kernels.h"
+#include "tests/postproc/postproc_reference.h"
+
+namespace {
+
+using namespace vrk;
+using namespace vrk::test;
+
+// Runs around the length of one round over the planes. A row for lines in place runs in place only.
+TEST(postproc_rows, equal_the_definition) {
+  const curve_table a = random_curves(1, 11), b = random_curves(1, 12);
+  for (const postproc_row& row : postproc_rows()) {
+    for (const u32 more : {u32{0}, VRK_COMPOSE}) {
+      const u32 flags = more | (row.in == 16 ? VRK_IN16 : 0) | (row.out == 16 ? VRK_OUT16 : 0);
+      const postproc_job jobs[] = {{4, {}, {}, flags},
+                                   {6, {}, {{{}, a, {}, {}, b}}, flags},
+                                   {1, random_curves(1), {a}, flags},
+                                   {4, counting_curves(4, 6), {{{}, a, b, {}, {}, b}}, flags}};
+      for (const postproc_job& j : jobs) {
+        handle h(j);
+        for (const u32 pixels : {1u, 511u, 513u, 1030u}) {
+          samples src = all_levels(j);
+          src.resize(pixels * j.in());
+          const auto run = [&](void* at, auto* in, auto* out) {
+            u8* const to = row.in_place ? in : out;
+            row.kernel(record_of<postproc_handle>(at), in, pixels, to);
+            if (row.in_place) std::copy_n(in, pixels * j.out(), out);
+            return 1u;
+          };
+          const std::size_t dst_bytes = pixels * j.out() * u32(row.out) / 8;
+          const kit::bytes out = h.line(packed(src, row.in == 16), dst_bytes, run);
+          EXPECT_EQ(unpacked(out, row.out == 16), postproc_reference{j}.line(src))
+              << row.in << " to " << row.out << " bits, in place " << row.in_place << ", job " << &j - jobs;
+        }
+      }
+    }
+  }
+}
+
+}  // namespace
