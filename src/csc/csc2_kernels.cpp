@@ -1,5 +1,7 @@
 #include "csc/csc2_kernels.h"
 
+#include <cstring>
+
 #include "base/rows.h"
 #include "csc/convert.h"
 #include "csc/tetra_sse2.h"
@@ -14,6 +16,26 @@ void csc2_grid_kernel(const csc2_handle& h, const u8* src, u32 pixel_count, u8* 
   using interpolation = interpolation_of<W, inks, gray, bounded>;
   convert_pixels<W, inks, reader, plane_writer<W.out, inks>, interpolation>(h.grid, h.layout, src, no_mask{},
                                                                             pixel_count, dst);
+}
+
+// Gray input of 8 bits has so few levels that a run is worth a table of their output pixels.
+template <csc_widths W, u32 inks>
+void csc2_gray_levels_kernel(const csc2_handle& h, const u8* src, u32 pixel_count, u8* dst) {
+  constexpr u32 pixel_bytes = inks * sizeof(sample_of<W.out>);
+  u8 level[256], pixel[256][pixel_bytes];
+  for (u32 i = 0; i < 256; ++i) level[i] = u8(i);
+  csc2_grid_kernel<W, inks, true, false>(h, level, 256, pixel[0]);
+  for (; pixel_count != 0; --pixel_count, ++src, dst += pixel_bytes) std::memcpy(dst, pixel[*src], pixel_bytes);
+}
+constexpr u32 shortest_gray_levels_run = 320;  // 256 pixels for the table, and some for its memory
+
+template <csc_widths W, u32 inks>
+constexpr csc2_row long_gray_row() {
+  if constexpr (W.in == 8) {
+    return {inks, true, W, false, shortest_gray_levels_run, csc2_gray_levels_kernel<W, inks>};
+  } else {
+    return {inks, true, W, true, shortest_bounded_run, csc2_grid_kernel<W, inks, true, true>};
+  }
 }
 
 template <csc_widths W>
@@ -32,9 +54,9 @@ constexpr auto rows = rows_of_all_csc_widths([]<csc_widths W>() {
       {4, false, W, false, 0, csc2_grid_kernel<W, 4, false, false>},
       {6, false, W, true, shortest_bounded_run, csc2_grid_kernel<W, 6, false, true>},
       {6, false, W, false, 0, csc2_grid_kernel<W, 6, false, false>},
-      {4, true, W, true, shortest_bounded_run, csc2_grid_kernel<W, 4, true, true>},
+      long_gray_row<W, 4>(),
       {4, true, W, false, 0, csc2_grid_kernel<W, 4, true, false>},
-      {6, true, W, true, shortest_bounded_run, csc2_grid_kernel<W, 6, true, true>},
+      long_gray_row<W, 6>(),
       {6, true, W, false, 0, csc2_grid_kernel<W, 6, true, false>},
       {1, true, W, false, 0, csc2_curve_kernel<W>},
   }};

@@ -11,7 +11,7 @@ namespace vrk {
 // An input pixel as it was read. `key` tells pixels apart in one comparison; no pixel has the key `no_pixel`.
 template <csc_widths W>
 struct rgb_pixel {
-  using key_type = std::conditional_t < 3 * W.in<32, u32, u64>;
+  using key_type = std::conditional_t<(3 * W.in < 32), u32, u64>;
   static constexpr key_type no_pixel = ~key_type{0};
 
   u32 r, g, b;
