@@ -70,7 +70,7 @@ const struct {
     {with(vrk_log_csc2, 0, 6, 0, 0, 0, 0), "CS2T001z", "HS"},
 };
 
-TEST(log, tags_that_follow_from_the_arguments) {
+TEST(look_up, tags_that_follow_from_the_arguments) {
   for (const auto& [fn, kind, tag] : tag_cases) {
     kit::blob blob = blob_of(kind.substr(0, 4), {"H", "X", "HR-9", "XR00", "XR+9", tag});
     blob.entries.push_back({tag, {9}});  // the first of two wins
@@ -84,7 +84,7 @@ TEST(log, tags_that_follow_from_the_arguments) {
   }
 }
 
-TEST(log, rank_falls_back_to_the_entry_of_all_inks) {
+TEST(look_up, rank_falls_back_to_the_entry_of_all_inks) {
   kit::blob blob = blob_of("HRKT", {"HR+2", "HR-9", "HY-9"});
   EXPECT_EQ(find(with(vrk_log_rank, 0, -9, 0), blob.encode()), "HR-9");
   EXPECT_EQ(find(with(vrk_log_rank, 0, 2, 5), blob.encode()), "HR+2");
@@ -138,7 +138,7 @@ const csc_case csc_cases[] = {
     {2, 1, 7, ' ', 1, 1, 1, 1, "", ""},
 };
 
-TEST(log, converter_tags) {
+TEST(look_up, converter_tags) {
   for (const csc_case& c : csc_cases) {
     kit::blob blob = blob_of(c.converter == 1 ? "CS1T" : "CS2T", {"HT", "HP", "HS", "HC", "HG", "HBK", "HSC", "HN",
                                                                   "HPG", "XT", "XP", "XS", "XC", "XN", "XPG", "XNG"});
@@ -155,7 +155,7 @@ TEST(log, converter_tags) {
   EXPECT_EQ(find(untested, blob_of("CS2T", {"HPG", "HNP"}).encode()), "HNP") << "in place of HPP, which is missing";
 }
 
-TEST(log, blobs_that_do_not_hold_up) {
+TEST(look_up, blobs_that_do_not_hold_up) {
   const std::pair<const char*, std::function<void(kit::blob&)>> faults[] = {
       {"magic", [](auto& b) { b.magic = "ISTC"; }},
       {"end mark", [](auto& b) { b.end_mark = 0; }},
@@ -177,7 +177,7 @@ TEST(log, blobs_that_do_not_hold_up) {
   for (part.pop_back(); !part.empty(); part.pop_back()) EXPECT_EQ(find(with(vrk_log_outgamma, 0), part), "");
 }
 
-TEST(log, blobs_that_just_hold_up) {
+TEST(look_up, blobs_that_just_hold_up) {
   std::vector<std::string> tags(300, "X");
   tags.push_back("HN");
   EXPECT_EQ(find(with(vrk_log_outgamma, 0), blob_of("OTGM", tags).encode()), "HN");
@@ -190,7 +190,7 @@ TEST(log, blobs_that_just_hold_up) {
   }
 }
 
-TEST(log, arguments_out_of_range_leave_the_length_alone) {
+TEST(look_up, arguments_out_of_range_leave_the_length_alone) {
   kit::bytes image = blob_of("OTGM", {"HN"}).encode();
   const auto kept = [&](const look_up& fn, std::size_t size, const void* blob) {
     vrk_table_ref ref{77, nullptr};
