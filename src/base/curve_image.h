@@ -26,7 +26,7 @@ class curve_image {
   bool check_header(u32 newest, u32 curves) const;
 
   u16 entry(u32 curve, u32 level10) { return image_.be16(bytes(curve) + 2 * level10); }
-  u16 sample(u32 curve, u32 level8) { return entry(curve, widen_8_to_10(level8)); }
+  u16 sample(u32 curve, u32 level8) { return entry(curve, rescale<8, 10>(level8)); }
 
   // False once anything was read that the image does not hold (it read as 0).
   bool ok() const { return image_.ok(); }

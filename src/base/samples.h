@@ -45,10 +45,6 @@ constexpr sample_of<to> rescale(u32 v) {
 static_assert(rescale<8, 10>(255) == 1023 && rescale<8, 12>(0x81) == 0x818 && rescale<10, 12>(0x201) == 0x806);
 static_assert(rescale<10, 16>(1023) == 65535 && rescale<12, 16>(0x123) == 0x1231 && rescale<16, 12>(0x1234) == 0x123);
 
-constexpr u16 widen_8_to_10(u32 v) { return rescale<8, 10>(v); }
-constexpr u16 widen_8_to_16(u32 v) { return rescale<8, 16>(v); }
-constexpr u16 widen_10_to_16(u32 v) { return rescale<10, 16>(v); }
-
 // Samples in the machine's byte order. 16-bit ones may lie at odd addresses.
 template <class T>
 T load_sample(const u8* p) {

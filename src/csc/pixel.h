@@ -3,7 +3,7 @@
 
 #include <type_traits>
 
-#include "base/pixel_layout.h"
+#include "base/rgb_layout.h"
 #include "csc/widths.h"
 
 namespace vrk {
@@ -31,7 +31,7 @@ struct sample_places {
   u32 pixel;            // from one pixel to the next
 
   explicit sample_places(u32 layout) {
-    const pixel_layout& l = pixel_layouts[layout < layout_count ? layout : 0];
+    const rgb_layout& l = rgb_layouts[layout < layout_count ? layout : 0];
     constexpr u32 s = sizeof(sample_of<bits>);
     r = l.r * s, step = (std::ptrdiff_t(l.g) - l.r) * s, pixel = l.samples * s;
   }

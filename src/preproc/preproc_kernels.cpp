@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "base/curve_image.h"
-#include "base/pixel_layout.h"
+#include "base/rgb_layout.h"
 #include "base/rows.h"
 
 namespace vrk {
@@ -17,7 +17,7 @@ void preproc_walk(const preproc_handle& handle, u32 channel, std::span<u16> valu
   // by_10_bits: the table is entered by 10-bit values. shift: from its entries to the values it hands on.
   const auto apply = [&](const u16* table, bool by_10_bits, int shift) {
     const bool widen = by_10_bits && !is_10_bits;
-    for (u16& v : values) v = u16(table[widen ? widen_8_to_10(v) : v] >> shift);
+    for (u16& v : values) v = u16(table[widen ? rescale<8, 10>(v) : v] >> shift);
     is_10_bits = wide;
   };
 
@@ -52,7 +52,7 @@ struct output_levels {
   using sample = sample_of<out>;
   std::array<sample, input_levels> r, g, b;  // entries of levels that do not occur may not be set
 
-  output_levels(const preproc_handle& handle, const pixel_layout& layout, const u8* src, u32 pixel_count) {
+  output_levels(const preproc_handle& handle, const rgb_layout& layout, const u8* src, u32 pixel_count) {
     const auto fill = [&](u32 channel, u32 place, sample* samples) {
       std::array<u16, input_levels> walked;
       const auto walk = [&](auto levels) {
@@ -82,7 +82,7 @@ struct output_levels {
   }
 };
 
-template <int out, pixel_layout L>
+template <int out, rgb_layout L>
 void look_up_run(const output_levels<out>& levels, const u8* src, u32 pixel_count, u8* dst) {
   using sample = sample_of<out>;
   for (u32 left = pixel_count; left != 0; --left, src += L.samples, dst += L.samples * sizeof(sample)) {
@@ -96,7 +96,7 @@ void look_up_run(const output_levels<out>& levels, const u8* src, u32 pixel_coun
 
 template <int out, u32 layout>
 void preproc_line(const preproc_handle& handle, const u8* src, const u8* mask, u32 pixel_count, u8* dst) {
-  constexpr pixel_layout L = pixel_layouts[layout];
+  constexpr rgb_layout L = rgb_layouts[layout];
   const output_levels<out> levels(handle, L, src, pixel_count);
   if (mask == nullptr) return look_up_run<out, L>(levels, src, pixel_count, dst);
 

@@ -46,7 +46,7 @@ template <>
 struct ed_widths<8, 10> : ed_precision<10> {
   static constexpr u32 flags = VRK_PREC10;
   using sample = u8;
-  static constexpr i32 widen(u32 sample) { return i32(widen_8_to_10(sample)); }
+  static constexpr i32 widen(u32 sample) { return i32(rescale<8, 10>(sample)); }
 };
 
 template <>

@@ -7,12 +7,12 @@ namespace vrk {
 
 // A pixel's length and the places of its three colours, all in samples. The fourth sample of a longer pixel is the
 // caller's.
-struct pixel_layout {
+struct rgb_layout {
   u32 samples, r, g, b;
 };
 
 constexpr u32 layout_count = 4;
-constexpr pixel_layout pixel_layouts[layout_count] = {
+constexpr rgb_layout rgb_layouts[layout_count] = {
     {3, 0, 1, 2},  // R, G, B
     {3, 2, 1, 0},  // B, G, R
     {4, 2, 1, 0},  // B, G, R, pad
