@@ -115,9 +115,15 @@ class level_lookup {
   explicit level_lookup(const color_grid& grid) {
     for (u32 a = 0; a < 3; ++a) {
       const grid_axis_view<W.work> axis(grid, a, stored);
+      u32 cell = ~0u, low = 0, scale = 0;  // of the level before, which mostly is in the same cell
       for (u32 i = 0; i < 256; ++i) {
-        const u32 level = to_working<W>(i), cell = axis.index[level];
-        place_[a][i] = place_in(cell, level, axis.axis[cell], cell_scale(axis, cell), axis.stride);
+        const u32 level = to_working<W>(i);
+        if (cell != axis.index[level]) {
+          cell = axis.index[level];
+          low = axis.axis[cell];
+          scale = cell_scale(axis, cell);
+        }
+        place_[a][i] = place_in(cell, level, low, scale, axis.stride);
       }
     }
   }
