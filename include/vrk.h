@@ -61,7 +61,8 @@
  * pseudo-random generator per thread (see VRK_RANDOM4).
  *
  * STACK. A call uses less than:
- *     vrk_xform_csc1, vrk_xform_csc2, vrk_xform_postproc                        8 KiB
+ *     vrk_xform_csc1, vrk_xform_csc2                                            8 KiB
+ *     vrk_xform_postproc                                                        4 KiB
  *     vrk_xform_preproc, vrk_xform_preproc2, vrk_exec_dither, vrk_exec_ditherx  3 KiB
  *     every other function                                                      2 KiB
  *
