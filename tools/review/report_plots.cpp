@@ -42,8 +42,7 @@ chart_axis error_axis(double largest) {
 
 }  // namespace
 
-void plot_tones(const std::vector<choice_report>& reports, const report_options& options,
-                const std::filesystem::path& file) {
+void plot_tones(const std::vector<choice_report>& reports, const report_options& options, output_file& to) {
   chart_sheet sheet(reports.size(), "Tone of flat patches",
                     "ink placed less ink asked for, patches of 256 x 256 pixels, " + conditions(options));
   sheet.explain("8-bit samples, 8-bit precision", orange);
@@ -59,11 +58,10 @@ void plot_tones(const std::vector<choice_report>& reports, const report_options&
     plot.plot(curve_of(r.errors8), orange);
     plot.plot(curve_of(r.errors16), blue);
   }
-  sheet.save(file);
+  sheet.save(to);
 }
 
-void plot_spectra(const std::vector<choice_report>& reports, const report_options& options,
-                  const std::filesystem::path& file) {
+void plot_spectra(const std::vector<choice_report>& reports, const report_options& options, output_file& to) {
   chart_sheet sheet(reports.size(), "Spectrum of a flat patch",
                     "of tone " + std::to_string(options.tone) + ", radially averaged, " + conditions(options));
   sheet.explain("power in dB, 0 for white noise", blue);
@@ -85,7 +83,7 @@ void plot_spectra(const std::vector<choice_report>& reports, const report_option
     }
     plot.plot(curve, blue);
   }
-  sheet.save(file);
+  sheet.save(to);
 }
 
 }  // namespace vrk::tool
