@@ -41,7 +41,9 @@ void add_report_command(CLI::App& app) {
       ->type_name("DIR")
       ->check(not_empty)
       ->required();
-  command->add_option("--tone", options.tone, "tone of the patch whose spectrum is measured; 255 is full ink")
+  command->add_option("--tone", options.tones, "tones of the patches whose spectra are measured; 255 is full ink")
+      ->type_name("T,T,...")
+      ->delimiter(',')
       ->check(CLI::Range(1, 254))
       ->capture_default_str();
   command->add_option("--levels", options.levels, "levels of a dot")->check(CLI::Range(2, 16))->capture_default_str();
