@@ -10,7 +10,7 @@ cd "$work"
 sed -n '/^```c$/,/^```$/p' "$source/README.md" | sed '/^```/d' >print_page.c
 cc $flags -std=c99 -Wall -Wextra -Werror -I"$source/include" print_page.c "$build/src/libvrk.a" -o print_page
 "$build/tools/vrk" tables -o tables >/dev/null
-{ printf 'P6 16 2 255\n' && head -c 48 /dev/zero && head -c 48 /dev/zero | tr '\0' '\377'; } >page.ppm
+{ printf 'P6 # a comment\n16 2\n# another\n255\n' && head -c 48 /dev/zero && head -c 48 /dev/zero | tr '\0' '\377'; } >page.ppm
 ./print_page tables/*.csc2 tables/*.edtb tables/*.edpr <page.ppm
 
 # A black line, then a white one: some ink on the first line, none on the second.

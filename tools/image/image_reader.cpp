@@ -27,11 +27,19 @@ class sample_page_reader final : public image_reader {
 
 }  // namespace
 
+void image_reader::require_memory(const char* because, std::uint64_t bytes, std::uint64_t most) const {
+  if (bytes <= most) return;
+  const auto megabytes = [](std::uint64_t n) { return std::to_string((n + (1 << 20) - 1) >> 20) + " MB"; };
+  throw user_error(name_ + ": is " + because + " and so needs " + megabytes(bytes) + " of memory, more than the " +
+                   megabytes(most) + " of --max-memory");
+}
+
 std::unique_ptr<image_reader> read_sample_page(unsigned width, unsigned height) {
   return std::make_unique<sample_page_reader>(width, height);
 }
 
-std::unique_ptr<image_reader> open_image(const std::string& path) {
+std::unique_ptr<image_reader> open_image(const std::string& path, std::uint64_t max_memory) {
+  if (path.empty()) throw user_error("the picture has no name");
   const bool standard_input = path == "-";
   const std::string name = standard_input ? "standard input" : path;
   if (!standard_input && std::filesystem::is_directory(path))
@@ -43,9 +51,9 @@ std::unique_ptr<image_reader> open_image(const std::string& path) {
   std::ungetc(first, file.get());
   switch (first) {
     case 0x89:
-      return read_png(std::move(file), name);
+      return read_png(std::move(file), name, max_memory);
     case 0xFF:
-      return read_jpeg(std::move(file), name);
+      return read_jpeg(std::move(file), name, max_memory);
     case 'P':
       return read_pnm(std::move(file), name);
     default:

@@ -8,6 +8,9 @@
 
 namespace vrk::tool {
 
+// Bytes for a picture that cannot be read line by line.
+inline constexpr std::uint64_t usual_max_memory = std::uint64_t{1} << 30;
+
 class image_reader {
  public:
   virtual ~image_reader() = default;
@@ -26,6 +29,9 @@ class image_reader {
  protected:
   explicit image_reader(std::string name) : name_(std::move(name)) {}
 
+  // Throws user_error when a picture that is `because` needs more memory than it may.
+  void require_memory(const char* because, std::uint64_t bytes, std::uint64_t most) const;
+
   std::string name_;  // for messages
   unsigned width_ = 0, height_ = 0, channels_ = 0, bits_ = 8;
 };
@@ -38,10 +44,10 @@ struct file_closer {
 using input_file = std::unique_ptr<std::FILE, file_closer>;
 
 // PNG, JPEG, PBM, PGM, PPM or PAM, recognised by the first byte; "-" is standard input.
-std::unique_ptr<image_reader> open_image(const std::string& path);
+std::unique_ptr<image_reader> open_image(const std::string& path, std::uint64_t max_memory = usual_max_memory);
 
-std::unique_ptr<image_reader> read_png(input_file file, const std::string& name);
-std::unique_ptr<image_reader> read_jpeg(input_file file, const std::string& name);
+std::unique_ptr<image_reader> read_png(input_file file, const std::string& name, std::uint64_t max_memory);
+std::unique_ptr<image_reader> read_jpeg(input_file file, const std::string& name, std::uint64_t max_memory);
 std::unique_ptr<image_reader> read_pnm(input_file file, const std::string& name);
 
 // The built-in sample page, as if it were a file.

@@ -13,11 +13,11 @@ namespace {
 
 class png_writer final : public image_writer {
  public:
-  png_writer(const std::filesystem::path& path, unsigned width, unsigned height) : file_(path) {
+  png_writer(output_file& to, unsigned width, unsigned height) : file_(to) {
     png_ = png_create_write_struct(PNG_LIBPNG_VER_STRING, &failure_, on_error, on_warning);
     info_ = png_create_info_struct(png_);
     try {
-      run_c(failure_, path.string(), [&] {
+      run_c(failure_, file_.path().string(), [&] {
         png_set_write_fn(png_, this, write_bytes, nullptr);
         png_set_compression_level(png_, 3);
         png_set_IHDR(png_, info_, width, height, 8, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
@@ -37,9 +37,8 @@ class png_writer final : public image_writer {
   void write_line(const void* line) override {
     run_c(failure_, file_.path().string(), [&] { png_write_row(png_, static_cast<png_const_bytep>(line)); });
   }
-  void keep() override {
+  void finish() override {
     run_c(failure_, file_.path().string(), [this] { png_write_end(png_, info_); });
-    file_.keep();
   }
 
  private:
@@ -57,7 +56,7 @@ class png_writer final : public image_writer {
   }
   static void on_warning(png_structp, png_const_charp) {}
 
-  output_file file_;
+  output_file& file_;
   c_failure failure_;
   png_structp png_ = nullptr;
   png_infop info_ = nullptr;
@@ -65,15 +64,14 @@ class png_writer final : public image_writer {
 
 class pnm_writer final : public image_writer {
  public:
-  pnm_writer(const std::filesystem::path& path, const std::string& header, std::size_t line_bytes)
-      : file_(path), line_bytes_(line_bytes) {
-    file_.write(header.data(), header.size());
+  pnm_writer(output_file& to, const std::string& header, std::size_t line_bytes) : file_(to), line_bytes_(line_bytes) {
+    file_.write(header);
   }
   void write_line(const void* line) override { file_.write(line, line_bytes_); }
-  void keep() override { file_.keep(); }
+  void finish() override {}
 
  private:
-  output_file file_;
+  output_file& file_;
   std::size_t line_bytes_;
 };
 
@@ -81,18 +79,17 @@ std::string size_text(unsigned width, unsigned height) { return std::to_string(w
 
 }  // namespace
 
-std::unique_ptr<image_writer> write_png(const std::filesystem::path& path, unsigned width, unsigned height) {
-  return std::make_unique<png_writer>(path, width, height);
+std::unique_ptr<image_writer> write_png(output_file& to, unsigned width, unsigned height) {
+  return std::make_unique<png_writer>(to, width, height);
 }
 
-std::unique_ptr<image_writer> write_pbm(const std::filesystem::path& path, unsigned width, unsigned height) {
-  return std::make_unique<pnm_writer>(path, "P4\n" + size_text(width, height) + "\n", (std::size_t{width} + 7) / 8);
+std::unique_ptr<image_writer> write_pbm(output_file& to, unsigned width, unsigned height) {
+  return std::make_unique<pnm_writer>(to, "P4\n" + size_text(width, height) + "\n", (std::size_t{width} + 7) / 8);
 }
 
-std::unique_ptr<image_writer> write_pgm(const std::filesystem::path& path, unsigned width, unsigned height,
-                                        unsigned white) {
+std::unique_ptr<image_writer> write_pgm(output_file& to, unsigned width, unsigned height, unsigned white) {
   const std::string header = "P5\n" + size_text(width, height) + "\n" + std::to_string(white) + "\n";
-  return std::make_unique<pnm_writer>(path, header, width);
+  return std::make_unique<pnm_writer>(to, header, width);
 }
 
 }  // namespace vrk::tool

@@ -11,13 +11,17 @@ namespace {
 
 class jpeg_reader final : public image_reader {
  public:
-  jpeg_reader(input_file file, const std::string& name) : image_reader(name), file_(std::move(file)) {
+  jpeg_reader(input_file file, const std::string& name, std::uint64_t max_memory)
+      : image_reader(name), file_(std::move(file)) {
     jpeg_.err = jpeg_std_error(&errors_);
     jpeg_.client_data = &failure_;
     errors_.error_exit = on_error;
     errors_.emit_message = on_message;
     try {
       run_c(failure_, name_, [this] { read_header(); });
+      if (jpeg_has_multiple_scans(&jpeg_) != 0)
+        require_memory("progressive (in several scans)", coefficient_bytes(), max_memory);
+      run_c(failure_, name_, [this] { start(); });
     } catch (...) {
       jpeg_destroy_decompress(&jpeg_);
       throw;
@@ -45,6 +49,20 @@ class jpeg_reader final : public image_reader {
     jpeg_create_decompress(&jpeg_);
     jpeg_stdio_src(&jpeg_, file_.get());
     jpeg_read_header(&jpeg_, TRUE);
+  }
+
+  // The decoder keeps the coefficients of a picture in several scans until it has read the last one.
+  std::uint64_t coefficient_bytes() const {
+    std::uint64_t bytes = 0;
+    for (int i = 0; i < jpeg_.num_components; ++i) {
+      bytes += std::uint64_t{jpeg_.comp_info[i].width_in_blocks} * jpeg_.comp_info[i].height_in_blocks * sizeof(JBLOCK);
+    }
+    return bytes;
+  }
+
+  void start() {
+    jpeg_.progress = &scans_;
+    scans_.progress_monitor = on_progress;
     jpeg_.out_color_space = jpeg_.num_components == 1 ? JCS_GRAYSCALE : jpeg_.num_components == 4 ? JCS_CMYK : JCS_RGB;
     jpeg_start_decompress(&jpeg_);
     width_ = jpeg_.output_width;
@@ -52,6 +70,12 @@ class jpeg_reader final : public image_reader {
     channels_ = unsigned(jpeg_.output_components);
   }
 
+  // A small file may hold very many scans, each of which takes as long as a whole picture.
+  static void on_progress(j_common_ptr jpeg) {
+    constexpr int most_scans = 500;
+    if (reinterpret_cast<j_decompress_ptr>(jpeg)->input_scan_number <= most_scans) return;
+    static_cast<c_failure*>(jpeg->client_data)->jump("has more than 500 scans");
+  }
   static void report(j_common_ptr jpeg) {
     char text[JMSG_LENGTH_MAX];
     jpeg->err->format_message(jpeg, text);
@@ -80,13 +104,14 @@ class jpeg_reader final : public image_reader {
   input_file file_;
   c_failure failure_;
   jpeg_error_mgr errors_{};
+  jpeg_progress_mgr scans_{};
   jpeg_decompress_struct jpeg_{};
 };
 
 }  // namespace
 
-std::unique_ptr<image_reader> read_jpeg(input_file file, const std::string& name) {
-  return std::make_unique<jpeg_reader>(std::move(file), name);
+std::unique_ptr<image_reader> read_jpeg(input_file file, const std::string& name, std::uint64_t max_memory) {
+  return std::make_unique<jpeg_reader>(std::move(file), name, max_memory);
 }
 
 }  // namespace vrk::tool

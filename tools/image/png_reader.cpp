@@ -13,12 +13,13 @@ namespace {
 // Palettes and low bit depths become 8 bits, transparent pixels are blended with white, 16-bit samples stay.
 class png_reader final : public image_reader {
  public:
-  png_reader(input_file file, const std::string& name) : image_reader(name), file_(std::move(file)) {
+  png_reader(input_file file, const std::string& name, std::uint64_t max_memory)
+      : image_reader(name), file_(std::move(file)) {
     png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, &failure_, on_error, on_warning);
     info_ = png_create_info_struct(png_);
     try {
       run_c(failure_, name_, [this] { read_header(); });
-      if (png_get_interlace_type(png_, info_) != PNG_INTERLACE_NONE) read_whole();
+      if (png_get_interlace_type(png_, info_) != PNG_INTERLACE_NONE) read_whole(max_memory);
     } catch (...) {
       png_destroy_read_struct(&png_, &info_, nullptr);
       throw;
@@ -30,9 +31,8 @@ class png_reader final : public image_reader {
 
   void read_line(void* line) override {
     const bool last = ++lines_read_ == height_;
-    if (!whole_.empty()) {
-      std::copy_n(whole_.begin() + std::ptrdiff_t((lines_read_ - 1) * line_bytes()), line_bytes(),
-                  static_cast<std::uint8_t*>(line));
+    if (whole_) {
+      std::copy_n(&whole_[(lines_read_ - 1) * line_bytes()], line_bytes(), static_cast<std::uint8_t*>(line));
       return;
     }
     run_c(failure_, name_, [&] {
@@ -63,10 +63,13 @@ class png_reader final : public image_reader {
   }
 
   // The last pass of an interlaced picture still changes its first line, so the whole picture is read at once.
-  void read_whole() {
-    whole_.resize(line_bytes() * height_);
+  // Its memory is not touched before there are samples for it.
+  void read_whole(std::uint64_t max_memory) {
+    const std::uint64_t bytes = std::uint64_t{line_bytes()} * height_;
+    require_memory("interlaced", bytes + height_ * sizeof(png_bytep), max_memory);
+    whole_ = std::make_unique_for_overwrite<std::uint8_t[]>(bytes);
     std::vector<png_bytep> rows(height_);
-    for (std::size_t y = 0; y < height_; ++y) rows[y] = whole_.data() + y * line_bytes();
+    for (std::size_t y = 0; y < height_; ++y) rows[y] = &whole_[y * line_bytes()];
     png_bytepp lines = rows.data();
     run_c(failure_, name_, [this, lines] {
       png_read_image(png_, lines);
@@ -88,13 +91,13 @@ class png_reader final : public image_reader {
   png_structp png_ = nullptr;
   png_infop info_ = nullptr;
   unsigned lines_read_ = 0;
-  std::vector<std::uint8_t> whole_;
+  std::unique_ptr<std::uint8_t[]> whole_;
 };
 
 }  // namespace
 
-std::unique_ptr<image_reader> read_png(input_file file, const std::string& name) {
-  return std::make_unique<png_reader>(std::move(file), name);
+std::unique_ptr<image_reader> read_png(input_file file, const std::string& name, std::uint64_t max_memory) {
+  return std::make_unique<png_reader>(std::move(file), name, max_memory);
 }
 
 }  // namespace vrk::tool

@@ -26,9 +26,13 @@ class pnm_reader final : public image_reader {
   }
 
   void read_line(void* line) override {
-    if (!plain_ && max_ == 255) return read_bytes(line, line_bytes());
-    plain_ ? read_plain_line() : read_raw_line();
-    bits_ == 16 ? scale_line(static_cast<std::uint16_t*>(line)) : scale_line(static_cast<std::uint8_t*>(line));
+    if (!plain_ && max_ == 255) {
+      read_bytes(line, line_bytes());
+    } else {
+      plain_ ? read_plain_line() : read_raw_line();
+      bits_ == 16 ? scale_line(static_cast<std::uint16_t*>(line)) : scale_line(static_cast<std::uint8_t*>(line));
+    }
+    if (++lines_read_ == height_) check_end();
   }
 
  private:
@@ -106,6 +110,7 @@ class pnm_reader final : public image_reader {
     std::string line;
     for (int c = std::getc(file_.get()); c != '\n'; c = std::getc(file_.get())) {
       if (c == EOF) refuse_short();
+      if (line.size() == 1000) refuse("is damaged: a line of its header has more than 1000 characters");
       line += char(c);
     }
     return line;
@@ -139,6 +144,14 @@ class pnm_reader final : public image_reader {
     }
   }
 
+  // The format allows more pictures behind the first. Blanks are not worth a complaint.
+  void check_end() {
+    int c = std::getc(file_.get());
+    while (std::isspace(c) != 0) c = std::getc(file_.get());
+    if (c == 'P') refuse("holds more than one picture, expected one");
+    if (c != EOF) refuse("goes on behind its picture");
+  }
+
   template <class Sample>
   void scale_line(Sample* to) const {
     for (const unsigned sample : row_) {
@@ -150,6 +163,7 @@ class pnm_reader final : public image_reader {
 
   input_file file_;
   bool plain_ = false, bitmap_ = false;
+  unsigned lines_read_ = 0;
   unsigned max_ = 0;                   // the sample that stands for white, or for all the ink
   std::vector<std::uint16_t> levels_;  // of every sample 0 ... max_, at 8 or 16 bits
   std::vector<unsigned> row_;          // samples of one line as the file has them

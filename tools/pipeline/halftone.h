@@ -15,6 +15,8 @@ namespace vrk::tool {
 
 // Planes in the order of a pixel's inks; lc and lm are light cyan and light magenta.
 inline constexpr std::array<std::string_view, 6> plane_names{"k", "c", "m", "y", "lc", "lm"};
+inline constexpr std::array<std::string_view, 6> ink_names{"black",  "cyan",       "magenta",
+                                                           "yellow", "light cyan", "light magenta"};
 
 // Dots across and down that a pixel becomes.
 struct dot_scale {

@@ -11,4 +11,9 @@ struct user_error : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// The command line itself is wrong, whatever the files hold.
+struct usage_error : user_error {
+  using user_error::user_error;
+};
+
 }  // namespace vrk::tool

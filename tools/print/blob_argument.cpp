@@ -33,8 +33,8 @@ int number_or_family(const std::string& key, const std::string& value, const std
   std::int16_t number = 0;
   const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
   if (error != std::errc() || end != value.data() + value.size()) {
-    throw user_error("--blob " + argument + ": " + key + " is \"" + value + "\", expected " +
-                     (key == "family" ? "H or X" : "a number"));
+    throw usage_error("--blob " + argument + ": " + key + " is \"" + value + "\", expected " +
+                      (key == "family" ? "H or X" : "a number"));
   }
   return number;
 }
@@ -49,8 +49,8 @@ selectors parse_selectors(std::string list, const std::string& argument, unsigne
     const auto* const known = std::find_if(std::begin(selector_names), std::end(selector_names),
                                            [&](const selector_name& s) { return s.name == key; });
     if (known == std::end(selector_names)) {
-      throw user_error("--blob " + argument + ": \"" + key +
-                       "\" is no selector, expected family, kind, a, b, c, d, levels, step or ink");
+      throw usage_error("--blob " + argument + ": \"" + key +
+                        "\" is no selector, expected family, kind, a, b, c, d, levels, step or ink");
     }
     chosen.*known->field = number_or_family(key, item.substr(std::min(item.size(), key.size() + 1)), argument);
   }
@@ -81,10 +81,18 @@ bool look_up(const table& blob, const std::string& type, const selectors& s, vrk
 }  // namespace
 
 table read_table(const std::string& path) {
+  constexpr std::streamsize most = std::streamsize{1} << 28, part = 1 << 16;  // no table is as long
   std::ifstream file(path, std::ios::binary);
-  table read{path, {}};
-  if (file) read.image.assign(std::istreambuf_iterator<char>(file), {});
   if (!file) throw user_error(path + ": " + std::strerror(errno));
+  table read{path, {}};
+  while (file) {
+    const std::size_t end = read.image.size();
+    if (end > most) throw user_error(path + ": is longer than any table, expected at most 256 MB");
+    read.image.resize(end + part);
+    file.read(reinterpret_cast<char*>(&read.image[end]), part);
+    read.image.resize(end + std::size_t(file.gcount()));
+  }
+  if (file.bad()) throw user_error(path + ": " + std::strerror(errno));
   if (read.image.empty()) throw user_error(path + ": is empty");
   return read;
 }
@@ -105,7 +113,7 @@ blob_table read_from_blob(const std::string& argument, unsigned inks) {
   if (!look_up(blob, type, chosen, found)) {
     throw user_error(path + ": has no table for these selectors, or a damaged header or directory (" + argument + ")");
   }
-  blob_table result{type, {argument, kit::bytes(found.length)}};
+  blob_table result{path, type, {argument, kit::bytes(found.length)}};
   found.data = result.found.image.data();
   look_up(blob, type, chosen, found);
   return result;

@@ -14,6 +14,7 @@ table read_table(const std::string& path);
 // levels of halftone tables; step of tone curves; step and ink of rank tables. What is not given is 0 (family: H), but
 // levels is `inks`. Throws user_error when there is no such table.
 struct blob_table {
+  std::string file;
   std::string type;  // of the blob, see kit/inspect.h
   table found;
 };

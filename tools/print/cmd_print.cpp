@@ -5,6 +5,7 @@
 #include "kit/error_filters.h"
 #include "kit/threshold_matrices.h"
 #include "tools/commands.h"
+#include "tools/image/image_argument.h"
 #include "tools/print/blob_argument.h"
 #include "tools/print/curve_argument.h"
 #include "tools/print/print_page.h"
@@ -13,7 +14,8 @@ namespace vrk::tool {
 namespace {
 
 struct print_arguments {
-  std::string image, directory;
+  image_argument image;
+  std::string directory;
   print_options options;
   std::vector<unsigned> detail_centre;
   unsigned dpi = 600;
@@ -44,12 +46,13 @@ void add_tone_options(CLI::App& command, tone_options& to) {
       ->type_name("R,G,B")
       ->delimiter(',')
       ->expected(3)
+      ->check(CLI::Range(-20, 20))
       ->group(group);
   command.add_option("--lift", to.lift, "first pre-processor: steps of 5 % that lift all levels, fading out at white")
-      ->check(CLI::Range(-128, 127))
+      ->check(CLI::Range(-20, 20))
       ->group(group);
   command.add_option("--contrast", to.contrast, "steps of contrast about the middle")
-      ->check(CLI::Range(-128, 127))
+      ->check(CLI::Range(-5, 20))
       ->group(group);
   command
       .add_option("--balance2", to.balance2, "second pre-processor: A raises R against G and B, B lowers B against G")
@@ -62,6 +65,7 @@ void add_tone_options(CLI::App& command, tone_options& to) {
       .add_option("--curve", to.curves,
                   "tone curve: for all channels, or for the channel that r=, g= or b= names; may be repeated")
       ->type_name("[CHANNEL=]CURVE")
+      ->check(not_empty)
       ->allow_extra_args(false)
       ->group(group);
 }
@@ -78,6 +82,7 @@ void add_ink_options(CLI::App& command, ink_options& to) {
                   "curve of post-processing: for all planes (a file may hold one for each), or for the plane that k=, "
                   "c=, m=, y=, lc= or lm= names; may be repeated")
       ->type_name("[PLANE=]CURVE")
+      ->check(not_empty)
       ->allow_extra_args(false)
       ->group(group);
 }
@@ -135,40 +140,49 @@ void add_run_options(CLI::App& command, print_options& to) {
 
 void add_table_files(CLI::App& command, table_files& to) {
   const std::string group = "Tables of your own";
-  command.add_option("--csc1", to.csc1, "RGB to RGB, before the inks")->type_name("FILE")->group(group);
-  command.add_option("--csc2", to.csc2, "RGB to inks")->type_name("FILE")->group(group);
-  command.add_option("--edpr", to.edpr, "error diffusion: levels, thresholds, cells")->type_name("FILE")->group(group);
-  command.add_option("--edtb", to.edtb, "error diffusion: error distribution")->type_name("FILE")->group(group);
-  command.add_option("--dith", to.dith, "dither: levels and threshold matrices")->type_name("FILE")->group(group);
+  const auto add = [&](const char* option, std::string& path, const char* help) {
+    command.add_option(option, path, help)->type_name("FILE")->check(not_empty)->group(group);
+  };
+  add("--csc1", to.csc1, "RGB to RGB, before the inks");
+  add("--csc2", to.csc2, "RGB to inks");
+  add("--edpr", to.edpr, "error diffusion: levels, thresholds, cells");
+  add("--edtb", to.edtb, "error diffusion: error distribution");
+  add("--dith", to.dith, "dither: levels and threshold matrices");
   command.add_option("--blob", to.blobs, "table out of a parameter blob; may be repeated")
       ->type_name("FILE[:SELECTOR=VALUE,...]")
+      ->check(not_empty)
       ->allow_extra_args(false)
       ->group(group);
 }
 
 void add_print_options(CLI::App& command, print_arguments& to) {
-  command.add_option("-o,--output", to.directory, "directory for the files")->type_name("DIR")->required();
+  command.add_option("-o,--output", to.directory, "directory for the files")
+      ->type_name("DIR")
+      ->check(not_empty)
+      ->required();
   add_tone_options(command, to.options.tone);
   add_ink_options(command, to.options.inks);
   add_dot_options(command, to.options.dots);
   add_table_files(command, to.options.files);
   add_run_options(command, to.options);
-  command.footer(std::string(curve_help) + "\n\n" + blob_help);
+  command.footer(std::string(curve_help) + "\n\n" + blob_help + "\n\n" + exit_help);
 }
 
 void print_sample(const print_arguments& arguments) {
   const auto pixels = [&](double mm) { return unsigned(mm / 25.4 * arguments.dpi + 0.5); };
   const auto page = read_sample_page(pixels(210), pixels(297));
   // detail.png shows the balloon of the page's photograph.
-  show(print_page(*page, arguments.options, arguments.directory, pixel_place{pixels(54), pixels(50.5)}),
-       arguments.directory);
+  output_set files(arguments.directory);
+  show(print_page(*page, arguments.options, files, pixel_place{pixels(54), pixels(50.5)}), arguments.directory);
 }
 
 void run_print(const print_arguments& arguments) {
-  const auto image = open_image(arguments.image);
+  const auto image = arguments.image.open();
   std::optional<pixel_place> centre;
   if (!arguments.detail_centre.empty()) centre = {arguments.detail_centre[0], arguments.detail_centre[1]};
-  show(print_page(*image, arguments.options, arguments.directory, centre), arguments.directory);
+  output_set files(arguments.directory);
+  files.protect(arguments.image.path);
+  show(print_page(*image, arguments.options, files, centre), arguments.directory);
 }
 
 }  // namespace
@@ -177,9 +191,7 @@ void add_print_command(CLI::App& app) {
   const auto arguments = std::make_shared<print_arguments>();
   CLI::App* const command =
       app.add_subcommand("print", "Prints a picture: plane files, a preview, and an enlarged detail");
-  command->add_option("image", arguments->image, "PNG, JPEG, PBM, PGM, PPM or PAM; - for standard input")
-      ->type_name("IMAGE")
-      ->required();
+  add_image_argument(*command, arguments->image);
   add_print_options(*command, *arguments);
   command
       ->add_option("--detail", arguments->detail_centre,

@@ -23,6 +23,12 @@ void refuse_contradictions(const print_options& options, const print_tables& own
        "\"edpr\" and \"edtb\" belong to error diffusion, not to the dither"},
       {!dither && !dots.matrix.empty(), "--matrix belongs to the dither, not to error diffusion"},
       {!dither && own.dither, "\"dith\" belongs to the dither, not to error diffusion"},
+      {options.width16 && dots.precision && *dots.precision != 16,
+       "--width16 diffuses 16-bit samples at their own precision: --precision can only be 16"},
+      {own.distribution && !dots.filter.empty(), "--filter and the \"edtb\" table both say where the errors go"},
+      {own.parameters && dots.levels, "--levels and the \"edpr\" table both give the levels"},
+      {own.parameters && !dots.modulation.empty(), "--modulation and the \"edpr\" table both give the modulation"},
+      {own.dither && dots.levels, "--levels and the \"dith\" table both give the levels"},
       {!dots.matrix.empty() && own.dither, "--matrix and the \"dith\" table both give the threshold matrix"},
       {dots.cells && own.parameters, "--cells and the \"edpr\" table both say how many dots a pixel has"},
       {holds_inks && (own.tone.any() || own.rgb || own.ink),
@@ -31,7 +37,7 @@ void refuse_contradictions(const print_options& options, const print_tables& own
        "a picture in C, M, Y, K has four inks, or six with --split"},
   };
   for (const auto& c : contradictions) {
-    if (c.found) throw user_error(c.sentence);
+    if (c.found) throw usage_error(c.sentence);
   }
 }
 

@@ -12,7 +12,7 @@ namespace vrk::tool {
 namespace {
 
 [[noreturn]] void refuse_curve(const std::string& argument, const std::string& expected) {
-  throw user_error("curve " + argument + ": expected " + expected);
+  throw usage_error("curve " + argument + ": expected " + expected);
 }
 
 // The whole text as a number, if it is one.
@@ -62,7 +62,7 @@ std::optional<kit::curve> made_curve(const std::string& argument) {
       std::find_if(std::begin(makers), std::end(makers), [&](const maker& m) { return m.name == name; });
   if (found == std::end(makers)) return {};
   const auto parameter = number(value);
-  if (!parameter || *parameter < found->least || *parameter > found->most) {
+  if (!parameter || !(*parameter >= found->least && *parameter <= found->most)) {  // not a number is neither
     char range[64];
     std::snprintf(range, sizeof range, "a number from %g to %g", found->least, found->most);
     refuse_curve(argument, range);

@@ -46,18 +46,24 @@ void put_from_blob(blob_table from, print_tables& to) {
 }
 
 void read_files(const table_files& files, unsigned planes, print_tables& to) {
-  const auto read = [](std::optional<table>& place, const std::string& path) {
-    if (!path.empty()) place = read_table(path);
+  const auto read = [&](std::optional<table>& place, const std::string& path) {
+    if (path.empty()) return;
+    place = read_table(path);
+    to.files.push_back(path);
   };
   read(to.rgb, files.csc1);
   read(to.ink, files.csc2);
   read(to.parameters, files.edpr);
   read(to.distribution, files.edtb);
   read(to.dither, files.dith);
-  for (const std::string& blob : files.blobs) put_from_blob(read_from_blob(blob, planes), to);
+  for (const std::string& blob : files.blobs) {
+    blob_table from = read_from_blob(blob, planes);
+    to.files.push_back(from.file);
+    put_from_blob(std::move(from), to);
+  }
 }
 
-void read_tone(const tone_options& options, tone_settings& to) {
+void read_tone(const tone_options& options, tone_settings& to, std::vector<std::string>& files) {
   if (!options.balance.empty()) to.balance = {options.balance[0], options.balance[1], options.balance[2]};
   if (!options.balance2.empty()) to.balance2 = {options.balance2[0], options.balance2[1]};
   to.lift = options.lift;
@@ -67,6 +73,7 @@ void read_tone(const tone_options& options, tone_settings& to) {
   for (const std::string& argument : options.curves) {
     constexpr std::string_view names[] = {"r", "g", "b"};
     named_curve curve = read_curve(argument, names);
+    files.push_back(curve.image.name);
     if (curve.of) {
       if (channels.empty()) channels.assign(3, kit::identity_curve());
       channels[*curve.of] = only_curve(curve.image);
@@ -78,9 +85,10 @@ void read_tone(const tone_options& options, tone_settings& to) {
   put(to.rgb_curves, {"the curves of R, G and B", kit::curve_image{.curves = channels}.encode()});
 }
 
-void read_plane_curves(const std::vector<std::string>& arguments, plane_curves& to) {
+void read_plane_curves(const std::vector<std::string>& arguments, plane_curves& to, std::vector<std::string>& files) {
   for (const std::string& argument : arguments) {
     named_curve curve = read_curve(argument, plane_names);
+    files.push_back(curve.image.name);
     put(curve.of ? to.planes[*curve.of] : to.main, std::move(curve.image));
   }
 }
@@ -90,8 +98,8 @@ void read_plane_curves(const std::vector<std::string>& arguments, plane_curves& 
 print_tables read_own_tables(const print_options& options) {
   print_tables own;
   read_files(options.files, options.inks.planes(), own);
-  read_tone(options.tone, own.tone);
-  read_plane_curves(options.inks.plane_curves, own.post);
+  read_tone(options.tone, own.tone, own.files);
+  read_plane_curves(options.inks.plane_curves, own.post, own.files);
   return own;
 }
 

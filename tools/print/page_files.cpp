@@ -2,17 +2,17 @@
 
 namespace vrk::tool {
 
-page_files::page_files(const std::filesystem::path& directory, const std::vector<plane_format>& planes, unsigned width,
-                       unsigned height, pixel_place detail_centre)
+page_files::page_files(output_set& to, const std::vector<plane_format>& planes, unsigned width, unsigned height,
+                       pixel_place detail_centre)
     : dots_(planes, width),
-      small_(directory / "preview.png", width, height, dots_.scale()),
-      large_(directory / "detail.png", width, height, dots_.scale(), detail_centre) {
+      small_(to.add("preview.png"), width, height, dots_.scale()),
+      large_(to.add("detail.png"), width, height, dots_.scale(), detail_centre) {
   for (const plane_format& plane : planes) {
     const std::string name = std::string(plane.name) + (plane.bits == 1 ? ".pbm" : ".pgm");
     const unsigned across = width * plane.scale.x, down = height * plane.scale.y;
     files_.push_back({&plane, name,
-                      plane.bits == 1 ? write_pbm(directory / name, across, down)
-                                      : write_pgm(directory / name, across, down, plane.levels() - 1)});
+                      plane.bits == 1 ? write_pbm(to.add(name), across, down)
+                                      : write_pgm(to.add(name), across, down, plane.levels() - 1)});
   }
 }
 
@@ -43,10 +43,10 @@ void page_files::write_plane(const plane_file& plane, const std::uint8_t* packed
   plane.file->write_line(grays_.data());
 }
 
-void page_files::keep() {
-  for (const plane_file& plane : files_) plane.file->keep();
-  small_.keep();
-  large_.keep();
+void page_files::finish() {
+  for (const plane_file& plane : files_) plane.file->finish();
+  small_.finish();
+  large_.finish();
 }
 
 }  // namespace vrk::tool

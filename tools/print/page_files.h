@@ -1,7 +1,6 @@
 // The files of one print: the planes as a printer would get them, and pictures of what comes out on paper.
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -12,18 +11,18 @@
 
 namespace vrk::tool {
 
-// The files get their final names by `keep`; without it they are removed.
 class page_files {
  public:
   // width, height: of the picture, in its pixels
-  page_files(const std::filesystem::path& directory, const std::vector<plane_format>& planes, unsigned width,
-             unsigned height, pixel_place detail_centre);
+  page_files(output_set& to, const std::vector<plane_format>& planes, unsigned width, unsigned height,
+             pixel_place detail_centre);
 
   // One line of pixels, as the halftone wrote it.
   void add_line(const std::uint8_t* packed);
-  void keep();
+  void finish();  // after the last line
 
   std::size_t planes() const { return files_.size(); }
+  const plane_format& format(std::size_t plane) const { return *files_[plane].format; }
   const std::string& name(std::size_t plane) const { return files_[plane].name; }
   double coverage(std::size_t plane) const { return dots_.coverage(plane); }
   double seconds_writing() const { return writing_.seconds(); }

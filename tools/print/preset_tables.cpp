@@ -9,7 +9,7 @@ namespace {
 
 unsigned levels_up_to(unsigned most, unsigned usual, const dot_options& options, const char* of) {
   const unsigned levels = options.levels.value_or(usual);
-  if (levels > most) throw user_error("--levels: " + std::string(of) + " has 2 to " + std::to_string(most));
+  if (levels > most) throw usage_error("--levels: " + std::string(of) + " has 2 to " + std::to_string(most));
   return levels;
 }
 
@@ -23,9 +23,10 @@ kit::edpr_table error_diffusion_parameters(const dot_options& options, unsigned 
   return options.cells ? kit::cell_parameters(planes, x, y, levels, noise) : kit::ed_parameters(planes, levels, noise);
 }
 
-kit::dither_table dither_parameters(const dot_options& options, unsigned planes, bool samples16) {
-  return kit::dither_parameters(planes, levels_up_to(255, 2, options, "the dither"),
-                                options.matrix.empty() ? "blue-noise" : options.matrix, samples16);
+table dither_parameters(const dot_options& options, unsigned planes, bool samples16) {
+  const std::string matrix = options.matrix.empty() ? "blue-noise" : options.matrix;
+  const unsigned levels = levels_up_to(255, 2, options, "the dither");
+  return {"the kit's matrix " + matrix, kit::dither_parameters(planes, levels, matrix, samples16).encode()};
 }
 
 }  // namespace
@@ -67,17 +68,15 @@ unsigned choose_plane_curves(bool split, unsigned inks, plane_curves& post) {
 
 void choose_halftone_tables(const dot_options& options, unsigned planes, bool samples16, print_tables& tables) {
   if (options.dithers(tables.dither.has_value())) {
-    if (!tables.dither) {
-      tables.dither = {"the kit's threshold matrix", dither_parameters(options, planes, samples16).encode()};
-    }
+    if (!tables.dither) tables.dither = dither_parameters(options, planes, samples16);
     return;
   }
   if (!tables.parameters) {
     tables.parameters = {"the kit's levels", error_diffusion_parameters(options, planes).encode()};
   }
   if (!tables.distribution) {
-    tables.distribution = {"the kit's filter",
-                           kit::ed_distribution(options.filter.empty() ? "fan" : options.filter).encode()};
+    const std::string filter = options.filter.empty() ? "fan" : options.filter;
+    tables.distribution = {"the kit's filter " + filter, kit::ed_distribution(filter).encode()};
   }
 }
 

@@ -11,16 +11,16 @@ unsigned divide_up(unsigned a, unsigned b) { return (a + b - 1) / b; }
 
 }  // namespace
 
-preview::preview(const std::filesystem::path& path, unsigned width, unsigned height, dot_scale scale)
-    : preview(path, width, height, scale, std::max(1U, divide_up(std::max(width, height), longest))) {}
+preview::preview(output_file& to, unsigned width, unsigned height, dot_scale scale)
+    : preview(to, width, height, scale, std::max(1U, divide_up(std::max(width, height), longest))) {}
 
-preview::preview(const std::filesystem::path& path, unsigned width, unsigned height, dot_scale scale, unsigned side)
+preview::preview(output_file& to, unsigned width, unsigned height, dot_scale scale, unsigned side)
     : across_(side * scale.x),
       down_(side * scale.y),
       width_(width * scale.x),
       rows_left_(height * scale.y),
       sums_(divide_up(width, side)),
-      file_(write_png(path, divide_up(width, side), divide_up(height, side))) {}
+      file_(write_png(to, divide_up(width, side), divide_up(height, side))) {}
 
 void preview::add_row(const std::vector<light>& colors) {
   for (unsigned box = 0, x = 0; x < width_; ++box) {
@@ -46,15 +46,14 @@ void preview::write_row() {
 }
 
 // A pixel with more dots one way than the other has dots that are longer the other way; they are drawn so.
-detail::detail(const std::filesystem::path& path, unsigned page_width, unsigned page_height, dot_scale scale,
-               pixel_place centre)
+detail::detail(output_file& to, unsigned page_width, unsigned page_height, dot_scale scale, pixel_place centre)
     : dot_width_(std::max(enlargement, enlargement * scale.y / scale.x)),
       dot_height_(std::max(enlargement, enlargement * scale.x / scale.y)),
       width_(std::min(width * enlargement / dot_width_, page_width * scale.x)),
       height_(std::min(height * enlargement / dot_height_, page_height * scale.y)) {
   left_ = window_start(centre.x * scale.x, width_, page_width * scale.x);
   top_ = window_start(centre.y * scale.y, height_, page_height * scale.y);
-  file_ = write_png(path, width_ * dot_width_, height_ * dot_height_);
+  file_ = write_png(to, width_ * dot_width_, height_ * dot_height_);
 }
 
 void detail::add_row(const std::vector<light>& colors) {

@@ -1,7 +1,6 @@
 // Pictures of a print: the whole page made small, and a few dots made large.
 #pragma once
 
-#include <filesystem>
 #include <memory>
 
 #include "tools/image/image_writer.h"
@@ -17,13 +16,13 @@ class preview {
   static constexpr unsigned longest = 1600;
 
   // width, height: of the picture, in its pixels
-  preview(const std::filesystem::path& path, unsigned width, unsigned height, dot_scale scale);
+  preview(output_file& to, unsigned width, unsigned height, dot_scale scale);
 
   void add_row(const std::vector<light>& colors);
-  void keep() { file_->keep(); }
+  void finish() { file_->finish(); }
 
  private:
-  preview(const std::filesystem::path& path, unsigned width, unsigned height, dot_scale scale, unsigned side);
+  preview(output_file& to, unsigned width, unsigned height, dot_scale scale, unsigned side);
   void write_row();
 
   unsigned across_, down_;      // dots of the square
@@ -39,11 +38,10 @@ class detail {
   static constexpr unsigned width = 160, height = 120, enlargement = 6;  // with one dot per pixel
 
   // page_width, page_height, centre: in pixels of the picture; the window is moved to lie inside
-  detail(const std::filesystem::path& path, unsigned page_width, unsigned page_height, dot_scale scale,
-         pixel_place centre);
+  detail(output_file& to, unsigned page_width, unsigned page_height, dot_scale scale, pixel_place centre);
 
   void add_row(const std::vector<light>& colors);
-  void keep() { file_->keep(); }
+  void finish() { file_->finish(); }
 
  private:
   unsigned dot_width_, dot_height_;       // as drawn

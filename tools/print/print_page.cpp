@@ -2,23 +2,23 @@
 
 #include <tbb/info.h>
 
-#include "tools/image/output_file.h"
+#include "tools/print/manifest.h"
 #include "tools/print/print_lines.h"
 #include "tools/print/print_pipeline.h"
 
 namespace vrk::tool {
 
-print_report print_page(image_reader& source, const print_options& options, const std::filesystem::path& directory,
+print_report print_page(image_reader& source, const print_options& options, output_set& to,
                         std::optional<pixel_place> detail_centre) {
   const unsigned width = source.width(), height = source.height();
   const unsigned threads = options.threads != 0 ? options.threads : unsigned(tbb::info::default_concurrency());
   const line_format format{source.channels(), source.bits()};
-  pipeline stages =
-      make_print_pipeline(choose_tables(options, format), options.layout, options.precision(), width, format);
+  if (detail_centre) require_inside("--detail", *detail_centre, width, height);
+  const print_tables tables = choose_tables(options, format);
+  for (const std::string& file : tables.files) to.protect(file);
+  pipeline stages = make_print_pipeline(tables, options.layout, options.precision(), width, format);
 
-  make_directory(directory);
-  page_files files(directory, stages.planes(), width, height,
-                   detail_centre.value_or(pixel_place{width / 2, height / 2}));
+  page_files files(to, stages.planes(), width, height, detail_centre.value_or(pixel_place{width / 2, height / 2}));
   stopwatch all;
   const double reading = all.time([&] { return print_lines(source, stages, files, threads); });
 
@@ -28,7 +28,9 @@ print_report print_page(image_reader& source, const print_options& options, cons
   for (stage_time& t : stages.times()) report.times.push_back(std::move(t));
   report.times.push_back({"draw pictures", {}, files.seconds_drawing()});
   report.times.push_back({"write planes", {}, files.seconds_writing()});
-  files.keep();
+  files.finish();
+  add_manifest(source, files, tables, to);
+  to.keep([&] { return files_of_manifest(to.directory()); });
   return report;
 }
 

@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+#include "tools/printable.h"
+
 namespace vrk::tool {
 namespace {
 
@@ -15,7 +17,7 @@ const char* plural(std::size_t count) { return count == 1 ? "" : "s"; }
 
 void show(const print_report& report, const std::filesystem::path& directory) {
   const double pixels = double(report.width) * report.height / 1e6;
-  std::printf("%s: %u x %u pixels, %u-bit %s, %zu ink%s, by vrk %s\n", report.source.c_str(), report.width,
+  std::printf("%s: %u x %u pixels, %u-bit %s, %zu ink%s, by vrk %s\n", printable(report.source).c_str(), report.width,
               report.height, report.bits, color_name(report.channels), report.planes.size(),
               plural(report.planes.size()), vrk_get_version());
   std::printf("\n  plane     coverage\n");
@@ -30,8 +32,8 @@ void show(const print_report& report, const std::filesystem::path& directory) {
   }
   std::printf("  %-22s %9.3f %10.1f   on %u thread%s\n", "all", report.seconds, pixels / report.seconds, report.threads,
               plural(report.threads));
-  std::printf("\nThe page: %s\nIts dots: %s\n", (directory / "preview.png").c_str(),
-              (directory / "detail.png").c_str());
+  std::printf("\nThe page: %s\nIts dots: %s\n", printable((directory / "preview.png").string()).c_str(),
+              printable((directory / "detail.png").string()).c_str());
 }
 
 }  // namespace vrk::tool

@@ -19,6 +19,8 @@ struct print_tables {
   std::optional<table> dither{};        // "dith"; none for error diffusion, which has the other two
   std::optional<table> parameters{};    // "edpr"
   std::optional<table> distribution{};  // "edtb"
+
+  std::vector<std::string> files{};  // that the user's tables come from, among other arguments
 };
 
 // Reads the user's tables, refuses options that contradict each other, and fills up with the kit's tables. Throws

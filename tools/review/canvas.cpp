@@ -40,10 +40,10 @@ void canvas::write(std::string_view text, double x, double base, double cap, pix
   draw(strokes, std::max(1.2, 0.12 * cap), color);
 }
 
-void canvas::save(const std::filesystem::path& path) const {
-  const auto file = write_png(path, width_, height_);
-  for (unsigned y = 0; y < height_; ++y) file->write_line(&pixels_[std::size_t{y} * width_]);
-  file->keep();
+void canvas::save(output_file& to) const {
+  const auto picture = write_png(to, width_, height_);
+  for (unsigned y = 0; y < height_; ++y) picture->write_line(&pixels_[std::size_t{y} * width_]);
+  picture->finish();
 }
 
 }  // namespace vrk::tool

@@ -3,11 +3,11 @@
 
 #include <array>
 #include <cstdint>
-#include <filesystem>
 #include <string_view>
 #include <vector>
 
 #include "pictures/stroke_font.h"
+#include "tools/files/output_set.h"
 
 namespace vrk::tool {
 
@@ -33,7 +33,7 @@ class canvas {
   void write(std::string_view text, double x, double base, double cap, pixel color = ink_text,
              align where = align::left);
 
-  void save(const std::filesystem::path& path) const;
+  void save(output_file& to) const;
 
  private:
   unsigned width_, height_;

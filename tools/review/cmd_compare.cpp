@@ -2,27 +2,32 @@
 #include <memory>
 
 #include "tools/commands.h"
-#include "tools/image/output_file.h"
+#include "tools/image/image_argument.h"
+#include "tools/printable.h"
 #include "tools/review/compare.h"
 
 namespace vrk::tool {
 namespace {
 
 struct compare_arguments {
-  std::string image, directory, modulation = "noise";
+  image_argument image;
+  std::string directory, modulation = "noise";
   std::vector<unsigned> centre;
   compare_options options;
 };
 
 void compare(compare_arguments& arguments) {
-  const auto image = open_image(arguments.image);
+  const auto image = arguments.image.open();
   compare_options& options = arguments.options;
   options.noise = arguments.modulation == "noise";
   if (!arguments.centre.empty()) options.centre = {arguments.centre[0], arguments.centre[1]};
-  make_directory(arguments.directory);
-  const auto file = std::filesystem::path(arguments.directory) / "compare.png";
-  write_comparison(*image, options, file);
-  std::printf("Every filter and matrix: %s\n", file.c_str());
+  output_set files(arguments.directory);
+  files.protect(arguments.image.path);
+  output_file& sheet = files.add("compare.png");
+  const std::string name = sheet.path().string();
+  write_comparison(*image, options, sheet);
+  files.keep();
+  std::printf("Every filter and matrix: %s\n", printable(name).c_str());
 }
 
 }  // namespace
@@ -32,10 +37,11 @@ void add_compare_command(CLI::App& app) {
   compare_options& options = arguments->options;
   CLI::App* const command =
       app.add_subcommand("compare", "Shows the dots that every filter and matrix makes of a picture, side by side");
-  command->add_option("image", arguments->image, "PNG, JPEG, PBM, PGM, PPM or PAM; - for standard input")
-      ->type_name("IMAGE")
+  add_image_argument(*command, arguments->image);
+  command->add_option("-o,--output", arguments->directory, "directory for compare.png")
+      ->type_name("DIR")
+      ->check(not_empty)
       ->required();
-  command->add_option("-o,--output", arguments->directory, "directory for compare.png")->type_name("DIR")->required();
   command->add_option("--crop", arguments->centre, "centre of the crop, in pixels (default: the picture's centre)")
       ->type_name("X Y")
       ->expected(2);

@@ -2,7 +2,8 @@
 #include <memory>
 
 #include "tools/commands.h"
-#include "tools/image/output_file.h"
+#include "tools/not_empty.h"
+#include "tools/printable.h"
 #include "tools/review/report_plots.h"
 #include "tools/review/report_table.h"
 
@@ -17,14 +18,15 @@ struct report_arguments {
 void report(report_arguments& arguments) {
   report_options& options = arguments.options;
   options.noise = arguments.modulation == "noise";
-  make_directory(arguments.directory);
-  const auto tones = std::filesystem::path(arguments.directory) / "tones.png";
-  const auto spectra = std::filesystem::path(arguments.directory) / "spectra.png";
+  output_set files(arguments.directory);
+  output_file &tones = files.add("tones.png"), &spectra = files.add("spectra.png");
+  const std::string tones_name = tones.path().string(), spectra_name = spectra.path().string();
   const std::vector<choice_report> reports = measure(options);
   plot_tones(reports, options, tones);
   plot_spectra(reports, options, spectra);
+  files.keep();
   show(reports, options);
-  std::printf("\nThe tones: %s\nThe spectra: %s\n", tones.c_str(), spectra.c_str());
+  std::printf("\nThe tones: %s\nThe spectra: %s\n", printable(tones_name).c_str(), printable(spectra_name).c_str());
 }
 
 }  // namespace
@@ -37,8 +39,11 @@ void add_report_command(CLI::App& app) {
       "Measures every filter and matrix on flat patches of black: error of the tone, and spectrum of the dots");
   command->add_option("-o,--output", arguments->directory, "directory for tones.png and spectra.png")
       ->type_name("DIR")
+      ->check(not_empty)
       ->required();
-  command->add_option("--tone", options.tone, "tone of the patch whose spectrum is measured; 255 is full ink")
+  command->add_option("--tone", options.tones, "tones of the patches whose spectra are measured; 255 is full ink")
+      ->type_name("T,T,...")
+      ->delimiter(',')
       ->check(CLI::Range(1, 254))
       ->capture_default_str();
   command->add_option("--levels", options.levels, "levels of a dot")->check(CLI::Range(2, 16))->capture_default_str();

@@ -123,7 +123,8 @@ std::string describe(unsigned inks, const compare_options& options, const window
 
 }  // namespace
 
-void write_comparison(image_reader& source, const compare_options& options, const std::filesystem::path& file) {
+void write_comparison(image_reader& source, const compare_options& options, output_file& to) {
+  if (options.centre) require_inside("--crop", *options.centre, source.width(), source.height());
   const pixel_place centre = options.centre.value_or(pixel_place{source.width() / 2, source.height() / 2});
   const window crop = around(centre, cell_width / options.enlargement, cell_height / options.enlargement,
                              source.width(), source.height());
@@ -144,7 +145,7 @@ void write_comparison(image_reader& source, const compare_options& options, cons
     const auto by = make_halftone(choice, inks.inks, options.levels, options.noise, inks.width);
     drawer.add(choice.name, choice.dither ? "threshold matrix" : "error filter", halftoned(inks, *by));
   }
-  cells.picture().save(file);
+  cells.picture().save(to);
 }
 
 }  // namespace vrk::tool

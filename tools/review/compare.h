@@ -1,9 +1,9 @@
 // One crop of a picture, halftoned by every filter and matrix of the kit, side by side.
 #pragma once
 
-#include <filesystem>
 #include <optional>
 
+#include "tools/files/output_set.h"
 #include "tools/image/image_reader.h"
 #include "tools/image/window.h"
 
@@ -19,6 +19,6 @@ struct compare_options {
 
 // Draws a sheet of labelled cells: the inks before halftoning, then the dots of every halftone_choice. The crop is as
 // large as fits into a cell, or the whole picture if that is smaller.
-void write_comparison(image_reader& source, const compare_options& options, const std::filesystem::path& file);
+void write_comparison(image_reader& source, const compare_options& options, output_file& to);
 
 }  // namespace vrk::tool

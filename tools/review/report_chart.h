@@ -45,7 +45,7 @@ class chart_sheet {
   void explain(std::string_view text, pixel color, bool area = false);
   chart add(std::string_view name, std::string_view remark, const chart_axis& x, const chart_axis& y);
 
-  void save(const std::filesystem::path& file) { cells_.picture().save(file); }
+  void save(output_file& to) { cells_.picture().save(to); }
 
  private:
   sheet cells_;

@@ -38,19 +38,19 @@ pattern settled(const pattern& patch, unsigned margin) {
   return inner;
 }
 
-std::vector<double> measure_power(const halftone_choice& choice, const report_options& options) {
+double share_of_dots(unsigned tone, unsigned levels) {
+  const double level = tone / 255.0 * (levels - 1);
+  return level - std::floor(level);
+}
+
+tone_spectrum measure_spectrum(const halftone_choice& choice, const report_options& options, unsigned tone) {
   const unsigned side = whole_tiles(choice, spectrum_side);
   const auto by = make_halftone(choice, 1, options.levels, options.noise, side, ed_precision::samples16);
-  const pattern patch = flat_patch(*by, side, side, options.tone, 16);
-  return radial_power(choice.dither ? patch : settled(patch, 64));
+  const pattern patch = flat_patch(*by, side, side, tone, 16);
+  return {tone, share_of_dots(tone, options.levels), radial_power(choice.dither ? patch : settled(patch, 64))};
 }
 
 }  // namespace
-
-double share_of_dots(const report_options& options) {
-  const double level = options.tone / 255.0 * (options.levels - 1);
-  return level - std::floor(level);
-}
 
 std::size_t worst(const tone_errors& errors) {
   const auto furthest =
@@ -62,18 +62,32 @@ bool choice_report::keeps_tone() const {
   return std::abs(errors8[worst(errors8)]) < tone_bar && std::abs(errors16[worst(errors16)]) < tone_bar;
 }
 
+const tone_spectrum& choice_report::cloudiest() const {
+  return *std::max_element(spectra.begin(), spectra.end(), [](const tone_spectrum& a, const tone_spectrum& b) {
+    return low_power(a.power, a.share) < low_power(b.power, b.share);
+  });
+}
+
+const tone_spectrum& choice_report::coarsest() const {
+  return *std::max_element(spectra.begin(), spectra.end(), [](const tone_spectrum& a, const tone_spectrum& b) {
+    return hump(a.power, a.share).power < hump(b.power, b.share).power;
+  });
+}
+
 std::vector<choice_report> measure(const report_options& options) {
   std::vector<choice_report> reports;
   const std::vector<halftone_choice> choices = halftone_choices();
-  progress bar(unsigned(3 * choices.size()));
+  progress bar(unsigned((2 + options.tones.size()) * choices.size()));
   for (const halftone_choice& choice : choices) {
     choice_report report{choice, {}, {}, {}};
     report.errors8 = measure_tones(choice, options, ed_precision::bits8);
     bar.step();
     report.errors16 = measure_tones(choice, options, ed_precision::samples16);
     bar.step();
-    report.power = measure_power(choice, options);
-    bar.step();
+    for (const unsigned tone : options.tones) {
+      report.spectra.push_back(measure_spectrum(choice, options, tone));
+      bar.step();
+    }
     reports.push_back(std::move(report));
   }
   return reports;

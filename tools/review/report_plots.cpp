@@ -42,8 +42,7 @@ chart_axis error_axis(double largest) {
 
 }  // namespace
 
-void plot_tones(const std::vector<choice_report>& reports, const report_options& options,
-                const std::filesystem::path& file) {
+void plot_tones(const std::vector<choice_report>& reports, const report_options& options, output_file& to) {
   chart_sheet sheet(reports.size(), "Tone of flat patches",
                     "ink placed less ink asked for, patches of 256 x 256 pixels, " + conditions(options));
   sheet.explain("8-bit samples, 8-bit precision", orange);
@@ -59,33 +58,33 @@ void plot_tones(const std::vector<choice_report>& reports, const report_options&
     plot.plot(curve_of(r.errors8), orange);
     plot.plot(curve_of(r.errors16), blue);
   }
-  sheet.save(file);
+  sheet.save(to);
 }
 
-void plot_spectra(const std::vector<choice_report>& reports, const report_options& options,
-                  const std::filesystem::path& file) {
+void plot_spectra(const std::vector<choice_report>& reports, const report_options& options, output_file& to) {
   chart_sheet sheet(reports.size(), "Spectrum of a flat patch",
-                    "of tone " + std::to_string(options.tone) + ", radially averaged, " + conditions(options));
+                    "radially averaged, of the tone with the most power at low frequencies, " + conditions(options));
   sheet.explain("power in dB, 0 for white noise", blue);
   sheet.explain("dots as far apart as possible", mark);
   sheet.explain("a peak in this area is visible as structure", bad, true);
-  const double share = share_of_dots(options), principal = principal_frequency(share);
   chart_axis frequency{"cycles per pixel", 0, 0.71, {}}, power{"dB", -50, 20, {{-40, "-40"}, {-20, "-20"}, {0, "0"}}};
   for (int i = 0; i <= 7; ++i) frequency.ticks.push_back({i / 10.0, formatted("%g", i / 10.0)});
   for (const choice_report& r : reports) {
-    const double low = low_power(r.power, share), rounded = std::round(decibels(low)) + 0.0;  // no -0
-    chart plot =
-        sheet.add(r.choice.name, low > 0 ? formatted("low frequencies %.0f dB", rounded) : "", frequency, power);
+    const auto& [tone, share, spectrum] = r.cloudiest();
+    const double principal = principal_frequency(share), low = low_power(spectrum, share);
+    const double rounded = std::round(decibels(low)) + 0.0;  // no -0
+    const std::string remark = "tone " + std::to_string(tone) + formatted(", low frequencies %.0f dB", rounded);
+    chart plot = sheet.add(r.choice.name, low > 0 ? remark : "", frequency, power);
     plot.shade({0, 0}, {principal / 2, power.to}, bad);
     plot.draw_axes();
     plot.plot({{principal, power.from}, {principal, power.to}}, mark, 1);
     std::vector<pictures::point> curve;
-    for (std::size_t i = 1; i < r.power.size(); ++i) {
-      curve.push_back({double(i) / spectrum_window, decibels(r.power[i])});
+    for (std::size_t i = 1; i < spectrum.size(); ++i) {
+      curve.push_back({double(i) / spectrum_window, decibels(spectrum[i])});
     }
     plot.plot(curve, blue);
   }
-  sheet.save(file);
+  sheet.save(to);
 }
 
 }  // namespace vrk::tool

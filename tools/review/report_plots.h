@@ -1,16 +1,13 @@
 // The report as pictures.
 #pragma once
 
-#include <filesystem>
-
+#include "tools/files/output_set.h"
 #include "tools/review/report_measures.h"
 
 namespace vrk::tool {
 
 // Each writes a sheet with one chart for every choice.
-void plot_tones(const std::vector<choice_report>& reports, const report_options& options,
-                const std::filesystem::path& file);
-void plot_spectra(const std::vector<choice_report>& reports, const report_options& options,
-                  const std::filesystem::path& file);
+void plot_tones(const std::vector<choice_report>& reports, const report_options& options, output_file& to);
+void plot_spectra(const std::vector<choice_report>& reports, const report_options& options, output_file& to);
 
 }  // namespace vrk::tool

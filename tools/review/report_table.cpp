@@ -24,24 +24,30 @@ std::string why_off(const halftone_choice& choice, unsigned levels) {
   return text;
 }
 
+void show_spectrum(double power, unsigned tone) {
+  if (power > 0) {
+    std::printf("  %7.1f dB at %-3u", decibels(power), tone);
+  } else {
+    std::printf("           -      ");
+  }
+}
+
 }  // namespace
 
 void show(const std::vector<choice_report>& reports, const report_options& options) {
-  const double share = share_of_dots(options);
-  std::printf("                   largest error of tone, %% of full ink       spectrum of tone %u, white noise 0 dB\n",
-              options.tone);
-  std::printf("                   8 bits            16 bits            low frequencies   highest below %.2f\n",
-              principal_frequency(share) / 2);
+  std::string tones;
+  for (const unsigned tone : options.tones) tones += (tones.empty() ? "" : ", ") + std::to_string(tone);
+  std::printf("The worst of all tones, and of the spectra of tones %s (white noise: 0 dB)\n\n", tones.c_str());
+  std::printf("                   error of tone, %% of full ink        power of the spectrum\n");
+  std::printf("                   8 bits            16 bits           low frequencies     coarser than dots\n");
   for (const choice_report& r : reports) {
     std::printf("  %-16s", r.choice.name.c_str());
     show_errors(r.errors8);
     show_errors(r.errors16);
-    const spectrum_peak peak = hump(r.power, share);
-    if (peak.power > 0) {
-      std::printf("  %12.1f dB %12.1f dB\n", decibels(low_power(r.power, share)), decibels(peak.power));
-    } else {
-      std::printf("                -               -\n");
-    }
+    const tone_spectrum &clouds = r.cloudiest(), &structure = r.coarsest();
+    show_spectrum(low_power(clouds.power, clouds.share), clouds.tone);
+    show_spectrum(hump(structure.power, structure.share).power, structure.tone);
+    std::printf("\n");
   }
   std::printf("\n");
   for (const choice_report& r : reports) {
@@ -49,10 +55,11 @@ void show(const std::vector<choice_report>& reports, const report_options& optio
       std::printf("%s is more than %.1f %% off: %s.\n", r.choice.name.c_str(), 100 * tone_bar,
                   why_off(r.choice, options.levels).c_str());
     }
-    const spectrum_peak peak = hump(r.power, share);
+    const tone_spectrum& structure = r.coarsest();
+    const spectrum_peak peak = hump(structure.power, structure.share);
     if (peak.power > 1) {
-      std::printf("%s has a hump: a structure with a period of %.1f pixels.\n", r.choice.name.c_str(),
-                  1 / peak.frequency);
+      std::printf("%s has a hump: a structure with a period of %.1f pixels, at tone %u.\n", r.choice.name.c_str(),
+                  1 / peak.frequency, structure.tone);
     }
   }
 }

@@ -7,31 +7,30 @@
 #include "kit/threshold_matrices.h"
 #include "kit/tone_curves.h"
 #include "tools/commands.h"
-#include "tools/image/output_file.h"
+#include "tools/files/output_set.h"
+#include "tools/not_empty.h"
+#include "tools/printable.h"
 
 namespace vrk::tool {
 namespace {
 
-namespace fs = std::filesystem;
-
 // Writes table files below one directory and counts them.
 class table_directory {
  public:
-  explicit table_directory(fs::path top) : top_(std::move(top)) {}
+  explicit table_directory(const std::string& top) : files_(top) {}
 
   unsigned count() const { return count_; }
 
   void put(const std::string& name, const kit::bytes& image) {
-    const fs::path path = top_ / name;
-    make_directory(path.parent_path());
-    output_file file(path);
+    output_file& file = files_.add(name);
     file.write(image.data(), image.size());
-    file.keep();
+    file.close();
     ++count_;
   }
+  void keep() { files_.keep(); }
 
  private:
-  fs::path top_;
+  output_set files_;
   unsigned count_ = 0;
 };
 
@@ -119,7 +118,8 @@ void write_tables(const std::string& directory) {
   put_halftones(to);
   put_curves(to);
   put_blobs(to);
-  std::printf("%u tables: %s\n", to.count(), directory.c_str());
+  to.keep();
+  std::printf("%u tables: %s\n", to.count(), printable(directory).c_str());
 }
 
 }  // namespace
@@ -127,7 +127,10 @@ void write_tables(const std::string& directory) {
 void add_tables_command(CLI::App& app) {
   const auto directory = std::make_shared<std::string>();
   CLI::App* const command = app.add_subcommand("tables", "Writes the kit's tables as files, to test a driver with");
-  command->add_option("-o,--output", *directory, "directory for the files")->type_name("DIR")->required();
+  command->add_option("-o,--output", *directory, "directory for the files")
+      ->type_name("DIR")
+      ->check(not_empty)
+      ->required();
   command->callback([directory] { write_tables(*directory); });
 }
 

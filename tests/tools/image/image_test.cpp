@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <jpeglib.h>
 #include <png.h>
+#include <zlib.h>
 
 #include "tests/samples.h"
 #include "tests/tools/scratch.h"
@@ -59,7 +60,7 @@ std::string png(const std::string& lines, int depth, int type, int interlace = P
   return file;
 }
 
-std::string jpeg(const std::string& lines, int channels, J_COLOR_SPACE space) {
+std::string jpeg(const std::string& lines, int channels, J_COLOR_SPACE space, bool progressive = false) {
   jpeg_error_mgr errors;
   jpeg_compress_struct to;
   to.err = jpeg_std_error(&errors);
@@ -73,6 +74,7 @@ std::string jpeg(const std::string& lines, int channels, J_COLOR_SPACE space) {
   to.in_color_space = space;
   jpeg_set_defaults(&to);
   jpeg_set_quality(&to, 100, TRUE);
+  if (progressive) jpeg_simple_progression(&to);
   jpeg_start_compress(&to, TRUE);
   std::vector<JSAMPLE> bytes(lines.begin(), lines.end());
   for (unsigned y = 0; y < height; ++y) {
@@ -133,6 +135,7 @@ std::vector<picture> pictures() {
       {"alpha.png", png(stored(drawn(4, rgba)), 8, PNG_COLOR_TYPE_RGBA), drawn(3, over_white), 1},
       {"gray.jpg", jpeg(stored(gray), 1, JCS_GRAYSCALE), gray, 8},
       {"rgb.jpg", jpeg(stored(gray3), 3, JCS_RGB), gray3, 12},
+      {"progressive.jpg", jpeg(stored(gray3), 3, JCS_RGB, true), gray3, 12},
       {"cmyk.jpg", jpeg(stored(drawn(4, level)), 4, JCS_CMYK),  // with the marker of inverted samples
        drawn(4, [](unsigned x, unsigned y, unsigned c) { return 255 - level(x, y, c); }), 8},
   };
@@ -179,6 +182,10 @@ TEST_F(image, says_what_a_picture_is_when_it_cannot_be_read) {
                {save("text.ppm", std::string("P3 1 one 255\n")), "something other than a number"},
                {save("above.pgm", std::string("P2 1 1 7\n8\n")), "has a sample of 8, expected 0 to 7"},
                {save("bits.pbm", std::string("P1 1 1\n2\n")), "something other than 0 and 1"},
+               {save("two.pgm", std::string("P5 1 1 255\n.P5 1 1 255\n.")), "holds more than one picture"},
+               {save("two.pbm", std::string("P1 1 1 1\nP1 1 1 1\n")), "holds more than one picture"},
+               {save("long.ppm", std::string("P6 1 1 255\nrgb\nrgb")), "goes on behind its picture"},
+               {save("header.pam", "P7\n" + std::string(2000, 'W')), "has more than 1000 characters"},
                {save("form.pnm", std::string("P8 1 1\n")), "expected \"P1\" to \"P7\""},
                {path("missing.png"), "No such file"},
                {dir_.string(), "is a directory"}};
@@ -187,6 +194,25 @@ TEST_F(image, says_what_a_picture_is_when_it_cannot_be_read) {
     const std::string said = complaint([&] { open_image(c.file)->read_line(line); });
     EXPECT_EQ(said.find(c.file + ": "), 0u) << said;
     EXPECT_NE(said.find(c.said), std::string::npos) << said;
+  }
+}
+
+// What its header promises is not believed before there is memory for it.
+TEST_F(image, that_needs_too_much_memory_is_refused) {
+  std::string interlaced = png(stored(drawn(3, level)), 8, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_ADAM7);
+  const std::string small = save("small.png", interlaced),
+                    scans = save("scans.jpg", jpeg(stored(drawn(3, level)), 3, JCS_RGB, true));
+  const std::size_t width_field = 16;
+  interlaced.replace(width_field, 8, std::string("\x00\x0F\x00\x00\x00\x0F\x00\x00", 8));
+  const uLong sum = crc32(0, reinterpret_cast<const Bytef*>(&interlaced[12]), 17);
+  for (unsigned i = 0; i < 4; ++i) interlaced[29 + i] = char(sum >> (24 - 8 * i));
+  EXPECT_EQ(complaint([&] { open_image(save("large.png", interlaced)); }),
+            path("large.png") +
+                ": is interlaced and so needs 2764808 MB of memory, more than the 1024 MB of "
+                "--max-memory");
+  for (const auto& [file, needed] : {std::pair{small, 21 * 13 * 3 + 13 * 8}, {scans, (3 * 2 + 2 * 1 * 2) * 128}}) {
+    EXPECT_EQ(complaint([&, file = file, needed = needed] { open_image(file, unsigned(needed)); }), "");
+    EXPECT_NE(complaint([&, file = file, needed = needed] { open_image(file, unsigned(needed) - 1); }), "") << file;
   }
 }
 

@@ -20,7 +20,31 @@ TEST_F(tool, a_print_that_fails_leaves_no_file) {
   std::string page = flat_page(100, 100);
   page.pop_back();
   expect_complaint(save("page.ppm", page), "", "page.ppm: ");
-  EXPECT_TRUE(fs::is_empty(dir_ / "out"));
+  EXPECT_FALSE(fs::exists(dir_ / "out"));
+}
+
+// Only files that a print can have made are removed for a manifest, and nothing else makes sense of one.
+TEST_F(tool, a_print_trusts_no_manifest) {
+  const std::string page = save("page.ppm", flat_page(8, 8)), victim = save("k.pgm", std::string("mine"));
+  const auto print_beside = [&](const std::string& manifest) {
+    fs::create_directories(dir_ / "beside");
+    save("beside/letter.txt", std::string("mine"));
+    save("beside/lc.pbm", std::string("an earlier print"));
+    save("beside/manifest.json", manifest);
+    CLI::App program;
+    vrk::tool::add_print_command(program);
+    testing::internal::CaptureStdout();
+    program.parse("print " + page + " -o " + path("beside") + " --inks 1");
+    testing::internal::GetCapturedStdout();
+    EXPECT_EQ(load(path("beside/letter.txt")) + load(victim), "minemine") << manifest;
+    EXPECT_NE(load(path("beside/manifest.json")).find("\"k.pbm\""), std::string::npos);
+    return !fs::exists(dir_ / "beside/lc.pbm");
+  };
+  EXPECT_TRUE(print_beside(R"({"planes": [{"file": "lc.pbm"}, {"file": "letter.txt"}, {"file": "../k.pgm"}]})"));
+  EXPECT_TRUE(print_beside(R"({"pictures": ["lc.pbm", "k.pgm/../../k.pgm", 7]})"));
+  for (const char* other : {"", "{", "[[[[", "7", R"({"planes": 7, "pictures": {"file": [1]}})"}) {
+    EXPECT_FALSE(print_beside(other));
+  }
 }
 
 kit::bytes changed(kit::bytes image, std::size_t at, std::uint8_t value) {

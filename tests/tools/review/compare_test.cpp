@@ -23,7 +23,9 @@ TEST_F(compare, the_sheet_has_a_cell_of_other_dots_for_every_filter_and_matrix) 
   std::string page = "P5 40 30 255\n";
   for (unsigned i = 0; i < across * down; ++i) page += char(i * 255 / (across * down));
   const auto source = open_image(save("ramp.pgm", page));
-  write_comparison(*source, {.inks = 1, .enlargement = enlargement}, path("compare.png"));
+  output_set files(dir_);
+  write_comparison(*source, {.inks = 1, .enlargement = enlargement}, files.add("compare.png"));
+  files.keep();
 
   // A cell is framed in one gray, a pixel wide.
   const auto drawn = open_image(path("compare.png"));

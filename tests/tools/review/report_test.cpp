@@ -7,8 +7,7 @@
 #include <random>
 #include <set>
 
-#include "tools/review/halftone_choices.h"
-#include "tools/review/report_spectrum.h"
+#include "tools/review/report_measures.h"
 
 namespace vrk::tool {
 namespace {
@@ -46,6 +45,17 @@ TEST(report, spectrum_of_a_sine_has_one_peak) {
 
 TEST(report, spectrum_of_a_flat_pattern_is_nothing) {
   for (const double p : radial_power(painted([](unsigned, unsigned) { return 0.25; }))) EXPECT_EQ(p, 0);
+}
+
+TEST(report, takes_the_tone_that_a_matrix_makes_worst) {
+  const auto spectrum = [](unsigned tone) {
+    const auto by = make_halftone({"bayer4", true}, 1, 2, false, side, ed_precision::samples16);
+    return tone_spectrum{tone, tone / 255.0, radial_power(flat_patch(*by, side, side, tone, 16))};
+  };
+  const choice_report report{{"bayer4", true}, {}, {}, {spectrum(96), spectrum(75), spectrum(128)}};  // 6, 4.7, 8 of 16
+  EXPECT_EQ(report.coarsest().tone, 75U);
+  EXPECT_LT(hump(report.spectra[0].power, report.spectra[0].share).power, 1e-3);
+  EXPECT_GT(hump(report.coarsest().power, report.coarsest().share).power, 1);
 }
 
 // Full ink is the one step that no tone up to 254 reaches.

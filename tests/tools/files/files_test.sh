@@ -1,0 +1,95 @@
+#!/bin/sh
+# The program's files from outside: a print is whole or absent, whatever happens, and exit codes say which.
+# usage: files_test.sh VRK
+set -eu
+vrk=$1
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+
+{ printf 'P6 200 300 255\n' && head -c 180000 /dev/urandom; } >page.ppm
+fails() { # CODE TEXT COMMAND...: the command ends with the code, and says the text in one line
+  code=$1 text=$2
+  shift 2
+  status=0
+  "$@" >/dev/null 2>complaint || status=$?
+  [ "$status" -eq "$code" ] && grep -q -e "$text" complaint && [ "$(wc -l <complaint)" -eq 1 ] && return
+  echo "$* ends with $status and says:" && cat complaint
+  exit 1
+}
+
+# Exit codes.
+fails 2 '"prnt" is no command' "$vrk" prnt
+fails 2 'no command is given' "$vrk"
+fails 2 'name is empty' "$vrk" print page.ppm -o ''
+fails 2 'belongs to the dither' "$vrk" print page.ppm -o out --halftone ed --matrix screens
+fails 1 'missing.png: No such file' "$vrk" print missing.png -o out
+fails 1 'standard output: No space left' sh -c '"$0" tables -o full >/dev/full' "$vrk"
+"$vrk" --help | grep -q 'Exit codes: 0'
+test ! -e out
+
+# A print that replaces another one leaves no plane of that, and nothing that is not its own.
+"$vrk" print page.ppm -o four --levels 4 >/dev/null
+cp -r four both
+echo mine >both/notes.pgm
+"$vrk" print page.ppm -o six --inks 6 >/dev/null
+"$vrk" print page.ppm -o both --inks 6 >/dev/null
+test "$(diff -r six both)" = 'Only in both: notes.pgm'
+
+# Prints at once into one directory.
+for round in 1 2 3 4 5; do
+  rm -rf both
+  for inks in 4 6 4 6; do
+    if [ "$inks" -eq 4 ]; then options='--levels 4'; else options='--inks 6'; fi
+    "$vrk" print page.ppm -o both $options >/dev/null &
+  done
+  wait
+  diff -r four both >/dev/null || diff -r six both
+done
+
+# No room on the disk, a directory in the way: everything stays as it was.
+cp -r four before
+fails 1 'four/.*: File too large' sh -c 'ulimit -f 8; exec "$0" print page.ppm -o four --inks 6 --levels 16' "$vrk"
+mkdir four/lc.pbm before/lc.pbm
+fails 1 'lc.pbm: is a directory' "$vrk" print page.ppm -o four --inks 6
+diff -r before four
+"$vrk" tables -o t >/dev/null
+mv t/dither/screens.dith kept && mkdir t/dither/screens.dith && echo old >t/inks.csc2
+fails 1 'screens.dith: is a directory' "$vrk" tables -o t
+test "$(cat t/inks.csc2)" = old
+
+# What is read is not written.
+cp four/preview.png photo.png
+ln photo.png six/linked.png && mv six/linked.png six/detail.png
+fails 1 'six/detail.png: would be replaced' "$vrk" print photo.png -o six
+fails 1 'six/detail.png: would be replaced' sh -c '"$0" print - -o six <photo.png' "$vrk"
+fails 1 'six/lc.pbm: would be replaced' "$vrk" print six/lc.pbm -o six
+mkdir own && cp kept own/k.pbm
+fails 1 'own/k.pbm: would be replaced' "$vrk" print page.ppm -o own --dith own/k.pbm
+cmp four/preview.png photo.png
+
+# Signals: the run ends as by the signal and leaves nothing, but for one that it was told to ignore.
+mkfifo pipe
+for signal in TERM HUP; do
+  "$vrk" print - -o new/directory <pipe &
+  run=$!
+  exec 3>pipe
+  head -c 90000 page.ppm >&3
+  until ls -A new/directory 2>/dev/null | grep -q .; do sleep 0.01; done
+  kill -s $signal $run
+  status=0
+  wait $run 2>/dev/null || status=$?
+  exec 3>&-
+  test "$(kill -l $status)" = $signal
+  test ! -e new
+done
+(trap '' HUP && exec "$vrk" print - -o new <pipe >/dev/null) &
+run=$!
+exec 3>pipe
+head -c 90000 page.ppm >&3
+until ls -A new 2>/dev/null | grep -q .; do sleep 0.01; done
+kill -s HUP $run
+tail -c +90001 page.ppm >&3
+exec 3>&-
+wait $run
+test -s new/preview.png

@@ -1,0 +1,34 @@
+// The picture on the command line.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+
+#include "tools/image/image_reader.h"
+#include "tools/not_empty.h"
+
+namespace vrk::tool {
+
+struct image_argument {
+  std::string path;  // "-": standard input
+  std::uint64_t max_memory = usual_max_memory;
+
+  std::unique_ptr<image_reader> open() const { return open_image(path, max_memory); }
+};
+
+inline void add_image_argument(CLI::App& command, image_argument& to) {
+  command.add_option("image", to.path, "PNG, JPEG, PBM, PGM, PPM or PAM; - for standard input")
+      ->type_name("IMAGE")
+      ->check(not_empty)
+      ->required();
+  command
+      .add_option("--max-memory", to.max_memory,
+                  "most memory for a picture that cannot be read line by line (interlaced PNG, progressive JPEG), in "
+                  "bytes or with MB or GB behind it, 1MB to 1TB (default 1GB)")
+      ->transform(CLI::AsSizeValue(false).description(""))
+      ->check(CLI::Range(std::uint64_t{1} << 20, std::uint64_t{1} << 40).description(""))
+      ->type_name("SIZE");
+}
+
+}  // namespace vrk::tool
