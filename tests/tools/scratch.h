@@ -2,6 +2,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
@@ -15,12 +16,12 @@
 
 namespace vrk::test {
 
-// A directory of its own for every test, gone afterwards.
+// A directory of its own for every test and process, gone afterwards.
 class scratch : public testing::Test {
  protected:
   scratch()
       : dir_(std::filesystem::path(testing::TempDir()) /
-             testing::UnitTest::GetInstance()->current_test_info()->name()) {
+             (testing::UnitTest::GetInstance()->current_test_info()->name() + ("." + std::to_string(getpid())))) {
     std::filesystem::remove_all(dir_);
     std::filesystem::create_directories(dir_);
   }
