@@ -52,9 +52,8 @@ TEST(report, takes_the_tone_that_a_matrix_makes_worst) {
     const auto by = make_halftone({"bayer4", true}, 1, 2, false, side, ed_precision::samples16);
     return tone_spectrum{tone, tone / 255.0, radial_power(flat_patch(*by, side, side, tone, 16))};
   };
-  choice_report report;
-  report.choice = {"bayer4", true};
-  for (const unsigned tone : {96u, 75u, 128u}) report.spectra.push_back(spectrum(tone));  // 6, 4.7, 8 of 16
+  choice_report report{};
+  for (const unsigned tone : {96u, 75u, 128u}) report.spectra.push_back(spectrum(tone));  // 6, 4.7 and 8 of 16 cells
   EXPECT_EQ(report.coarsest().tone, 75U);
   EXPECT_LT(hump(report.spectra[0].power, report.spectra[0].share).power, 1e-3);
   EXPECT_GT(hump(report.coarsest().power, report.coarsest().share).power, 1);
