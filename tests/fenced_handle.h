@@ -25,13 +25,19 @@ class handle {
     EXPECT_TRUE(mem_.fences_intact());
     fenced_block other(mem_.contents().size(), offset, 0x5A);
     EXPECT_EQ(create(other.data()), used_);
-    const kit::bytes built = mem_.bytes(), again = other.bytes();
-    EXPECT_TRUE(std::equal(built.begin(), built.begin() + used_, again.begin()));
+    const kit::bytes built = bytes(), again = other.bytes();
+    EXPECT_TRUE(std::equal(built.begin(), built.end(), again.begin()));
   }
 
   void* get() { return mem_.data(); }
   std::uint32_t used() const { return used_; }
   std::size_t size() const { return mem_.contents().size(); }
+  bool fences_intact() const { return mem_.fences_intact(); }
+  kit::bytes bytes() const {
+    kit::bytes built = mem_.bytes();
+    built.resize(used_);
+    return built;
+  }
 
   // What transform(handle, src, dst) makes of samples that end at an unreadable page, at a fenced odd address: from an
   // even and an odd address, and, where it comes out no longer than it went in, in place. Bytes that it leaves alone

@@ -281,17 +281,22 @@ inline samples laid_out(const std::vector<rgb>& pixels, const layout_places& l) 
 }
 
 // All pixels in one run, and the first ones in runs of 100 and 1, since long and short runs take different kernels.
-// Layouts that do not exist are layout 0. prepare: what else to do to the handle.
+// Layouts that do not exist are layout 0. masked: nearly half of the pixels, in whole bytes of the mask and in single
+// bits. prepare: what else to do to the handle.
 inline void expect_as_reference(
-    const conversion& c, std::vector<rgb> pixels, std::uint32_t layout, const std::uint8_t* mask = nullptr,
+    const conversion& c, std::vector<rgb> pixels, std::uint32_t layout, bool masked = false,
     const std::function<void(void* handle)>& prepare = [](void*) {}) {
+  std::mt19937 random(3);
+  kit::bytes mask(masked ? (pixels.size() + 7) / 8 : 0);
+  for (std::uint8_t& bits : mask) bits = std::uint8_t(random() % 4 == 0 ? 0xFF : random() & random());
+  guarded_copy mask_bits(mask);
   const layout_places in = c.input_samples == 1 ? layout_places{1, {0, 0, 0}} : layouts[layout > 3 ? 0 : layout];
   const layout_places out = c.output_samples == 3 ? in : layout_places{c.output_samples, {0, 1, 2}};
   samples expected(pixels.size() * out.samples, c.flags & VRK_OUT16 ? 0xA5A5 : 0xA5);
   for (std::size_t p = 0; p < pixels.size(); ++p) {
     if (c.input_samples == 1) pixels[p].fill(pixels[p][2]);
-    const bool masked = mask != nullptr && (mask[p / 8] >> (7 - p % 8) & 1);
-    const out_samples value = masked ? out_samples{} : c.reference(pixels[p]);
+    const bool blank = masked && (mask[p / 8] >> (7 - p % 8) & 1);
+    const out_samples value = blank ? out_samples{} : c.reference(pixels[p]);
     for (unsigned i = 0; i < c.output_samples; ++i) expected[p * out.samples + (i < 3 ? out.rgb[i] : i)] = value[i];
   }
   converter csc(c.image, c.flags, c.input_samples, layout % 8 * 4);
@@ -303,7 +308,8 @@ inline void expect_as_reference(
     const auto part = [run](const samples& all, unsigned length) {
       return samples(all.begin(), all.begin() + std::ptrdiff_t(run * length));
     };
-    EXPECT_EQ(csc.run(part(src, in.samples), unsigned(run), out.samples, mask), part(expected, out.samples)) << run;
+    const std::uint8_t* const bits = masked ? mask_bits.data() : nullptr;
+    EXPECT_EQ(csc.run(part(src, in.samples), unsigned(run), out.samples, bits), part(expected, out.samples)) << run;
   }
 }
 

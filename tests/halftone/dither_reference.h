@@ -9,7 +9,6 @@
 
 #include "kit/dither_table.h"
 #include "kit/planes.h"
-#include "tests/fenced_handle.h"
 #include "tests/halftone/halftone_lines.h"
 #include "tests/samples.h"
 #include "vrk.h"
@@ -123,8 +122,7 @@ inline void expect_lines_of_definition(
       kit::bytes at_the_end = packed(src, reference.in16);
       at_the_end.resize(at_the_end.size() + y % 2);  // the samples' addresses are odd on odd lines
       guarded_copy readable(at_the_end);
-      EXPECT_EQ(fenced_lines(h.get(), readable.data(), expected, y % 2 != 0, vrk_exec_dither, vrk_exec_ditherx),
-                expected)
+      EXPECT_EQ(fenced_lines(h, readable.data(), expected, y % 2 != 0, vrk_exec_dither, vrk_exec_ditherx), expected)
           << of.planes << " planes, " << of.colour_bits << " bits, K " << of.k_bits << ", flags " << flags;
     }
   }

@@ -65,15 +65,9 @@ TEST(dither, what_the_queries_tell) {
   vrk_ht_info info{};
   EXPECT_EQ(vrk_query_dither_info(nullptr, &info) + vrk_query_dither_info(h.get(), nullptr) + info.method, 0u);
   EXPECT_EQ(vrk_query_dither_info(h.get(), &info), 1u);
+  const vrk_plane_scale one{1, 1};
   expect_info(info, bits,
-              {.method = 2,
-               .plane_count = 4,
-               .plane_bits = {1, 2, 2, 2, 4, 1},
-               .line_bytes = {13, 26, 26, 26, 51, 13},
-               .same_line_bytes = 0,
-               .dot_expansion = 0,
-               .plane_scale = {{1, 1}, {1, 1}, {1, 1}, {1, 1}, {1, 1}, {0, 0}},
-               .same_scale = 1});
+              {2, 4, {1, 2, 2, 2, 4, 1}, {13, 26, 26, 26, 51, 13}, 0, 0, {one, one, one, one, one, {0, 0}}, 1});
   table.planes[0] = {};
   vrk_query_dither_info(handle(job{table.encode()}).get(), &info);
   EXPECT_TRUE(info.plane_count == 1 && info.same_line_bytes == 1) << "K alone";

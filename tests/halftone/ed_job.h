@@ -5,7 +5,6 @@
 
 #include <random>
 
-#include "tests/guard.h"
 #include "tests/halftone/ed_reference.h"
 
 namespace vrk::test {
@@ -68,48 +67,36 @@ inline samples random_samples(std::size_t count, unsigned flags, std::mt19937& r
   return values;
 }
 
-// A handle of the library. Its memory, and every line that it writes, is fenced and lies `offset` past a boundary.
-class ed_library {
+// A handle of the library; it takes samples from odd addresses where it lies an odd multiple of 4 past a boundary.
+class ed_library : public handle {
  public:
   ed_library(const ed_tables& tables, unsigned width, unsigned flags, std::size_t offset = 0)
-      : offset_(offset), flags_(flags), mem_(create(tables, width, flags, nullptr), offset, u8(offset)) {
-    used_ = create(tables, width, flags, mem_.data());
-    EXPECT_TRUE(used_ != 0 && used_ <= mem_.contents().size() && mem_.fences_intact());
-  }
+      : handle([&](void* mem) { return create(tables, width, flags, mem); }, offset),
+        flags_(flags),
+        src_offset_(offset / 4 % 2) {}
 
   static u32 create(const ed_tables& tables, unsigned width, unsigned flags, void* mem) {
     const kit::bytes distribution = tables.distribution.encode(), params = tables.params.encode();
     return vrk_create_ed(width, u32(distribution.size()), distribution.data(), u32(params.size()), params.data(), flags,
                          mem);
   }
-
-  void* handle() { return mem_.data(); }
-  std::vector<u8> bytes() const {
-    std::vector<u8> built = mem_.bytes();
-    built.resize(used_);
-    return built;
-  }
   bool start(unsigned block_width, unsigned x, unsigned line) {
-    return vrk_start_ed_block(handle(), block_width, x, line) == 1;
+    return vrk_start_ed_block(get(), block_width, x, line) == 1;
   }
-  void end() { vrk_end_ed_block(handle()); }
-  void clear() { vrk_clear_ed_buf(handle()); }
 
   // Through vrk_exec_edx, or through the six arguments of vrk_exec_ed, null for planes that are not produced.
-  lines line(const samples& values, const lines& as_long, bool through_array) {
+  void expect_line(ed_reference& reference, const samples& values, bool through_array) {
     std::vector<u8> src = packed(values, (flags_ & VRK_IN16) != 0);
-    src.insert(src.begin(), offset_ / 4 % 2, 0);  // to odd addresses
+    src.insert(src.begin(), src_offset_, 0);
     guarded_copy page(src);
-    const lines written =
-        fenced_lines(handle(), page.data() + offset_ / 4 % 2, as_long, through_array, vrk_exec_ed, vrk_exec_edx);
-    EXPECT_TRUE(mem_.fences_intact());
-    return written;
+    const lines expected = reference.line(values);
+    ASSERT_EQ(fenced_lines(*this, page.data() + src_offset_, expected, through_array, vrk_exec_ed, vrk_exec_edx),
+              expected);
   }
 
  private:
-  std::size_t offset_, used_ = 0;
   unsigned flags_;
-  fenced_block mem_;
+  std::size_t src_offset_;
 };
 
 }  // namespace vrk::test

@@ -14,7 +14,7 @@ void expect_levels_of_definition(const ed_row& row, unsigned width, std::mt19937
   ed_reference reference(tables, width, row.flags);
   ed_library library(tables, width, row.flags);
   library.start(width, 0, 0), reference.start(width, 0, 0);
-  ed_handle& h = record_of<ed_handle>(library.handle());
+  ed_handle& h = record_of<ed_handle>(library.get());
   EXPECT_EQ(&ed_rows()[h.kernel], &row);
   for (; h.line_counter < 4; ++h.line_counter) {
     const samples values = random_samples(width * row.planes, row.flags, random);

@@ -1,11 +1,7 @@
 // What both halftones have in common: lines of packed planes, and what handles tell about them.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
-#include "tests/guard.h"
+#include "tests/fenced_handle.h"
 #include "vrk.h"
 
 namespace vrk::test {
@@ -14,7 +10,7 @@ using lines = std::vector<std::vector<std::uint8_t>>;  // as the array forms tak
 
 // Halftones a line between guards, into lines as long as these, by one of its two functions. The array form is given no
 // more pointers than it may look at; of six arguments those behind the last line are null.
-inline lines fenced_lines(void* handle, const void* src, const lines& as_long, bool through_array,
+inline lines fenced_lines(handle& h, const void* src, const lines& as_long, bool through_array,
                           decltype(&vrk_exec_dither) exec, decltype(&vrk_exec_ditherx) exec_array) {
   std::vector<fenced_block> blocks;
   for (const auto& line : as_long) blocks.emplace_back(line.size(), blocks.size());
@@ -22,10 +18,10 @@ inline lines fenced_lines(void* handle, const void* src, const lines& as_long, b
   std::ranges::transform(blocks, at.begin(), [](fenced_block& block) { return block.data(); });
   guarded_copy covered({reinterpret_cast<const std::uint8_t*>(at.data()), at.size() * sizeof at[0]});
   at.resize(std::max(at.size(), std::size_t{6}));
-  EXPECT_EQ(through_array ? exec_array(handle, src, reinterpret_cast<std::uint8_t**>(covered.data()))
-                          : exec(handle, src, at[0], at[1], at[2], at[3], at[4], at[5]),
+  EXPECT_EQ(through_array ? exec_array(h.get(), src, reinterpret_cast<std::uint8_t**>(covered.data()))
+                          : exec(h.get(), src, at[0], at[1], at[2], at[3], at[4], at[5]),
             1u);
-  EXPECT_TRUE(std::ranges::all_of(blocks, &fenced_block::fences_intact));
+  EXPECT_TRUE(h.fences_intact() && std::ranges::all_of(blocks, &fenced_block::fences_intact));
   lines written(blocks.size());
   std::ranges::transform(blocks, written.begin(), &fenced_block::bytes);
   return written;
