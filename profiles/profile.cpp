@@ -1,0 +1,47 @@
+#include "profiles/profile.h"
+
+#include <lcms2.h>
+
+#include <utility>
+
+namespace vrk::profiles {
+namespace {
+
+// 0 for spaces that no table of the library has at its end.
+unsigned channels_of(cmsColorSpaceSignature space) {
+  switch (space) {
+    case cmsSigRgbData:
+      return 3;
+    case cmsSigCmykData:
+      return 4;
+    case cmsSig6colorData:
+    case cmsSigMCH6Data:
+      return 6;
+    default:
+      return 0;
+  }
+}
+
+bool is_device(cmsProfileClassSignature what) {
+  return what == cmsSigInputClass || what == cmsSigDisplayClass || what == cmsSigOutputClass ||
+         what == cmsSigColorSpaceClass;
+}
+
+}  // namespace
+
+void profile::closer::operator()(void* handle) const { cmsCloseProfile(handle); }
+
+profile::profile(std::string name, const kit::bytes& icc)
+    : profile(std::move(name), owner(cmsOpenProfileFromMem(icc.data(), cmsUInt32Number(icc.size())))) {}
+
+profile profile::srgb() { return {"sRGB", owner(cmsCreate_sRGBProfile())}; }
+
+profile::profile(std::string name, owner handle) : name_(std::move(name)), handle_(std::move(handle)) {
+  if (handle_ == nullptr) throw profile_error(name_ + ": is no ICC profile, or a damaged one");
+  channels_ = channels_of(cmsGetColorSpace(lcms()));
+  if (channels_ == 0 || !is_device(cmsGetDeviceClass(lcms()))) {
+    throw profile_error(name_ + ": is no profile of a device with RGB, CMYK or six inks");
+  }
+}
+
+}  // namespace vrk::profiles

@@ -1,0 +1,75 @@
+#include <cstdio>
+#include <map>
+#include <memory>
+
+#include "tools/color/profile_link.h"
+#include "tools/commands.h"
+#include "tools/image/output_file.h"
+#include "tools/pipeline/user_error.h"
+
+namespace vrk::tool {
+namespace {
+
+using kit::grid_encoding;
+
+struct link_arguments {
+  profile_link link;
+  profiles::table_form form;
+  std::string encoding = "packed12", output;
+};
+
+const std::map<std::string, grid_encoding> encodings{
+    {"raw16", grid_encoding::raw16}, {"packed12", grid_encoding::packed12}, {"packed10", grid_encoding::packed10},
+    {"raw8", grid_encoding::raw8},   {"delta10", grid_encoding::delta10},   {"delta8", grid_encoding::delta8}};
+
+void print_summary(const link_arguments& arguments, const linked_table& linked) {
+  const profile_link& link = arguments.link;
+  std::printf("%s: %s to %s, %s%s%s, %u points, %s\n", arguments.output.c_str(),
+              link.from ? link.from->c_str() : "sRGB", link.to.c_str(), link.intent.c_str(),
+              linked.intent_served ? "" : " (by its first table: it has none for this intent)",
+              link.options.black_point_compensation ? " with black point compensation" : "", arguments.form.points,
+              arguments.encoding.c_str());
+  const link_accuracy& found = linked.accuracy;
+  if (linked.channels != 3) {
+    std::printf("Most ink: %.1f %%; gray steps against the profile: %u\n", found.largest_total, found.gray_reversals);
+  }
+  std::printf("CIEDE2000 between table and Little CMS, 100000 colours: mean %.3f, 99 %% below %.3f, largest %.3f\n",
+              found.mean, found.most_below, found.largest);
+}
+
+void write_link(link_arguments& arguments) {
+  arguments.form.encoding = encodings.at(arguments.encoding);
+  const linked_table linked = make_linked_table(arguments.link, arguments.form, arguments.output);
+  const kit::bytes& image = linked.made.image;
+  output_file file(arguments.output);
+  file.write(image.data(), image.size());
+  file.keep();
+  print_summary(arguments, linked);
+}
+
+}  // namespace
+
+void add_link_command(CLI::App& app) {
+  const auto to = std::make_shared<link_arguments>();
+  CLI::App* const command = app.add_subcommand(
+      "link", "Makes a colour table from ICC profiles: \"csc2\" for four or six inks, \"csc1\" for RGB");
+  command->add_option("--to", to->link.to, "profile of the device")->type_name("ICC")->required();
+  command->add_option("--from", to->link.from, "RGB profile of the pictures (default: sRGB)")->type_name("ICC");
+  add_profile_options(*command, to->link, "Colour");
+  command->add_option("--points", to->form.points, "grid points per axis, 2 to 255 (default 17)")
+      ->check(CLI::Range(2, 255).description(""))
+      ->group("Table");
+  command->add_option("--precision", to->form.precision, "bits that the converter works in: 8 or 12 (default 12)")
+      ->check(CLI::IsMember({8, 12}).description(""))
+      ->group("Table");
+  command
+      ->add_option(
+          "--encoding", to->encoding,
+          "how the samples are stored: raw16, packed12 (default), packed10, raw8, delta10 (inks), delta8 (RGB)")
+      ->check(CLI::IsMember(encodings).description(""))
+      ->group("Table");
+  command->add_option("-o,--output", to->output, "the table")->type_name("FILE")->required();
+  command->callback([to] { write_link(*to); });
+}
+
+}  // namespace vrk::tool

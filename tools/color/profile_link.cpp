@@ -1,0 +1,83 @@
+#include "tools/color/profile_link.h"
+
+#include <map>
+
+#include "tools/finite_range.h"
+#include "tools/pipeline/user_error.h"
+#include "tools/print/blob_argument.h"
+
+namespace vrk::tool {
+namespace {
+
+using profiles::intent;
+
+const std::map<std::string, intent> intents{{"perceptual", intent::perceptual},
+                                            {"relative", intent::relative},
+                                            {"saturation", intent::saturation},
+                                            {"absolute", intent::absolute}};
+
+profiles::profile profile_of(const table& file) { return {file.name, file.image}; }
+
+profiles::profile source_of(const profile_link& link, const std::optional<table>& source) {
+  if (source) return profile_of(*source);
+  return link.from ? profile_of(read_table(*link.from)) : profiles::profile::srgb();
+}
+
+profiles::link_options options_of(const profile_link& link, const profiles::profile& to) {
+  profiles::link_options options = link.options;
+  options.rendering = intents.at(link.intent);
+  if (options.black_point_compensation && options.rendering == intent::absolute) {
+    throw user_error("--bpc moves black, which --intent absolute leaves where it is: use one of the two");
+  }
+  if (link.channels.empty()) return options;
+  if (to.channels() != 6) throw user_error("--channels is for profiles of six inks, which " + to.name() + " is not");
+  const auto order = profiles::ink_order_of(link.channels);
+  if (!order)
+    throw user_error("--channels " + link.channels + ": expected C, M, Y, K, c and m (or 5 and 6), each once");
+  options.order = *order;
+  return options;
+}
+
+}  // namespace
+
+void add_profile_options(CLI::App& command, profile_link& to, const std::string& group) {
+  command
+      .add_option("--intent", to.intent,
+                  "what is kept of colours that the device cannot print: perceptual (default), relative, saturation, "
+                  "absolute")
+      ->check(CLI::IsMember(intents).description(""))
+      ->type_name("INTENT")
+      ->group(group);
+  command
+      .add_flag("--bpc", to.options.black_point_compensation,
+                "black point compensation: black becomes the darkest that the device prints")
+      ->group(group);
+  command
+      .add_option("--ink-limit", to.options.ink_limit,
+                  "most ink that a surface takes, 100 for each ink in full; black stays, the others give way")
+      ->type_name("PERCENT")
+      ->check(finite_range(10, 600))
+      ->group(group);
+  command
+      .add_option("--channels", to.channels,
+                  "order of the channels of a six-colour profile: c and m are the light inks, or 5 and 6 the fifth and "
+                  "sixth ink (default CMYKcm)")
+      ->type_name("LETTERS")
+      ->group(group);
+}
+
+linked_table make_linked_table(const profile_link& link, const profiles::table_form& form, const std::string& name,
+                               const std::optional<table>& source) {
+  try {
+    const profiles::profile from = source_of(link, source), to = profile_of(read_table(link.to));
+    const profiles::link_options options = options_of(link, to);
+    const profiles::color_link colors(from, to, options);
+    const profiles::printed_color shown(to, options.order);
+    const table made{name, profiles::link_table(colors, form).encode()};
+    return {made, to.channels(), colors.intent_served(), measure_link(made, form.precision, colors, shown)};
+  } catch (const profiles::profile_error& error) {
+    throw user_error(error.what());
+  }
+}
+
+}  // namespace vrk::tool
