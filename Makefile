@@ -1,14 +1,15 @@
 # The commands of the README, and the stages of .ci/run. Each installs what it needs (as root, on Debian), configures,
 # builds and runs.
 build_packages = g++ cmake ninja-build pkg-config
-tool_packages = libpng-dev libjpeg-dev libcli11-dev libtbb-dev libkissfft-dev nlohmann-json3-dev
+tool_packages = libpng-dev libjpeg-dev libcli11-dev libtbb-dev libkissfft-dev nlohmann-json3-dev liblcms2-dev
 test_packages = libgtest-dev
 dll_packages = g++-mingw-w64-i686-posix llvm-14
 win32_packages = $(dll_packages) googletest clang-14 lld-14
+profile_packages = argyll icc-profiles-free libgs-common
 bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev libgutenprint-dev
 build = cmake --preset $(1) >/dev/null && cmake --build --preset $(1)
 
-.PHONY: demo test sanitize win32 compare benchmarks bench bench32 dist check-dist check-format clean
+.PHONY: demo test sanitize win32 compare benchmarks bench bench32 check-link dist check-dist check-format clean
 
 demo: # prints the built-in sample page and shows the paths of the pictures
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -46,6 +47,11 @@ bench32: # speed of every stage in the DLL beside the 64-bit library, the lowest
 	@$(call build,release) --target vrk_digest
 	@$(call build,win32) --target libvrk vrk_digest
 	@scripts/compare-speed build/win32 build/release
+
+check-link: # how close the tables of `vrk link` come to two press profiles, beside what they have to reach
+	@scripts/packages $(build_packages) $(tool_packages) $(profile_packages)
+	@$(call build,program)
+	@scripts/check-link build/program/tools/vrk out/check-link
 
 dist: # packs out/dist: a zip for 32-bit Windows, a tar.gz and a Debian package for Linux
 	@scripts/packages $(build_packages) $(tool_packages) $(dll_packages) dpkg-dev file

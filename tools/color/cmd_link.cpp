@@ -22,7 +22,7 @@ const std::map<std::string, grid_encoding> encodings{
     {"raw16", grid_encoding::raw16}, {"packed12", grid_encoding::packed12}, {"packed10", grid_encoding::packed10},
     {"raw8", grid_encoding::raw8},   {"delta10", grid_encoding::delta10},   {"delta8", grid_encoding::delta8}};
 
-void print_summary(const link_arguments& arguments, const linked_table& linked) {
+void print_summary(const link_arguments& arguments, const judged_table& linked) {
   const profile_link& link = arguments.link;
   std::printf("%s: %s to %s, %s%s%s, %u points, %s\n", arguments.output.c_str(),
               link.from ? link.from->c_str() : "sRGB", link.to.c_str(), link.intent.c_str(),
@@ -39,7 +39,7 @@ void print_summary(const link_arguments& arguments, const linked_table& linked) 
 
 void write_link(link_arguments& arguments) {
   arguments.form.encoding = encodings.at(arguments.encoding);
-  const linked_table linked = make_linked_table(arguments.link, arguments.form, arguments.output);
+  const judged_table linked = make_judged_table(arguments.link, arguments.form, arguments.output);
   const kit::bytes& image = linked.made.image;
   output_file file(arguments.output);
   file.write(image.data(), image.size());

@@ -1,5 +1,7 @@
 #include "tools/color/profile_link.h"
 
+#include <CLI/CLI.hpp>
+
 #include <map>
 
 #include "tools/finite_range.h"
@@ -38,6 +40,28 @@ profiles::link_options options_of(const profile_link& link, const profiles::prof
   return options;
 }
 
+// Profiles that have been read and fit together.
+struct open_link {
+  profiles::profile to;
+  profiles::link_options options;
+  profiles::color_link colors;
+
+  explicit open_link(const profile_link& link, const std::optional<table>& source = {})
+      : to(profile_of(read_table(link.to))),
+        options(options_of(link, to)),
+        colors(source_of(link, source), to, options) {}
+};
+
+// What profiles complain about is the user's to put right.
+template <class Work>
+auto explained(const Work& work) {
+  try {
+    return work();
+  } catch (const profiles::profile_error& error) {
+    throw user_error(error.what());
+  }
+}
+
 }  // namespace
 
 void add_profile_options(CLI::App& command, profile_link& to, const std::string& group) {
@@ -66,18 +90,19 @@ void add_profile_options(CLI::App& command, profile_link& to, const std::string&
       ->group(group);
 }
 
-linked_table make_linked_table(const profile_link& link, const profiles::table_form& form, const std::string& name,
-                               const std::optional<table>& source) {
-  try {
-    const profiles::profile from = source_of(link, source), to = profile_of(read_table(link.to));
-    const profiles::link_options options = options_of(link, to);
-    const profiles::color_link colors(from, to, options);
-    const profiles::printed_color shown(to, options.order);
-    const table made{name, profiles::link_table(colors, form).encode()};
-    return {made, to.channels(), colors.intent_served(), measure_link(made, form.precision, colors, shown)};
-  } catch (const profiles::profile_error& error) {
-    throw user_error(error.what());
-  }
+table make_linked_table(const profile_link& link, const profiles::table_form& form, const std::string& name,
+                        const std::optional<table>& source) {
+  return explained([&] { return table{name, profiles::link_table(open_link(link, source).colors, form).encode()}; });
+}
+
+judged_table make_judged_table(const profile_link& link, const profiles::table_form& form, const std::string& name) {
+  return explained([&] {
+    const open_link open(link);
+    const profiles::printed_color shown(open.to, open.options.order);
+    table made{name, profiles::link_table(open.colors, form).encode()};
+    const link_accuracy accuracy = measure_link(made, form.precision, open.colors, shown);
+    return judged_table{std::move(made), open.colors.channels(), open.colors.intent_served(), accuracy};
+  });
 }
 
 }  // namespace vrk::tool

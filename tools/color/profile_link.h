@@ -1,35 +1,38 @@
-// A colour table from profiles, as every command that can take profiles makes it.
+// Colour tables from profiles, as the commands that take profiles make them.
 #pragma once
-
-#include <CLI/CLI.hpp>
 
 #include "profiles/link_table.h"
 #include "tools/color/link_accuracy.h"
+
+namespace CLI {
+class App;
+}
 
 namespace vrk::tool {
 
 // What the command line says about the way from one profile to another.
 struct profile_link {
-  std::string to;                     // path of the device's profile
+  std::string to{};                   // path of the device's profile
   std::optional<std::string> from{};  // path of an RGB profile; sRGB without it
-  std::string channels{};             // of a six-colour profile, see profiles::ink_order_of; empty: the usual order
   std::string intent = "perceptual";  // or relative, saturation, absolute
+  std::string channels{};             // of a six-colour profile, see profiles::ink_order_of; empty: the usual order
   profiles::link_options options{};   // without the intent and the order, which the strings give
 };
 
 // --intent, --bpc, --ink-limit and --channels.
 void add_profile_options(CLI::App& command, profile_link& to, const std::string& group);
 
-struct linked_table {
+// The functions below throw user_error. name: what messages call the table by. source: the bytes of the RGB profile, in
+// place of the file `from`.
+table make_linked_table(const profile_link& link, const profiles::table_form& form, const std::string& name,
+                        const std::optional<table>& source = {});
+
+struct judged_table {
   table made;
   unsigned channels;   // 3: "csc1"; 4 or 6: "csc2"
   bool intent_served;  // false: the device's profile has no table for the intent, its first one serves
   link_accuracy accuracy;
 };
-
-// name: what messages call the table by. source: the bytes of the RGB profile, in place of the file `from`. Throws
-// user_error in one sentence.
-linked_table make_linked_table(const profile_link& link, const profiles::table_form& form, const std::string& name,
-                               const std::optional<table>& source = {});
+judged_table make_judged_table(const profile_link& link, const profiles::table_form& form, const std::string& name);
 
 }  // namespace vrk::tool

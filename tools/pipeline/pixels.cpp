@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "profiles/ink_limit.h"
 #include "tools/pipeline/stage.h"
 
 namespace vrk::tool {
@@ -73,12 +74,40 @@ class cmyk_to_kcmy final : public stage {
   }
 };
 
+class limited_inks final : public stage {
+ public:
+  limited_inks(line_format input, double percent) : stage("ink limit", input), limit_(percent, 400) {}
+
+  void run(const void* src, std::uint32_t pixels, void* dst) const override {
+    output_.bits == 16 ? limit<std::uint16_t, 1>(src, pixels, dst) : limit<std::uint8_t, 257>(src, pixels, dst);
+  }
+
+ private:
+  // scale: what makes 16 bits of a sample.
+  template <class Sample, unsigned scale>
+  void limit(const void* src, std::uint32_t pixels, void* dst) const {
+    const auto* from = static_cast<const Sample*>(src);
+    auto* to = static_cast<Sample*>(dst);
+    for (; pixels != 0; --pixels, from += 4, to += 4) {
+      std::array<std::uint16_t, 4> inks;
+      std::transform(from, from + 4, inks.begin(), [](unsigned sample) { return std::uint16_t(sample * scale); });
+      limit_.apply(inks);
+      std::transform(inks.begin(), inks.end(), to, [](unsigned ink) { return Sample(ink / scale); });
+    }
+  }
+
+  profiles::ink_limiter limit_;
+};
+
 }  // namespace
 
 std::unique_ptr<stage> make_gray_to_rgb(line_format input) { return std::make_unique<gray_to_rgb>(input); }
 std::unique_ptr<stage> make_narrow(line_format input) { return std::make_unique<narrow>(input); }
 std::unique_ptr<stage> make_layout(line_format input, pixel_layout layout) {
   return std::make_unique<layout_change>(input, layout);
+}
+std::unique_ptr<stage> make_ink_limit(line_format input, double percent) {
+  return std::make_unique<limited_inks>(input, percent);
 }
 std::unique_ptr<stage> make_cmyk_to_kcmy(line_format input) { return std::make_unique<cmyk_to_kcmy>(input); }
 

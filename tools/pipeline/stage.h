@@ -49,6 +49,7 @@ std::unique_ptr<stage> make_gray_to_rgb(line_format input);
 std::unique_ptr<stage> make_narrow(line_format input);  // 16 bits to 8
 std::unique_ptr<stage> make_layout(line_format input, pixel_layout layout);
 std::unique_ptr<stage> make_cmyk_to_kcmy(line_format input);
+std::unique_ptr<stage> make_ink_limit(line_format input, double percent);  // of K, C, M and Y together
 
 // What the pre-processors do, in their own steps.
 struct tone_settings {

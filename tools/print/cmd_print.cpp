@@ -85,6 +85,12 @@ void add_ink_options(CLI::App& command, ink_options& to) {
       ->check(not_empty)
       ->allow_extra_args(false)
       ->group(group);
+  CLI::Option* const profile =
+      command.add_option("--profile", to.profile.to, "ICC profile of the printer: a colour table is made from it")
+          ->type_name("ICC")
+          ->group(group);
+  add_profile_options(command, to.profile, group);
+  for (const char* const name : {"--intent", "--bpc", "--channels"}) command.get_option(name)->needs(profile);
 }
 
 void add_dot_options(CLI::App& command, dot_options& to) {

@@ -13,6 +13,8 @@ void refuse_contradictions(const print_options& options, const print_tables& own
   } contradictions[] = {
       {!tone.balance2.empty() && (!tone.balance.empty() || tone.lift != 0),
        "--balance2 belongs to the second pre-processor, --balance and --lift to the first"},
+      {inks.profile.options.ink_limit && inks.profile.to.empty() && !holds_inks,
+       "--ink-limit belongs to --profile, or to a picture in C, M, Y, K"},
       {inks.split && inks.count && *inks.count != 6, "--split makes six inks"},
       {inks.split && own.post.main, "--split brings a curve table for all planes: --post can only name single planes"},
       {dither && !dots.filter.empty(), "--filter belongs to error diffusion, not to the dither"},

@@ -63,6 +63,16 @@ void read_files(const table_files& files, unsigned planes, print_tables& to) {
   }
 }
 
+// bits: of samples between stages, which the table is made for.
+void link_profile(const profile_link& profile, unsigned bits, print_tables& to) {
+  if (profile.to.empty()) return;
+  table made = make_linked_table(profile, {.precision = bits == 16 ? 12U : 8U}, profile.to);
+  if (kit::kind_of(made.image) != kit::table_kind::csc2)
+    refuse(made, "is no profile of a printer with four or six inks");
+  to.files.push_back(profile.to);
+  put(to.ink, std::move(made));
+}
+
 void read_tone(const tone_options& options, tone_settings& to, std::vector<std::string>& files) {
   if (!options.balance.empty()) to.balance = {options.balance[0], options.balance[1], options.balance[2]};
   if (!options.balance2.empty()) to.balance2 = {options.balance2[0], options.balance2[1]};
@@ -98,6 +108,7 @@ void read_plane_curves(const std::vector<std::string>& arguments, plane_curves& 
 print_tables read_own_tables(const print_options& options) {
   print_tables own;
   read_files(options.files, options.inks.planes(), own);
+  link_profile(options.inks.profile, options.precision() == ed_precision::samples16 ? 16 : 8, own);
   read_tone(options.tone, own.tone, own.files);
   read_plane_curves(options.inks.plane_curves, own.post, own.files);
   return own;

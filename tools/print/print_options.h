@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/color/profile_link.h"
 #include "tools/pipeline/halftone.h"
 
 namespace vrk::tool {
@@ -23,6 +24,7 @@ struct ink_options {
   std::optional<unsigned> count{};          // 1, 4 or 6; by default what the colour table makes, else 4
   bool split = false;                       // six inks of four, by post-processing
   std::vector<std::string> plane_curves{};  // [PLANE=]CURVE
+  profile_link profile{};                   // no path: none; its ink limit is also for pictures in C, M, Y, K
 
   unsigned planes() const { return split ? 6 : count.value_or(4); }     // asked for
   unsigned converted() const { return split ? 4 : count.value_or(4); }  // by the second converter

@@ -5,7 +5,11 @@ namespace {
 
 // Picture to inks.
 void append_color(const print_tables& tables, pixel_layout layout, unsigned bits, pipeline& to) {
-  if (!tables.ink) return to.append(make_cmyk_to_kcmy(to.output()));
+  if (!tables.ink) {
+    to.append(make_cmyk_to_kcmy(to.output()));
+    if (tables.ink_limit) to.append(make_ink_limit(to.output(), *tables.ink_limit));
+    return;
+  }
 
   const bool wants_rgb = tables.tone.any() || tables.rgb;
   if (wants_rgb && to.output().samples == 1) to.append(make_gray_to_rgb(to.output()));

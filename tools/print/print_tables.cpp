@@ -9,6 +9,7 @@ namespace vrk::tool {
 print_tables choose_tables(const print_options& options, line_format source) {
   print_tables tables = read_own_tables(options);
   refuse_contradictions(options, tables, source);
+  if (source.samples == 4) tables.ink_limit = options.inks.profile.options.ink_limit;
   const unsigned inks = source.samples == 4 ? 4 : choose_ink_tables(options.inks, tables);
   const unsigned planes = choose_plane_curves(options.inks.split, inks, tables.post);
   choose_halftone_tables(options.dots, planes, options.precision() == ed_precision::samples16, tables);

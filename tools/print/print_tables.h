@@ -15,6 +15,7 @@ struct print_tables {
   std::optional<table> rgb{};           // "csc1" from RGB to RGB
   std::optional<table> gray{};          // "csc1" from RGB to one sample, for one ink
   std::optional<table> ink{};           // "csc2", or a tone curve for one ink; none for a picture that holds inks
+  std::optional<double> ink_limit{};    // percent; of a picture that holds inks
   plane_curves post{};                  // what post-processing does
   std::optional<table> dither{};        // "dith"; none for error diffusion, which has the other two
   std::optional<table> parameters{};    // "edpr"
