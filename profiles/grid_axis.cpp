@@ -6,8 +6,8 @@
 namespace vrk::profiles {
 namespace {
 
-constexpr unsigned levels = 256;  // that a position may lie on
-constexpr unsigned lines_across = 9;
+constexpr unsigned levels = 256;      // that a position may lie on
+constexpr unsigned lines_across = 9;  // in the middle of as many equal parts
 
 std::uint16_t sample_at(unsigned level) { return std::uint16_t(level * 257); }
 
@@ -60,13 +60,12 @@ std::vector<line_sums> gray_lines(const color_link& link) {
 // Lines along R, G and B through all of the cube.
 std::vector<line_sums> lines_through_cube(const color_link& link) {
   std::vector<line_sums> lines;
-  const kit::axis_positions places = kit::even_axis(lines_across);
-  for (const std::uint16_t x : places) {
-    for (const std::uint16_t y : places) {
-      add_line(link, lines, [=](std::uint16_t v) { return std::array{v, x, y}; });
-      add_line(link, lines, [=](std::uint16_t v) { return std::array{x, v, y}; });
-      add_line(link, lines, [=](std::uint16_t v) { return std::array{x, y, v}; });
-    }
+  const auto place = [](unsigned line) { return std::uint16_t((2 * line + 1) * 65535 / (2 * lines_across)); };
+  for (unsigned i = 0; i < lines_across * lines_across; ++i) {
+    const std::uint16_t x = place(i / lines_across), y = place(i % lines_across);
+    add_line(link, lines, [=](std::uint16_t v) { return std::array{v, x, y}; });
+    add_line(link, lines, [=](std::uint16_t v) { return std::array{x, v, y}; });
+    add_line(link, lines, [=](std::uint16_t v) { return std::array{x, y, v}; });
   }
   return lines;
 }

@@ -34,7 +34,7 @@ void print_summary(const link_arguments& arguments, const judged_table& linked) 
     std::printf("Most ink: %.1f %%; gray steps against the profile: %u\n", found.largest_total, found.gray_reversals);
   }
   std::printf("CIEDE2000 between table and Little CMS, 100000 colours: mean %.3f, 99 %% below %.3f, largest %.3f\n",
-              found.mean, found.most_below, found.largest);
+              found.mean, found.percentile99, found.largest);
 }
 
 void write_link(link_arguments& arguments) {

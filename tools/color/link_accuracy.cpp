@@ -71,7 +71,7 @@ link_accuracy measure_link(const table& image, unsigned precision, const profile
   std::transform(seen.begin(), seen.end(), wanted.begin(), errors.begin(), profiles::delta_e2000);
   std::sort(errors.begin(), errors.end());
   found.mean = std::accumulate(errors.begin(), errors.end(), 0.0) / double(color_count);
-  found.most_below = errors[color_count * 99 / 100];
+  found.percentile99 = errors[color_count * 99 / 100];
   found.largest = errors.back();
   return found;
 }

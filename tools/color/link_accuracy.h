@@ -8,8 +8,8 @@
 namespace vrk::tool {
 
 struct link_accuracy {
-  double mean, most_below, largest;  // CIEDE2000; 99 % of the colours lie below `most_below`
-  double largest_total;              // ink in percent; of RGB without meaning
+  double mean, percentile99, largest;  // CIEDE2000
+  double largest_total;                // ink in percent; of RGB without meaning
   // Steps of the table along the gray axis, one from each 8-bit level to the next in each channel, that go up where the
   // link goes down or down where it goes up, by half a step of the working precision or more.
   unsigned gray_reversals;

@@ -3,6 +3,7 @@
 
 #include <lcms2.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <memory>
@@ -48,10 +49,10 @@ class printer_profile {
  public:
   explicit printer_profile(std::string_view channels) : channels_(channels) {
     const icc_profile light = rgb_profile(1), lab(cmsCreateLab4Profile(nullptr));
-    from_lab_.reset(cmsCreateTransform(lab.get(), TYPE_Lab_DBL, light.get(), TYPE_RGB_DBL,
-                                       INTENT_RELATIVE_COLORIMETRIC, cmsFLAGS_NOOPTIMIZE | cmsFLAGS_NOCACHE));
-    to_lab_.reset(cmsCreateTransform(light.get(), TYPE_RGB_DBL, lab.get(), TYPE_Lab_DBL,
-                                     INTENT_RELATIVE_COLORIMETRIC, cmsFLAGS_NOOPTIMIZE | cmsFLAGS_NOCACHE));
+    from_lab_.reset(cmsCreateTransform(lab.get(), TYPE_Lab_DBL, light.get(), TYPE_RGB_DBL, INTENT_RELATIVE_COLORIMETRIC,
+                                       cmsFLAGS_NOOPTIMIZE | cmsFLAGS_NOCACHE));
+    to_lab_.reset(cmsCreateTransform(light.get(), TYPE_RGB_DBL, lab.get(), TYPE_Lab_DBL, INTENT_RELATIVE_COLORIMETRIC,
+                                     cmsFLAGS_NOOPTIMIZE | cmsFLAGS_NOCACHE));
   }
 
   kit::bytes encode() {
