@@ -4,8 +4,9 @@
 
 #include "tools/color/profile_link.h"
 #include "tools/commands.h"
-#include "tools/image/output_file.h"
-#include "tools/pipeline/user_error.h"
+#include "tools/files/output_set.h"
+#include "tools/not_empty.h"
+#include "tools/printable.h"
 
 namespace vrk::tool {
 namespace {
@@ -24,8 +25,8 @@ const std::map<std::string, grid_encoding> encodings{
 
 void print_summary(const link_arguments& arguments, const judged_table& linked) {
   const profile_link& link = arguments.link;
-  std::printf("%s: %s to %s, %s%s%s, %u points, %s\n", arguments.output.c_str(),
-              link.from ? link.from->c_str() : "sRGB", link.to.c_str(), link.intent.c_str(),
+  std::printf("%s: %s to %s, %s%s%s, %u points, %s\n", printable(arguments.output).c_str(),
+              printable(link.from.value_or("sRGB")).c_str(), printable(link.to).c_str(), link.intent.c_str(),
               linked.intent_served ? "" : " (by its first table: it has none for this intent)",
               link.options.black_point_compensation ? " with black point compensation" : "", arguments.form.points,
               arguments.encoding.c_str());
@@ -39,11 +40,14 @@ void print_summary(const link_arguments& arguments, const judged_table& linked) 
 
 void write_link(link_arguments& arguments) {
   arguments.form.encoding = encodings.at(arguments.encoding);
+  const std::filesystem::path path(arguments.output);
+  output_set files(path.parent_path());
+  files.protect(arguments.link.to);
+  if (arguments.link.from) files.protect(*arguments.link.from);
+  output_file& file = files.add(path.filename());
   const judged_table linked = make_judged_table(arguments.link, arguments.form, arguments.output);
-  const kit::bytes& image = linked.made.image;
-  output_file file(arguments.output);
-  file.write(image.data(), image.size());
-  file.keep();
+  file.write(linked.made.image.data(), linked.made.image.size());
+  files.keep();
   print_summary(arguments, linked);
 }
 
@@ -53,8 +57,10 @@ void add_link_command(CLI::App& app) {
   const auto to = std::make_shared<link_arguments>();
   CLI::App* const command = app.add_subcommand(
       "link", "Makes a colour table from ICC profiles: \"csc2\" for four or six inks, \"csc1\" for RGB");
-  command->add_option("--to", to->link.to, "profile of the device")->type_name("ICC")->required();
-  command->add_option("--from", to->link.from, "RGB profile of the pictures (default: sRGB)")->type_name("ICC");
+  command->add_option("--to", to->link.to, "profile of the device")->type_name("ICC")->check(not_empty)->required();
+  command->add_option("--from", to->link.from, "RGB profile of the pictures (default: sRGB)")
+      ->type_name("ICC")
+      ->check(not_empty);
   add_profile_options(*command, to->link, "Colour");
   command->add_option("--points", to->form.points, "grid points per axis, 2 to 255 (default 17)")
       ->check(CLI::Range(2, 255).description(""))
@@ -68,7 +74,7 @@ void add_link_command(CLI::App& app) {
           "how the samples are stored: raw16, packed12 (default), packed10, raw8, delta10 (inks), delta8 (RGB)")
       ->check(CLI::IsMember(encodings).description(""))
       ->group("Table");
-  command->add_option("-o,--output", to->output, "the table")->type_name("FILE")->required();
+  command->add_option("-o,--output", to->output, "the table")->type_name("FILE")->check(not_empty)->required();
   command->callback([to] { write_link(*to); });
 }
 

@@ -29,13 +29,13 @@ profiles::link_options options_of(const profile_link& link, const profiles::prof
   profiles::link_options options = link.options;
   options.rendering = intents.at(link.intent);
   if (options.black_point_compensation && options.rendering == intent::absolute) {
-    throw user_error("--bpc moves black, which --intent absolute leaves where it is: use one of the two");
+    throw usage_error("--bpc moves black, which --intent absolute leaves where it is: use one of the two");
   }
   if (link.channels.empty()) return options;
-  if (to.channels() != 6) throw user_error("--channels is for profiles of six inks, which " + to.name() + " is not");
+  if (to.channels() != 6) throw usage_error("--channels is for profiles of six inks, which " + to.name() + " is not");
   const auto order = profiles::ink_order_of(link.channels);
   if (!order)
-    throw user_error("--channels " + link.channels + ": expected C, M, Y, K, c and m (or 5 and 6), each once");
+    throw usage_error("--channels " + link.channels + ": expected C, M, Y, K, c and m (or 5 and 6), each once");
   options.order = *order;
   return options;
 }

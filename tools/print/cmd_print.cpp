@@ -88,6 +88,7 @@ void add_ink_options(CLI::App& command, ink_options& to) {
   CLI::Option* const profile =
       command.add_option("--profile", to.profile.to, "ICC profile of the printer: a colour table is made from it")
           ->type_name("ICC")
+          ->check(not_empty)
           ->group(group);
   add_profile_options(command, to.profile, group);
   for (const char* const name : {"--intent", "--bpc", "--channels"}) command.get_option(name)->needs(profile);
