@@ -1,7 +1,8 @@
 # The commands of the README, and the stages of .ci/run. Each installs what it needs (as root, on Debian), configures,
 # builds and runs.
 build_packages = g++ cmake ninja-build pkg-config
-tool_packages = libpng-dev libjpeg-dev libcli11-dev libtbb-dev libkissfft-dev nlohmann-json3-dev liblcms2-dev
+tool_packages = libpng-dev libjpeg-dev libcli11-dev libtbb-dev libkissfft-dev nlohmann-json3-dev liblcms2-dev \
+  libzimg-dev libexif-dev
 test_packages = libgtest-dev
 dll_packages = g++-mingw-w64-i686-posix llvm-14
 win32_packages = $(dll_packages) googletest clang-14 lld-14

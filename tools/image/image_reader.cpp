@@ -12,10 +12,11 @@ namespace {
 
 class sample_page_reader final : public image_reader {
  public:
-  sample_page_reader(unsigned width, unsigned height) : image_reader("sample page"), page_(width, height) {
+  sample_page_reader(unsigned width, unsigned height, double dpi) : image_reader("sample page"), page_(width, height) {
     width_ = width;
     height_ = height;
     channels_ = 3;
+    dpi_ = {dpi, dpi};
   }
 
   void read_line(void* line) override { page_.draw_line(next_++, static_cast<std::uint8_t*>(line)); }
@@ -34,8 +35,9 @@ void image_reader::require_memory(const char* because, std::uint64_t bytes, std:
                    megabytes(most) + " of --max-memory");
 }
 
-std::unique_ptr<image_reader> read_sample_page(unsigned width, unsigned height) {
-  return std::make_unique<sample_page_reader>(width, height);
+std::unique_ptr<image_reader> read_sample_page(unsigned dpi) {
+  const auto pixels = [&](double mm) { return unsigned(mm / mm_per_inch * dpi + 0.5); };
+  return std::make_unique<sample_page_reader>(pixels(210), pixels(297), double(dpi));
 }
 
 std::unique_ptr<image_reader> open_image(const std::string& path, std::uint64_t max_memory) {

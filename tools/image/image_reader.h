@@ -4,7 +4,11 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
+
+#include "tools/image/orientation.h"
+#include "tools/image/resolution.h"
 
 namespace vrk::tool {
 
@@ -22,6 +26,10 @@ class image_reader {
   std::size_t line_bytes() const { return std::size_t{width_} * channels_ * (bits_ / 8); }
   const std::string& name() const { return name_; }
 
+  // As the file says: pixels per inch, and how the picture is to be seen. Lines are read as they are stored.
+  const std::optional<resolution>& dpi() const { return dpi_; }
+  orientation seen() const { return seen_; }
+
   // Fills line_bytes() bytes with the next line. Throws user_error, naming the file, when the file is broken or ends
   // early; the last line checks the end of the file as well where the format has one.
   virtual void read_line(void* line) = 0;
@@ -34,6 +42,8 @@ class image_reader {
 
   std::string name_;  // for messages
   unsigned width_ = 0, height_ = 0, channels_ = 0, bits_ = 8;
+  std::optional<resolution> dpi_{};
+  orientation seen_{};
 };
 
 struct file_closer {
@@ -50,7 +60,7 @@ std::unique_ptr<image_reader> read_png(input_file file, const std::string& name,
 std::unique_ptr<image_reader> read_jpeg(input_file file, const std::string& name, std::uint64_t max_memory);
 std::unique_ptr<image_reader> read_pnm(input_file file, const std::string& name);
 
-// The built-in sample page, as if it were a file.
-std::unique_ptr<image_reader> read_sample_page(unsigned width, unsigned height);
+// The built-in sample page, as if it were a file of A4 size.
+std::unique_ptr<image_reader> read_sample_page(unsigned dpi);
 
 }  // namespace vrk::tool

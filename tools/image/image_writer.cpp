@@ -13,7 +13,7 @@ namespace {
 
 class png_writer final : public image_writer {
  public:
-  png_writer(output_file& to, unsigned width, unsigned height) : file_(to) {
+  png_writer(output_file& to, unsigned width, unsigned height, std::optional<resolution> dpi) : file_(to) {
     png_ = png_create_write_struct(PNG_LIBPNG_VER_STRING, &failure_, on_error, on_warning);
     info_ = png_create_info_struct(png_);
     try {
@@ -23,6 +23,7 @@ class png_writer final : public image_writer {
         png_set_IHDR(png_, info_, width, height, 8, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
                      PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
         png_set_sRGB(png_, info_, PNG_sRGB_INTENT_PERCEPTUAL);
+        if (dpi) png_set_pHYs(png_, info_, per_metre(dpi->x), per_metre(dpi->y), PNG_RESOLUTION_METER);
         png_write_info(png_, info_);
       });
     } catch (...) {
@@ -42,6 +43,7 @@ class png_writer final : public image_writer {
   }
 
  private:
+  static png_uint_32 per_metre(double dpi) { return png_uint_32(dpi * 1000 / mm_per_inch + 0.5); }
   static void write_bytes(png_structp png, png_bytep data, std::size_t bytes) {
     auto* const self = static_cast<png_writer*>(png_get_io_ptr(png));
     try {
@@ -75,20 +77,26 @@ class pnm_writer final : public image_writer {
   std::size_t line_bytes_;
 };
 
-std::string size_text(unsigned width, unsigned height) { return std::to_string(width) + " " + std::to_string(height); }
+// Up to the two numbers that all forms have.
+std::string pnm_header(const char* magic, unsigned width, unsigned height, resolution dpi) {
+  return std::string(magic) + "\n# " + text_of(dpi) + " dpi\n" + std::to_string(width) + " " + std::to_string(height) +
+         "\n";
+}
 
 }  // namespace
 
-std::unique_ptr<image_writer> write_png(output_file& to, unsigned width, unsigned height) {
-  return std::make_unique<png_writer>(to, width, height);
+std::unique_ptr<image_writer> write_png(output_file& to, unsigned width, unsigned height,
+                                        std::optional<resolution> dpi) {
+  return std::make_unique<png_writer>(to, width, height, dpi);
 }
 
-std::unique_ptr<image_writer> write_pbm(output_file& to, unsigned width, unsigned height) {
-  return std::make_unique<pnm_writer>(to, "P4\n" + size_text(width, height) + "\n", (std::size_t{width} + 7) / 8);
+std::unique_ptr<image_writer> write_pbm(output_file& to, unsigned width, unsigned height, resolution dpi) {
+  return std::make_unique<pnm_writer>(to, pnm_header("P4", width, height, dpi), (std::size_t{width} + 7) / 8);
 }
 
-std::unique_ptr<image_writer> write_pgm(output_file& to, unsigned width, unsigned height, unsigned white) {
-  const std::string header = "P5\n" + size_text(width, height) + "\n" + std::to_string(white) + "\n";
+std::unique_ptr<image_writer> write_pgm(output_file& to, unsigned width, unsigned height, unsigned white,
+                                        resolution dpi) {
+  const std::string header = pnm_header("P5", width, height, dpi) + std::to_string(white) + "\n";
   return std::make_unique<pnm_writer>(to, header, width);
 }
 

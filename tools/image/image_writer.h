@@ -3,8 +3,10 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "tools/files/output_set.h"
+#include "tools/image/resolution.h"
 
 namespace vrk::tool {
 
@@ -15,15 +17,17 @@ class image_writer {
   virtual void finish() = 0;  // after the last line
 };
 
-// The file stays where it is while it is written.
+// The file stays where it is while it is written. dpi: noted in it, in PBM and PGM as a comment.
 
 // R, G, B bytes.
-std::unique_ptr<image_writer> write_png(output_file& to, unsigned width, unsigned height);
+std::unique_ptr<image_writer> write_png(output_file& to, unsigned width, unsigned height,
+                                        std::optional<resolution> dpi = {});
 
 // PBM: lines of packed bits, the first pixel in the most significant bit, 1 for black.
-std::unique_ptr<image_writer> write_pbm(output_file& to, unsigned width, unsigned height);
+std::unique_ptr<image_writer> write_pbm(output_file& to, unsigned width, unsigned height, resolution dpi);
 
 // PGM: a byte per pixel, 0 for black, `white` for white.
-std::unique_ptr<image_writer> write_pgm(output_file& to, unsigned width, unsigned height, unsigned white);
+std::unique_ptr<image_writer> write_pgm(output_file& to, unsigned width, unsigned height, unsigned white,
+                                        resolution dpi);
 
 }  // namespace vrk::tool

@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <cstring>
 
 #include "tools/image/c_library.h"
+#include "tools/image/exif.h"
 #include "tools/image/image_reader.h"
 // jpeglib.h needs <cstdio> before it.
 #include <jerror.h>
@@ -22,6 +24,7 @@ class jpeg_reader final : public image_reader {
       if (jpeg_has_multiple_scans(&jpeg_) != 0)
         require_memory("progressive (in several scans)", coefficient_bytes(), max_memory);
       run_c(failure_, name_, [this] { start(); });
+      read_notes();
     } catch (...) {
       jpeg_destroy_decompress(&jpeg_);
       throw;
@@ -48,6 +51,7 @@ class jpeg_reader final : public image_reader {
   void read_header() {
     jpeg_create_decompress(&jpeg_);
     jpeg_stdio_src(&jpeg_, file_.get());
+    jpeg_save_markers(&jpeg_, exif_marker, 0xFFFF);
     jpeg_read_header(&jpeg_, TRUE);
   }
 
@@ -68,6 +72,23 @@ class jpeg_reader final : public image_reader {
     width_ = jpeg_.output_width;
     height_ = jpeg_.output_height;
     channels_ = unsigned(jpeg_.output_components);
+  }
+
+  // The density of the JFIF header comes before the camera's, which often stays when a picture is made smaller.
+  void read_notes() {
+    for (auto marker = jpeg_.marker_list; marker != nullptr; marker = marker->next) {
+      constexpr std::size_t lead = 6;
+      if (marker->marker != exif_marker || marker->data_length < lead) continue;
+      if (std::memcmp(marker->data, "Exif\0", lead) != 0) continue;
+      const exif_notes notes = read_exif(marker->data + lead, marker->data_length - lead);
+      dpi_ = notes.dpi;
+      seen_ = notes.seen;
+    }
+    constexpr int per_inch = 1, per_centimetre = 2;
+    if (!jpeg_.saw_JFIF_marker || jpeg_.X_density == 0 || jpeg_.Y_density == 0) return;
+    if (jpeg_.density_unit != per_inch && jpeg_.density_unit != per_centimetre) return;
+    const double unit = jpeg_.density_unit == per_inch ? 1 : mm_per_inch / 10;
+    dpi_ = {jpeg_.X_density * unit, jpeg_.Y_density * unit};
   }
 
   // A small file may hold very many scans, each of which takes as long as a whole picture.
@@ -100,6 +121,8 @@ class jpeg_reader final : public image_reader {
         break;
     }
   }
+
+  static constexpr int exif_marker = JPEG_APP0 + 1;
 
   input_file file_;
   c_failure failure_;

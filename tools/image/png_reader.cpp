@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tools/image/c_library.h"
+#include "tools/image/exif.h"
 #include "tools/image/image_reader.h"
 
 namespace vrk::tool {
@@ -19,6 +20,7 @@ class png_reader final : public image_reader {
     info_ = png_create_info_struct(png_);
     try {
       run_c(failure_, name_, [this] { read_header(); });
+      read_notes();
       if (png_get_interlace_type(png_, info_) != PNG_INTERLACE_NONE) read_whole(max_memory);
     } catch (...) {
       png_destroy_read_struct(&png_, &info_, nullptr);
@@ -60,6 +62,19 @@ class png_reader final : public image_reader {
     height_ = png_get_image_height(png_, info_);
     channels_ = png_get_channels(png_, info_);
     bits_ = png_get_bit_depth(png_, info_);
+  }
+
+  void read_notes() {
+    png_uint_32 size = 0, x = 0, y = 0;
+    png_bytep exif = nullptr;
+    if (png_get_eXIf_1(png_, info_, &size, &exif) != 0) {
+      const exif_notes notes = read_exif(exif, size);
+      dpi_ = notes.dpi;
+      seen_ = notes.seen;
+    }
+    int unit = PNG_RESOLUTION_UNKNOWN;
+    if (png_get_pHYs(png_, info_, &x, &y, &unit) == 0 || unit != PNG_RESOLUTION_METER || x == 0 || y == 0) return;
+    dpi_ = {x * mm_per_inch / 1000, y * mm_per_inch / 1000};
   }
 
   // The last pass of an interlaced picture still changes its first line, so the whole picture is read at once.

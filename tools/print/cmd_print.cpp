@@ -6,6 +6,8 @@
 #include "kit/threshold_matrices.h"
 #include "tools/commands.h"
 #include "tools/image/image_argument.h"
+#include "tools/page/page.h"
+#include "tools/page/page_arguments.h"
 #include "tools/print/blob_argument.h"
 #include "tools/print/curve_argument.h"
 #include "tools/print/print_page.h"
@@ -16,9 +18,10 @@ namespace {
 struct print_arguments {
   image_argument image;
   std::string directory;
+  page_options page;
   print_options options;
   std::vector<unsigned> detail_centre;
-  unsigned dpi = 600;
+  unsigned dpi = unsigned(usual_dpi.x);
 };
 
 // The names of a list of named things, for a check.
@@ -162,6 +165,15 @@ void add_table_files(CLI::App& command, table_files& to) {
       ->group(group);
 }
 
+void add_preview_options(CLI::App& command, picture_options& to) {
+  CLI::Option* const without = command.add_flag_callback(
+      "--no-preview", [&to] { to.drawn = false; }, "draw neither preview.png nor detail.png, which saves time");
+  command.add_option("--preview-size", to.preview_size, "pixels of the longer side of preview.png, at most")
+      ->check(CLI::Range(16, 16384))
+      ->capture_default_str()
+      ->excludes(without);
+}
+
 void add_print_options(CLI::App& command, print_arguments& to) {
   command.add_option("-o,--output", to.directory, "directory for the files")
       ->type_name("DIR")
@@ -171,25 +183,28 @@ void add_print_options(CLI::App& command, print_arguments& to) {
   add_ink_options(command, to.options.inks);
   add_dot_options(command, to.options.dots);
   add_table_files(command, to.options.files);
+  add_preview_options(command, to.options.pictures);
   add_run_options(command, to.options);
   command.footer(std::string(curve_help) + "\n\n" + blob_help + "\n\n" + exit_help);
 }
 
 void print_sample(const print_arguments& arguments) {
-  const auto pixels = [&](double mm) { return unsigned(mm / 25.4 * arguments.dpi + 0.5); };
-  const auto page = read_sample_page(pixels(210), pixels(297));
+  print_options options = arguments.options;
   // detail.png shows the balloon of the page's photograph.
+  const auto pixels = [&](double mm) { return unsigned(mm / mm_per_inch * arguments.dpi + 0.5); };
+  options.pictures.detail_centre = {pixels(54), pixels(50.5)};
   output_set files(arguments.directory);
-  show(print_page(*page, arguments.options, files, pixel_place{pixels(54), pixels(50.5)}), arguments.directory);
+  show(print_page(*read_sample_page(arguments.dpi), options, files), arguments.directory);
 }
 
 void run_print(const print_arguments& arguments) {
-  const auto image = arguments.image.open();
-  std::optional<pixel_place> centre;
-  if (!arguments.detail_centre.empty()) centre = {arguments.detail_centre[0], arguments.detail_centre[1]};
+  print_options options = arguments.options;
+  const std::vector<unsigned>& centre = arguments.detail_centre;
+  if (!centre.empty()) options.pictures.detail_centre = {centre[0], centre[1]};
+  const auto page = lay_out(arguments.image.open(), arguments.page);
   output_set files(arguments.directory);
   files.protect(arguments.image.path);
-  show(print_page(*image, arguments.options, files, centre), arguments.directory);
+  show(print_page(*page, options, files), arguments.directory);
 }
 
 }  // namespace
@@ -199,12 +214,14 @@ void add_print_command(CLI::App& app) {
   CLI::App* const command =
       app.add_subcommand("print", "Prints a picture: plane files, a preview, and an enlarged detail");
   add_image_argument(*command, arguments->image);
+  add_page_options(*command, arguments->page);
   add_print_options(*command, *arguments);
   command
       ->add_option("--detail", arguments->detail_centre,
-                   "centre of detail.png, in pixels of the picture (default: its centre)")
+                   "centre of detail.png, in pixels of the page (default: its centre)")
       ->type_name("X Y")
-      ->expected(2);
+      ->expected(2)
+      ->excludes("--no-preview");
   command->callback([arguments] { run_print(*arguments); });
 }
 

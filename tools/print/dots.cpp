@@ -80,10 +80,9 @@ void dots::read_row(const std::uint8_t* packed, unsigned row) {
     }
   }
   ++rows_;
-  find_colors();
 }
 
-void dots::find_colors() {
+const std::vector<light>& dots::colors() {
   for (const palette& colors : palettes_) {
     std::fill(index_.begin(), index_.end(), std::uint16_t{0});
     for (std::size_t p = colors.first; p < colors.end; ++p) {
@@ -100,6 +99,7 @@ void dots::find_colors() {
       colors_[x] = on_paper ? color : colors_[x] * color;
     }
   }
+  return colors_;
 }
 
 double dots::coverage(std::size_t plane) const {

@@ -23,9 +23,10 @@ class dots {
   // Takes row 0 ... scale().y - 1 of a line of pixels, as the halftone wrote it.
   void read_row(const std::uint8_t* packed, unsigned row);
 
-  // The row: the codes of one plane in its own scale, and the colours of all planes together by the kit's ink model.
+  // The row: the codes of one plane in its own scale, and the colours of all planes together by the kit's ink model,
+  // which every call computes.
   const std::vector<std::uint8_t>& codes(std::size_t plane) const { return planes_[plane].codes; }
-  const std::vector<light>& colors() const { return colors_; }
+  const std::vector<light>& colors();
 
   // The mean ink of a plane over all rows so far: 0 ... 1, a share of full ink.
   double coverage(std::size_t plane) const;
@@ -42,8 +43,6 @@ class dots {
     std::size_t first = 0, end = 0;  // planes
     std::vector<light> colors{light{1, 1, 1}};
   };
-
-  void find_colors();
 
   dot_scale scale_;
   std::vector<plane> planes_;

@@ -14,14 +14,13 @@ using json = nlohmann::ordered_json;
 constexpr const char* manifest_name = "manifest.json";
 constexpr std::string_view picture_names[] = {"preview.png", "detail.png"};
 
-json describe(const plane_format& plane, const std::string& file, const image_reader& page) {
+json describe(const plane_format& plane, const std::string& file, const raster& page) {
   const auto at = std::find(plane_names.begin(), plane_names.end(), plane.name) - plane_names.begin();
-  return {{"file", file},
-          {"ink", ink_names[std::size_t(at)]},
-          {"bits", plane.bits},
-          {"levels", plane.levels()},
-          {"width", page.width() * plane.scale.x},
-          {"height", page.height() * plane.scale.y}};
+  const auto [width, height, dpi] = finer(page, plane.scale);
+  return {{"file", file},         {"ink", ink_names[std::size_t(at)]},
+          {"bits", plane.bits},   {"levels", plane.levels()},
+          {"width", width},       {"height", height},
+          {"dpi", {dpi.x, dpi.y}}};
 }
 
 // By the options of `vrk print` that give such tables.
@@ -58,12 +57,12 @@ bool may_be_of_a_print(const std::string& name) {
 void add_manifest(const image_reader& source, const page_files& files, const print_tables& tables, output_set& to) {
   json planes = json::array();
   for (std::size_t p = 0; p < files.planes(); ++p) {
-    planes.push_back(describe(files.format(p), files.name(p), source));
+    planes.push_back(describe(files.format(p), files.name(p), files.page()));
   }
   const json manifest{{"program", std::string("vrk ") + vrk_get_version()},
                       {"picture", source.name()},
                       {"planes", planes},
-                      {"pictures", picture_names},
+                      {"pictures", files.drawn() ? json(picture_names) : json::array()},
                       {"tables", describe(tables)}};
   // Names of files need not be UTF-8, JSON must be.
   to.add(manifest_name).write(manifest.dump(2, ' ', false, json::error_handler_t::replace) + "\n");

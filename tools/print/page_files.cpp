@@ -2,17 +2,21 @@
 
 namespace vrk::tool {
 
-page_files::page_files(output_set& to, const std::vector<plane_format>& planes, unsigned width, unsigned height,
-                       pixel_place detail_centre)
-    : dots_(planes, width),
-      small_(to.add("preview.png"), width, height, dots_.scale()),
-      large_(to.add("detail.png"), width, height, dots_.scale(), detail_centre) {
+page_files::page_files(output_set& to, const std::vector<plane_format>& planes, const raster& page,
+                       const picture_options& pictures)
+    : page_(page), dots_(planes, page.width) {
+  const dot_scale scale = dots_.scale();
+  if (pictures.drawn) {
+    const pixel_place centre = pictures.detail_centre.value_or(pixel_place{page.width / 2, page.height / 2});
+    small_.emplace(to.add("preview.png"), finer(page, scale), pictures.preview_size);
+    large_.emplace(to.add("detail.png"), finer(page, scale), pixel_place{centre.x * scale.x, centre.y * scale.y});
+  }
   for (const plane_format& plane : planes) {
     const std::string name = std::string(plane.name) + (plane.bits == 1 ? ".pbm" : ".pgm");
-    const unsigned across = width * plane.scale.x, down = height * plane.scale.y;
+    const auto [width, height, dpi] = finer(page, plane.scale);
     files_.push_back({&plane, name,
-                      plane.bits == 1 ? write_pbm(to.add(name), across, down)
-                                      : write_pgm(to.add(name), across, down, plane.levels() - 1)});
+                      plane.bits == 1 ? write_pbm(to.add(name), width, height, dpi)
+                                      : write_pgm(to.add(name), width, height, plane.levels() - 1, dpi)});
   }
 }
 
@@ -20,8 +24,10 @@ void page_files::add_line(const std::uint8_t* packed) {
   for (unsigned row = 0; row < dots_.scale().y; ++row) {
     drawing_.time([&] {
       dots_.read_row(packed, row);
-      small_.add_row(dots_.colors());
-      large_.add_row(dots_.colors());
+      if (!small_) return;
+      const std::vector<light>& colors = dots_.colors();
+      small_->add_row(colors);
+      large_->add_row(colors);
     });
   }
   writing_.time([&] {
@@ -45,8 +51,8 @@ void page_files::write_plane(const plane_file& plane, const std::uint8_t* packed
 
 void page_files::finish() {
   for (const plane_file& plane : files_) plane.file->finish();
-  small_.finish();
-  large_.finish();
+  if (small_) small_->finish();
+  if (large_) large_->finish();
 }
 
 }  // namespace vrk::tool

@@ -1,6 +1,7 @@
 // The files of one print: the planes as a printer would get them, and pictures of what comes out on paper.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -8,19 +9,22 @@
 #include "tools/pipeline/stopwatch.h"
 #include "tools/print/dots.h"
 #include "tools/print/preview.h"
+#include "tools/print/print_options.h"
 
 namespace vrk::tool {
 
 class page_files {
  public:
-  // width, height: of the picture, in its pixels
-  page_files(output_set& to, const std::vector<plane_format>& planes, unsigned width, unsigned height,
-             pixel_place detail_centre);
+  // page: in pixels of the picture
+  page_files(output_set& to, const std::vector<plane_format>& planes, const raster& page,
+             const picture_options& pictures);
 
   // One line of pixels, as the halftone wrote it.
   void add_line(const std::uint8_t* packed);
   void finish();  // after the last line
 
+  const raster& page() const { return page_; }  // in pixels
+  bool drawn() const { return small_.has_value(); }
   std::size_t planes() const { return files_.size(); }
   const plane_format& format(std::size_t plane) const { return *files_[plane].format; }
   const std::string& name(std::size_t plane) const { return files_[plane].name; }
@@ -38,11 +42,12 @@ class page_files {
 
   void write_plane(const plane_file& plane, const std::uint8_t* packed, const std::vector<std::uint8_t>& codes);
 
+  raster page_;
   dots dots_;
   std::vector<plane_file> files_;
   std::vector<std::uint8_t> grays_;
-  preview small_;
-  detail large_;
+  std::optional<preview> small_;
+  std::optional<detail> large_;
   stopwatch writing_, drawing_;
 };
 

@@ -1,6 +1,7 @@
 #include "tools/print/preview.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "kit/srgb.h"
 
@@ -9,51 +10,90 @@ namespace {
 
 unsigned divide_up(unsigned a, unsigned b) { return (a + b - 1) / b; }
 
+// The next whole number, but for what rounding added.
+unsigned whole(double number) { return unsigned(std::max(1.0, std::ceil(number - 1e-6))); }
+
+// A dot's side in detail.png, when it is so many times as long as the other.
+unsigned drawn(double ratio) { return unsigned(std::max(1.0, ratio) * detail::enlargement + 0.5); }
+
 }  // namespace
 
-preview::preview(output_file& to, unsigned width, unsigned height, dot_scale scale)
-    : preview(to, width, height, scale, std::max(1U, divide_up(std::max(width, height), longest))) {}
-
-preview::preview(output_file& to, unsigned width, unsigned height, dot_scale scale, unsigned side)
-    : across_(side * scale.x),
-      down_(side * scale.y),
-      width_(width * scale.x),
-      rows_left_(height * scale.y),
-      sums_(divide_up(width, side)),
-      file_(write_png(to, divide_up(width, side), divide_up(height, side))) {}
+// The coarser way the page has whole dots to a square, the finer way as many as make it a square.
+preview::preview(output_file& to, const raster& page, unsigned longest)
+    : width_(page.width), height_(page.height), across_(1), down_(1) {
+  const auto [x, y] = page.dpi;
+  const double side = std::max(page.width / x, page.height / y) / longest;  // inches
+  const bool coarse_down = y < x;
+  (coarse_down ? down_ : across_) = whole(side * std::min(x, y));
+  (coarse_down ? across_ : down_) = whole(coarse_down ? down_ * x / y : across_ * y / x);
+  constexpr unsigned fewest_dots = 8;  // one way
+  reach_ = divide_up(fewest_dots, std::min(across_, down_)) / 2;
+  current_ = {std::vector<light>(divide_up(width_, across_)), 0};
+  file_ = write_png(to, divide_up(width_, across_), divide_up(height_, down_), resolution{x / across_, y / down_});
+}
 
 void preview::add_row(const std::vector<light>& colors) {
   for (unsigned box = 0, x = 0; x < width_; ++box) {
-    light sum = sums_[box];
+    light sum = current_.sums[box];
     for (const unsigned end = std::min(width_, x + across_); x < end; ++x) {
       for (std::size_t c = 0; c < 3; ++c) sum[c] += colors[x][c];
     }
-    sums_[box] = sum;
+    current_.sums[box] = sum;
   }
-  --rows_left_;
-  if (++rows_held_ == down_ || rows_left_ == 0) write_row();
+  ++dot_row_;
+  if (++current_.rows == down_ || dot_row_ == height_) end_squares();
+}
+
+void preview::end_squares() {
+  rows_.push_back(with_neighbours());
+  ++end_;
+  std::fill(current_.sums.begin(), current_.sums.end(), light{});
+  current_.rows = 0;
+  while (next_ < end_ && (next_ + reach_ < end_ || dot_row_ == height_)) write_row();
+}
+
+preview::square_row preview::with_neighbours() const {
+  square_row wide = current_;
+  const auto last = unsigned(wide.sums.size()) - 1;
+  for (unsigned box = 0; box <= last; ++box) {
+    light sum{};
+    for (unsigned from = box - std::min(box, reach_); from <= std::min(last, box + reach_); ++from) {
+      for (std::size_t c = 0; c < 3; ++c) sum[c] += current_.sums[from][c];
+    }
+    wide.sums[box] = sum;
+  }
+  return wide;
 }
 
 void preview::write_row() {
+  for (; first_ + reach_ < next_; ++first_) rows_.pop_front();
+  const unsigned end = std::min(end_, next_ + reach_ + 1) - first_;
   std::vector<std::uint8_t> row;
-  for (unsigned box = 0; box < sums_.size(); ++box) {
-    const unsigned across = std::min(across_, width_ - box * across_);  // the last square may be narrower
-    for (const float sum : sums_[box]) row.push_back(kit::srgb_byte_of_light(sum / float(across * rows_held_)));
+  for (unsigned box = 0; box < current_.sums.size(); ++box) {
+    const unsigned left = (box - std::min(box, reach_)) * across_;
+    const unsigned right = std::min(width_, (box + reach_ + 1) * across_);
+    light sum{};
+    unsigned dots = 0;
+    for (unsigned y = 0; y < end; ++y) {
+      for (std::size_t c = 0; c < 3; ++c) sum[c] += rows_[y].sums[box][c];
+      dots += rows_[y].rows * (right - left);
+    }
+    for (const float channel : sum) row.push_back(kit::srgb_byte_of_light(channel / float(dots)));
   }
   file_->write_line(row.data());
-  std::fill(sums_.begin(), sums_.end(), light{});
-  rows_held_ = 0;
+  ++next_;
 }
 
-// A pixel with more dots one way than the other has dots that are longer the other way; they are drawn so.
-detail::detail(output_file& to, unsigned page_width, unsigned page_height, dot_scale scale, pixel_place centre)
-    : dot_width_(std::max(enlargement, enlargement * scale.y / scale.x)),
-      dot_height_(std::max(enlargement, enlargement * scale.x / scale.y)),
-      width_(std::min(width * enlargement / dot_width_, page_width * scale.x)),
-      height_(std::min(height * enlargement / dot_height_, page_height * scale.y)) {
-  left_ = window_start(centre.x * scale.x, width_, page_width * scale.x);
-  top_ = window_start(centre.y * scale.y, height_, page_height * scale.y);
-  file_ = write_png(to, width_ * dot_width_, height_ * dot_height_);
+// Dots that lie closer one way than the other are longer the other way; they are drawn so.
+detail::detail(output_file& to, const raster& page, pixel_place centre)
+    : dot_width_(drawn(page.dpi.y / page.dpi.x)),
+      dot_height_(drawn(page.dpi.x / page.dpi.y)),
+      width_(std::clamp(width * enlargement / dot_width_, 1U, page.width)),
+      height_(std::clamp(height * enlargement / dot_height_, 1U, page.height)) {
+  left_ = window_start(centre.x, width_, page.width);
+  top_ = window_start(centre.y, height_, page.height);
+  file_ = write_png(to, width_ * dot_width_, height_ * dot_height_,
+                    resolution{page.dpi.x * dot_width_, page.dpi.y * dot_height_});
 }
 
 void detail::add_row(const std::vector<light>& colors) {

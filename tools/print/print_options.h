@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tools/color/profile_link.h"
+#include "tools/image/window.h"
 #include "tools/pipeline/halftone.h"
 
 namespace vrk::tool {
@@ -50,11 +51,19 @@ struct table_files {
   std::vector<std::string> blobs{};  // FILE[:selector=value,...], see blob_argument.h
 };
 
+// Pictures of the print.
+struct picture_options {
+  bool drawn = true;
+  unsigned preview_size = 1600;                // pixels of the longer side of preview.png, at most
+  std::optional<pixel_place> detail_centre{};  // of detail.png, in pixels of the page; by default the page's
+};
+
 struct print_options {
   tone_options tone{};
   ink_options inks{};
   dot_options dots{};
   table_files files{};
+  picture_options pictures{};
   pixel_layout layout{};  // of RGB between stages
   bool width16 = false;   // 16-bit samples from the first stage to the last
   unsigned threads = 0;   // 0: as many as the machine has cores

@@ -2,31 +2,35 @@
 
 #include <tbb/info.h>
 
+#include "tools/page/placement.h"
 #include "tools/print/manifest.h"
 #include "tools/print/print_lines.h"
 #include "tools/print/print_pipeline.h"
 
 namespace vrk::tool {
 
-print_report print_page(image_reader& source, const print_options& options, output_set& to,
-                        std::optional<pixel_place> detail_centre) {
+print_report print_page(image_reader& source, const print_options& options, output_set& to) {
   const unsigned width = source.width(), height = source.height();
   const unsigned threads = options.threads != 0 ? options.threads : unsigned(tbb::info::default_concurrency());
   const line_format format{source.channels(), source.bits()};
-  if (detail_centre) require_inside("--detail", *detail_centre, width, height);
+  const std::optional<pixel_place>& centre = options.pictures.detail_centre;
+  if (centre) require_inside("--detail", *centre, width, height);
   const print_tables tables = choose_tables(options, format);
   for (const std::string& file : tables.files) to.protect(file);
   pipeline stages = make_print_pipeline(tables, options.layout, options.precision(), width, format);
 
-  page_files files(to, stages.planes(), width, height, detail_centre.value_or(pixel_place{width / 2, height / 2}));
+  const resolution dpi = source.dpi().value_or(usual_dpi);
+  page_files files(to, stages.planes(), {width, height, dpi}, options.pictures);
   stopwatch all;
   const double reading = all.time([&] { return print_lines(source, stages, files, threads); });
 
-  print_report report{source.name(), width, height, source.channels(), source.bits(), threads, {}, {}, all.seconds()};
+  print_report report{source.name(), width, height, source.channels(), source.bits(), dpi, threads};
+  report.seconds = all.seconds();
+  report.drawn = options.pictures.drawn;
   for (std::size_t p = 0; p < files.planes(); ++p) report.planes.push_back({files.name(p), files.coverage(p)});
   report.times.push_back({"read", {}, reading});
   for (stage_time& t : stages.times()) report.times.push_back(std::move(t));
-  report.times.push_back({"draw pictures", {}, files.seconds_drawing()});
+  if (report.drawn) report.times.push_back({"draw pictures", {}, files.seconds_drawing()});
   report.times.push_back({"write planes", {}, files.seconds_writing()});
   files.finish();
   add_manifest(source, files, tables, to);

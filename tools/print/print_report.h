@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/image/resolution.h"
 #include "tools/pipeline/stopwatch.h"
 
 namespace vrk::tool {
@@ -15,11 +16,13 @@ struct print_report {
     double coverage;  // share of full ink, 0 ... 1
   };
   std::string source;
-  unsigned width, height, channels, bits;  // of the picture
+  unsigned width, height, channels, bits;  // of the page
+  resolution dpi;                          // of its pixels
   unsigned threads;
-  std::vector<plane> planes;
-  std::vector<stage_time> times;  // in the order of the pipeline
-  double seconds;                 // from the first line to the last
+  std::vector<plane> planes{};
+  std::vector<stage_time> times{};  // in the order of the pipeline
+  double seconds = 0;               // from the first line to the last
+  bool drawn = true;                // there are pictures of the print
 };
 
 // The report as lines on standard output. directory: of the printed files.

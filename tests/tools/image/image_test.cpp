@@ -39,7 +39,8 @@ unsigned level(unsigned x, unsigned y, unsigned channel) {
 std::string stored(const samples& all) { return {all.begin(), all.end()}; }
 
 // All lines of a file of some depth and type.
-std::string png(const std::string& lines, int depth, int type, int interlace = PNG_INTERLACE_NONE) {
+std::string png(const std::string& lines, int depth, int type, int interlace = PNG_INTERLACE_NONE,
+                const std::function<void(png_structp, png_infop)>& note = {}) {
   std::string file;
   png_structp to = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
   png_infop info = png_create_info_struct(to);
@@ -55,12 +56,14 @@ std::string png(const std::string& lines, int depth, int type, int interlace = P
   std::vector<png_bytep> rows;
   for (unsigned y = 0; y < height; ++y) rows.push_back(&bytes[y * bytes.size() / height]);
   png_set_rows(to, info, rows.data());
+  if (note) note(to, info);
   png_write_png(to, info, PNG_TRANSFORM_IDENTITY, nullptr);
   png_destroy_write_struct(&to, &info);
   return file;
 }
 
-std::string jpeg(const std::string& lines, int channels, J_COLOR_SPACE space, bool progressive = false) {
+std::string jpeg(const std::string& lines, int channels, J_COLOR_SPACE space, bool progressive = false,
+                 int density_unit = 0, const std::string& exif = {}) {
   jpeg_error_mgr errors;
   jpeg_compress_struct to;
   to.err = jpeg_std_error(&errors);
@@ -75,7 +78,12 @@ std::string jpeg(const std::string& lines, int channels, J_COLOR_SPACE space, bo
   jpeg_set_defaults(&to);
   jpeg_set_quality(&to, 100, TRUE);
   if (progressive) jpeg_simple_progression(&to);
+  to.density_unit = UINT8(density_unit);
+  to.X_density = 100;
+  to.Y_density = 50;
   jpeg_start_compress(&to, TRUE);
+  if (!exif.empty())
+    jpeg_write_marker(&to, JPEG_APP0 + 1, reinterpret_cast<const JOCTET*>(exif.data()), unsigned(exif.size()));
   std::vector<JSAMPLE> bytes(lines.begin(), lines.end());
   for (unsigned y = 0; y < height; ++y) {
     JSAMPROW line = &bytes[y * bytes.size() / height];
@@ -155,6 +163,62 @@ TEST_F(image, reads_every_format) {
     const samples read = read_all(save(p.name, p.file));
     ASSERT_EQ(read.size(), p.expected.size()) << p.name;
     for (std::size_t i = 0; i < read.size(); ++i) ASSERT_NEAR(read[i], p.expected[i], p.tolerance) << p.name << i;
+  }
+}
+
+// A camera's notes: an orientation, and dots per unit of length (2: inch, 3: cm) across; half as many down.
+std::string exif(unsigned seen, unsigned dots, unsigned unit) {
+  const auto be = [](unsigned value, int bytes) {
+    std::string text;
+    while (bytes-- > 0) text += char(value >> 8 * bytes);
+    return text;
+  };
+  constexpr unsigned number = 3, ratio = 5, ratios_at = 8 + 2 + 4 * 12 + 4;
+  const auto field = [&](unsigned tag, unsigned type, unsigned value) {
+    return be(tag, 2) + be(type, 2) + be(1, 4) + (type == number ? be(value, 2) + be(0, 2) : be(value, 4));
+  };
+  return "MM" + be(42, 2) + be(8, 4) + be(4, 2) + field(0x112, number, seen) + field(0x11A, ratio, ratios_at) +
+         field(0x11B, ratio, ratios_at + 8) + field(0x128, number, unit) + be(0, 4) + be(dots, 4) + be(1, 4) +
+         be(dots, 4) + be(2, 4);
+}
+
+TEST_F(image, knows_its_size_on_paper_and_which_way_up_it_is) {
+  const std::string gray = stored(drawn(1, level)), lead("Exif\0\0", 6);
+  const auto png_with = [&](const std::string& notes, unsigned per_metre) {
+    return png(gray, 8, PNG_COLOR_TYPE_GRAY, PNG_INTERLACE_NONE, [&](png_structp to, png_infop info) {
+      std::string block = notes;
+      if (!notes.empty()) png_set_eXIf_1(to, info, unsigned(block.size()), reinterpret_cast<png_bytep>(block.data()));
+      if (per_metre != 0) png_set_pHYs(to, info, per_metre, per_metre / 2, PNG_RESOLUTION_METER);
+    });
+  };
+  const auto jpeg_with = [&](int unit, const std::string& notes) {
+    return jpeg(gray, 1, JCS_GRAYSCALE, false, unit, notes);
+  };
+  constexpr double cm = 2.54;
+  const struct {
+    const char* name;
+    std::string file;
+    double across;  // dpi, down half as many; 0: not known
+    unsigned seen = 1;
+  } cases[] = {{"nothing.jpg", jpeg_with(0, {}), 0},
+               {"inch.jpg", jpeg_with(1, {}), 100},
+               {"cm.jpg", jpeg_with(2, {}), 100 * cm},
+               {"exif.jpg", jpeg_with(0, lead + exif(6, 300, 2)), 300, 6},
+               {"exif_cm.jpg", jpeg_with(0, lead + exif(3, 40, 3)), 40 * cm, 3},
+               {"both.jpg", jpeg_with(1, lead + exif(8, 300, 2)), 100, 8},
+               {"wild.jpg", jpeg_with(0, lead + exif(9, 0, 7)), 0},
+               {"cut.jpg", jpeg_with(0, lead + exif(6, 300, 2).substr(0, 30)), 0, 6},
+               {"other.jpg", jpeg_with(0, "http://a note of another kind"), 0},
+               {"nothing.png", png_with({}, 0), 0},
+               {"metre.png", png_with({}, 10000), 254},
+               {"exif.png", png_with(exif(5, 300, 2), 0), 300, 5},
+               {"both.png", png_with(exif(7, 300, 2), 10000), 254, 7}};
+  for (const auto& c : cases) {
+    const auto read = open_image(save(c.name, c.file));
+    const resolution dpi = read->dpi().value_or(resolution{0, 0});
+    EXPECT_NEAR(dpi.x, c.across, 1e-6) << c.name;
+    EXPECT_NEAR(dpi.y, c.across / 2, 1e-6) << c.name;
+    EXPECT_EQ(read->seen(), exif_orientation(c.seen)) << c.name;
   }
 }
 

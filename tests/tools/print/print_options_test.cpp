@@ -8,10 +8,12 @@
 #include "kit/separation.h"
 #include "kit/srgb.h"
 #include "tests/tools/print/print_job.h"
+#include "tools/image/resolution.h"
 
 namespace {
 
 using namespace vrk::test;
+using vrk::tool::text_of;
 namespace kit = vrk::kit;
 
 struct options : print_job {};
@@ -85,13 +87,13 @@ TEST_F(options, give_the_plane_files_their_form_and_size) {
   };
   for (const unsigned levels : {3u, 4u, 16u}) {
     expect_files(few_points_ + "--levels " + std::to_string(levels),
-                 "P5\n97 40\n" + std::to_string(levels - 1) + "\n" + std::string(97 * 40, char(levels - 1)));
+                 "P5\n# 600 dpi\n97 40\n" + std::to_string(levels - 1) + "\n" + std::string(97 * 40, char(levels - 1)));
   }
   for (const unsigned x : {1u, 2u, 4u}) {
     for (const unsigned y : {1u, 2u, 3u, 4u}) {
       expect_files((x == 2 ? "--inks 1" : few_points_) + " --cells " + std::to_string(x) + "x" + std::to_string(y),
-                   "P4\n" + std::to_string(97 * x) + " " + std::to_string(40 * y) + "\n" +
-                       std::string((97 * x + 7) / 8 * (40 * y), '\0'));
+                   "P4\n# " + text_of({600.0 * x, 600.0 * y}) + " dpi\n" + std::to_string(97 * x) + " " +
+                       std::to_string(40 * y) + "\n" + std::string((97 * x + 7) / 8 * (40 * y), '\0'));
     }
   }
 }
@@ -106,9 +108,9 @@ TEST_F(options, let_planes_differ_in_scale) {
   expect_inks(page,
               "--csc2 " + save("constant.csc2", constant_inks(4)) + " --edpr " + save("mixed.edpr", mixed.encode()),
               {1.0 / 8, 2.0 / 8, 3.0 / 8, 4.0 / 8});
-  EXPECT_EQ(load(path("out/k.pbm")).substr(0, 11), "P4\n320 360\n");
-  EXPECT_EQ(load(path("out/c.pbm")).substr(0, 11), "P4\n640 120\n");
-  EXPECT_EQ(load(path("out/y.pbm")).substr(0, 11), "P4\n160 120\n");
+  EXPECT_TRUE(load(path("out/k.pbm")).starts_with("P4\n# 1200 x 1800 dpi\n320 360\n"));
+  EXPECT_TRUE(load(path("out/c.pbm")).starts_with("P4\n# 2400 x 600 dpi\n640 120\n"));
+  EXPECT_TRUE(load(path("out/y.pbm")).starts_with("P4\n# 600 dpi\n160 120\n"));
 }
 
 // The noise of many levels must not go on setting dots where nothing is left to print.

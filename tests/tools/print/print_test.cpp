@@ -1,12 +1,17 @@
 // The program `vrk`: what it says when something is wrong, and tables out of blobs.
 #include <gtest/gtest.h>
 
+#include <numeric>
+
 #include "kit/blob.h"
 #include "kit/color_grids.h"
 #include "kit/color_table.h"
 #include "kit/curve_image.h"
+#include "kit/ink_model.h"
 #include "kit/presets.h"
+#include "kit/srgb.h"
 #include "tests/tools/print/print_job.h"
+#include "tools/image/image_reader.h"
 
 namespace {
 
@@ -50,6 +55,45 @@ TEST_F(tool, a_print_trusts_no_manifest) {
 kit::bytes changed(kit::bytes image, std::size_t at, std::uint8_t value) {
   image[at] = value;
   return image;
+}
+
+TEST_F(tool, prints_at_the_size_that_it_is_told) {
+  const std::string page = save("page.ppm", flat_page(40, 20));
+  const std::string options = few_points_ + "--dpi 254x127 --size 2x4cm ";
+  const std::vector<std::string> planes = print(page, options).planes;
+  const std::string header = "P4\n# 254 x 127 dpi\n200 200\n";
+  EXPECT_EQ(planes.at(0).substr(0, header.size()), header);
+  const auto small = vrk::tool::open_image(path("out/preview.png"));
+  EXPECT_NEAR(small->dpi().value().x, 127, 0.1);
+  EXPECT_NEAR(small->dpi().value().y, 127, 0.1);
+  EXPECT_EQ(print(page, options + "--fill --rotate 0 --no-preview").planes.size(), 4u);
+  EXPECT_FALSE(fs::exists(path("out/preview.png")) || fs::exists(path("out/detail.png")));
+  print(page, options + "--preview-size 16");
+  EXPECT_EQ(vrk::tool::open_image(path("out/preview.png"))->height(), 16u);
+  for (const std::string wrong : {"--size 10x15", "--size A9", "--dpi nan", "--dpi 19", "--fit", "--rotate 45",
+                                  "--fit --fill --size A4", "--no-preview --preview-size 100", "--preview-size 9"}) {
+    expect_complaint(page, wrong, wrong.substr(2, 3));
+  }
+}
+
+// A viewer averages sRGB levels when it makes a picture smaller. That is close to the tone only where neighbours are
+// alike.
+TEST_F(tool, a_preview_has_its_tone_in_every_viewer) {
+  for (const char level : {'\x30', '\x80', '\xD0'}) {
+    const std::string page = save("page.pgm", "P5 60 60 255\n" + std::string(60 * 60, level));
+    const double black = print(page, "--inks 1").coverage.at(0);
+    const auto preview = vrk::tool::open_image(path("out/preview.png"));
+    std::vector<std::uint8_t> line(preview->line_bytes());
+    double sum = 0;
+    for (unsigned y = 0; y < preview->height(); ++y) {
+      preview->read_line(line.data());
+      sum += std::accumulate(line.begin(), line.end(), 0.0) / double(line.size());
+    }
+    const std::array<double, 1> none{0}, full{1};
+    const kit::linear_rgb paper = kit::print_color(none), ink = kit::print_color(full);
+    const double light = paper[1] + (ink[1] - paper[1]) * black;
+    EXPECT_NEAR(sum / preview->height(), 255 * kit::linear_to_srgb(light), 4) << int(level);
+  }
 }
 
 TEST_F(tool, says_why_a_table_is_refused) {

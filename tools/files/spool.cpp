@@ -1,0 +1,52 @@
+#include "tools/files/spool.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+#include "tools/files/temporary_directory.h"
+#include "tools/pipeline/user_error.h"
+
+namespace vrk::tool {
+
+spool::spool() {
+  std::error_code failed;
+  directory_ = std::filesystem::temp_directory_path(failed).string();
+  if (failed) throw user_error("TMPDIR: " + failed.message());
+  const auto until_unlinked = hold_off_end();
+  std::string name = directory_ + "/vrk-XXXXXX";
+  file_ = mkostemp(name.data(), O_CLOEXEC);
+  if (file_ < 0) fail();
+  unlink(name.c_str());
+}
+
+spool::~spool() { close(file_); }
+
+void spool::append(const void* data, std::size_t bytes) {
+  for (const auto* from = static_cast<const std::uint8_t*>(data); bytes != 0;) {
+    const ssize_t written = ::write(file_, from, bytes);
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) fail();
+    from += written;
+    bytes -= std::size_t(written);
+  }
+}
+
+void spool::read(std::uint64_t at, void* to, std::size_t bytes) const {
+  for (auto* next = static_cast<std::uint8_t*>(to); bytes != 0;) {
+    const ssize_t count = pread(file_, next, bytes, off_t(at));
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) fail();
+    next += count;
+    at += std::uint64_t(count);
+    bytes -= std::size_t(count);
+  }
+}
+
+void spool::fail() const { throw user_error(directory_ + ": a temporary file: " + std::strerror(errno)); }
+
+}  // namespace vrk::tool
