@@ -16,7 +16,7 @@ using in16 = ed_widths<16, 10>;
 using prec10 = ed_widths<8, 10>;
 using plain = ed_widths<8, 8>;
 
-constexpr std::array rows{
+constexpr std::array<ed_row, 10> rows{{
     row<in16, 6>,
     row<in16, 4>,
     row<in16, 1>,  //
@@ -26,8 +26,8 @@ constexpr std::array rows{
     row<plain, 6>,
     row<plain, 4>,
     row<plain, 1>,  //
-    ed_row{0, 0, diffuse_nothing, diffuse_nothing},
-};
+    {0, 0, diffuse_nothing, diffuse_nothing},
+}};
 
 constexpr u32 row_for(u32 flags, u32 planes) {
   const u32 widths = planes == 0 ? 0 : flags & (VRK_IN16 | VRK_PREC10);  // no plane has samples of any width
