@@ -225,6 +225,9 @@ TEST_F(link_command, says_what_is_wrong) {
     EXPECT_NE(said.find(c.sentence), std::string::npos) << c.options << ": " << said;
     EXPECT_FALSE(std::filesystem::exists(path("made")));
   }
+  const std::string before = load(cmyk);
+  EXPECT_NE(complaint([&] { run("--to " + cmyk + " -o " + cmyk); }), "") << "the table would replace the profile";
+  EXPECT_EQ(load(cmyk), before);
 }
 
 }  // namespace
