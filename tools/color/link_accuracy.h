@@ -1,8 +1,8 @@
 // How close a colour table comes to the profiles that it was made from.
 #pragma once
 
-#include "profiles/color_link.h"
-#include "profiles/printed_color.h"
+#include "kit/profiles/color_link.h"
+#include "kit/profiles/printed_color.h"
 #include "tools/pipeline/table.h"
 
 namespace vrk::tool {

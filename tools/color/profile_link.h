@@ -1,7 +1,7 @@
 // Colour tables from profiles, as the commands that take profiles make them.
 #pragma once
 
-#include "profiles/link_table.h"
+#include "kit/profiles/link_table.h"
 #include "tools/color/link_accuracy.h"
 
 namespace CLI {

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "kit/bytes.h"
 #include "tools/image/orientation.h"
 #include "tools/image/resolution.h"
 
@@ -21,7 +22,7 @@ class image_reader {
 
   unsigned width() const { return width_; }
   unsigned height() const { return height_; }
-  unsigned channels() const { return channels_; }  // 1: gray, 3: R, G, B, both sRGB; 4: C, M, Y, K, 0 for no ink
+  unsigned channels() const { return channels_; }  // 1: gray, 3: R, G, B; 4: C, M, Y, K, 0 for no ink
   unsigned bits() const { return bits_; }          // per sample: 8, or 16 in the machine's byte order
   std::size_t line_bytes() const { return std::size_t{width_} * channels_ * (bits_ / 8); }
   const std::string& name() const { return name_; }
@@ -29,6 +30,9 @@ class image_reader {
   // As the file says: pixels per inch, and how the picture is to be seen. Lines are read as they are stored.
   const std::optional<resolution>& dpi() const { return dpi_; }
   orientation seen() const { return seen_; }
+
+  // What the samples mean, as an ICC profile. Empty: sRGB, or the printer's own inks.
+  const kit::bytes& profile() const { return profile_; }
 
   // Fills line_bytes() bytes with the next line. Throws user_error, naming the file, when the file is broken or ends
   // early; the last line checks the end of the file as well where the format has one.
@@ -44,6 +48,7 @@ class image_reader {
   unsigned width_ = 0, height_ = 0, channels_ = 0, bits_ = 8;
   std::optional<resolution> dpi_{};
   orientation seen_{};
+  kit::bytes profile_{};
 };
 
 struct file_closer {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "profiles/ink_limit.h"
+#include "kit/profiles/ink_limit.h"
 #include "tools/pipeline/stage.h"
 
 namespace vrk::tool {

@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <random>
 
-#include "profiles/grid_axis.h"
-#include "profiles/link_table.h"
+#include "kit/profiles/grid_axis.h"
+#include "kit/profiles/link_table.h"
 #include "tests/csc/csc_reference.h"
 #include "tests/tools/color/made_profile.h"
 #include "tests/tools/scratch.h"

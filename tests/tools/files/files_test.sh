@@ -47,8 +47,10 @@ for round in 1 2 3 4 5; do
   diff -r four both >/dev/null || diff -r six both
 done
 
-# No room on the disk, a directory in the way: everything stays as it was.
+# Half a picture, no room on the disk, a directory in the way: everything stays as it was.
 cp -r four before
+head -c 100000 page.ppm >half.ppm
+fails 1 'half.ppm: ' "$vrk" print half.ppm -o four --inks 6
 fails 1 'four/.*: File too large' sh -c 'ulimit -f 8; exec "$0" print page.ppm -o four --inks 6 --levels 16' "$vrk"
 mkdir four/lc.pbm before/lc.pbm
 fails 1 'lc.pbm: is a directory' "$vrk" print page.ppm -o four --inks 6

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "profiles/ink_limit.h"
-#include "profiles/profile.h"
+#include "kit/profiles/ink_limit.h"
+#include "kit/profiles/profile.h"
 
 namespace vrk::profiles {
 

@@ -1,11 +1,11 @@
-#include "profiles/link_table.h"
+#include "kit/profiles/link_table.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numeric>
 #include <span>
 
-#include "profiles/grid_axis.h"
+#include "kit/profiles/grid_axis.h"
 
 namespace vrk::profiles {
 namespace {

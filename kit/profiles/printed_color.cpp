@@ -1,6 +1,6 @@
-#include "profiles/printed_color.h"
+#include "kit/profiles/printed_color.h"
 
-#include "profiles/lcms_transform.h"
+#include "kit/profiles/lcms_transform.h"
 
 namespace vrk::profiles {
 namespace {

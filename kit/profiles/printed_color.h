@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "profiles/color_link.h"
+#include "kit/profiles/color_link.h"
 
 namespace vrk::profiles {
 

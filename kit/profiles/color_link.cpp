@@ -1,10 +1,10 @@
-#include "profiles/color_link.h"
+#include "kit/profiles/color_link.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "kit/color_table.h"
-#include "profiles/lcms_transform.h"
+#include "kit/profiles/lcms_transform.h"
 
 namespace vrk::profiles {
 namespace {

@@ -1,4 +1,4 @@
-#include "profiles/ink_limit.h"
+#include "kit/profiles/ink_limit.h"
 
 #include <algorithm>
 #include <cmath>

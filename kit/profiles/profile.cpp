@@ -1,4 +1,4 @@
-#include "profiles/profile.h"
+#include "kit/profiles/profile.h"
 
 #include <lcms2.h>
 

@@ -1,4 +1,4 @@
-#include "profiles/grid_axis.h"
+#include "kit/profiles/grid_axis.h"
 
 #include <algorithm>
 #include <limits>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "kit/color_table.h"
-#include "profiles/color_link.h"
+#include "kit/profiles/color_link.h"
 
 namespace vrk::profiles {
 
