@@ -7,10 +7,11 @@ test_packages = libgtest-dev
 dll_packages = g++-mingw-w64-i686-posix llvm-14
 win32_packages = $(dll_packages) googletest clang-14 lld-14
 profile_packages = argyll icc-profiles-free libgs-common
+proof_packages = python3-numpy python3-pil python3-scipy python3-skimage
 bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev libgutenprint-dev
 build = cmake --preset $(1) >/dev/null && cmake --build --preset $(1)
 
-.PHONY: demo test sanitize win32 compare benchmarks bench bench32 check-link dist check-dist check-format clean
+.PHONY: demo test sanitize win32 compare benchmarks bench bench32 check-link check-proof dist check-dist check-format clean
 
 demo: # prints the built-in sample page and shows the paths of the pictures
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -49,10 +50,22 @@ bench32: # speed of every stage in the DLL beside the 64-bit library, the lowest
 	@$(call build,win32) --target libvrk vrk_digest
 	@scripts/compare-speed build/win32 build/release
 
-check-link: # how close the tables of `vrk link` come to two press profiles, beside what they have to reach
+out/press.icc: # a press profile from the characterisation FOGRA39L; takes a minute or two
+	@scripts/packages $(profile_packages)
+	@mkdir -p out
+	@cp /usr/share/color/icc/FOGRA39L.ti3 out/press.ti3
+	@cd out && colprof -qm -S /usr/share/color/argyll/ref/sRGB.icm -cmt -dpp -D press press >press.log
+
+check-link: out/press.icc # how close the tables of `vrk link` come to two press profiles, beside what they have to reach
 	@scripts/packages $(build_packages) $(tool_packages) $(profile_packages)
 	@$(call build,program)
-	@scripts/check-link build/program/tools/vrk out/check-link
+	@scripts/check-link build/program/tools/vrk out/press.icc out/check-link
+
+PICTURES = docs/page.jpg
+check-proof: out/press.icc # how close previews through a press profile come to soft proofs; PICTURES=files or a directory
+	@scripts/packages $(build_packages) $(tool_packages) $(proof_packages)
+	@$(call build,program)
+	@scripts/check-proof build/program/tools/vrk out/press.icc out/check-proof $(PICTURES)
 
 dist: # packs out/dist: a zip for 32-bit Windows, a tar.gz and a Debian package for Linux
 	@scripts/packages $(build_packages) $(tool_packages) $(dll_packages) dpkg-dev file

@@ -15,6 +15,8 @@ class printed_color {
   // order: as of the link that the samples come from. Throws profile_error when the profile has no forward table.
   explicit printed_color(const profile& device, const ink_order& order = usual_ink_order);
 
+  unsigned channels() const { return channels_; }  // of the device
+
   // of: R, G, B pixels, or inks in plane order.
   std::vector<lab> of(const samples& pixels) const;
 

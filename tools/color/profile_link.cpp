@@ -95,6 +95,13 @@ table make_linked_table(const profile_link& link, const profiles::table_form& fo
   return explained([&] { return table{name, profiles::link_table(open_link(link, source).colors, form).encode()}; });
 }
 
+profiles::printed_dots make_printed_dots(const profile_link& link, unsigned planes) {
+  return explained([&] {
+    const profiles::profile to = profile_of(read_table(link.to));
+    return profiles::printed_dots(profiles::printed_color(to, options_of(link, to).order), planes);
+  });
+}
+
 judged_table make_judged_table(const profile_link& link, const profiles::table_form& form, const std::string& name) {
   return explained([&] {
     const open_link open(link);

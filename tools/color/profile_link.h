@@ -2,6 +2,7 @@
 #pragma once
 
 #include "kit/profiles/link_table.h"
+#include "kit/profiles/printed_dots.h"
 #include "tools/color/link_accuracy.h"
 
 namespace CLI {
@@ -26,6 +27,9 @@ void add_profile_options(CLI::App& command, profile_link& to, const std::string&
 // place of the file `from`.
 table make_linked_table(const profile_link& link, const profiles::table_form& form, const std::string& name,
                         const std::optional<table>& source = {});
+
+// What a print of so many planes looks like by the device's profile.
+profiles::printed_dots make_printed_dots(const profile_link& link, unsigned planes);
 
 struct judged_table {
   table made;

@@ -3,12 +3,10 @@
 #include <algorithm>
 #include <numeric>
 
-#include "kit/ink_model.h"
-
 namespace vrk::tool {
 namespace {
 
-constexpr std::size_t largest_palette = 4096;
+constexpr std::size_t largest_palette = 4096, largest_single_palette = 65536;
 
 template <unsigned bits>
 void unpack(const std::uint8_t* packed, std::vector<std::uint8_t>& codes) {
@@ -19,19 +17,9 @@ void unpack(const std::uint8_t* packed, std::vector<std::uint8_t>& codes) {
   }
 }
 
-light operator*(const light& a, const light& b) { return {a[0] * b[0], a[1] * b[1], a[2] * b[2]}; }
-
-// The light that paper returns under `ink`, a share of the full ink of one plane.
-light under(std::size_t plane, double ink) {
-  std::array<double, 6> inks{};
-  inks[plane] = ink;
-  const kit::linear_rgb color = kit::print_color(inks);
-  return {float(color[0]), float(color[1]), float(color[2])};
-}
-
 }  // namespace
 
-dots::dots(const std::vector<plane_format>& planes, std::uint32_t width) {
+dots::dots(const std::vector<plane_format>& planes, std::uint32_t width, const dot_colors& look) : look_(look) {
   for (const plane_format& plane : planes) {
     scale_.x = std::lcm(scale_.x, plane.scale.x);
     scale_.y = std::lcm(scale_.y, plane.scale.y);
@@ -42,17 +30,28 @@ dots::dots(const std::vector<plane_format>& planes, std::uint32_t width) {
   }
   index_.resize(std::size_t{width} * scale_.x);
   colors_.resize(index_.size());
-  palettes_.emplace_back();
+  const std::size_t most = look_.multiply() ? largest_palette : largest_single_palette;
+  std::size_t first = 0, colors = 1;
   for (std::size_t p = 0; p < planes.size(); ++p) {
-    const std::vector<double>& ink = planes[p].ink;
-    if (palettes_.back().colors.size() * ink.size() > largest_palette) palettes_.push_back({p, p});
-    palette& last = palettes_.back();
-    std::vector<light> colors;
-    for (const light& below : last.colors) {
-      for (const double share : ink) colors.push_back(below * under(p, share));
+    if (colors * planes[p].levels() > most) {
+      if (!look_.multiply()) return;
+      add_palette(first, p, colors);
+      first = p, colors = 1;
     }
-    last.colors = std::move(colors);
-    last.end = p + 1;
+    colors *= planes[p].levels();
+  }
+  add_palette(first, planes.size(), colors);
+}
+
+void dots::add_palette(std::size_t first, std::size_t end, std::size_t colors) {
+  palette& added = palettes_.emplace_back(palette{first, end, {}});
+  std::vector<double> shares(end - first);
+  for (std::size_t index = 0; index < colors; ++index) {
+    std::size_t codes = index;
+    for (std::size_t p = end; p-- > first; codes /= planes_[p].format->levels()) {
+      shares[p - first] = planes_[p].format->ink[codes % planes_[p].format->levels()];
+    }
+    added.colors.push_back(look_.of(shares, first));
   }
 }
 
@@ -83,6 +82,7 @@ void dots::read_row(const std::uint8_t* packed, unsigned row) {
 }
 
 const std::vector<light>& dots::colors() {
+  if (palettes_.empty()) compute_colors();
   for (const palette& colors : palettes_) {
     std::fill(index_.begin(), index_.end(), std::uint16_t{0});
     for (std::size_t p = colors.first; p < colors.end; ++p) {
@@ -100,6 +100,16 @@ const std::vector<light>& dots::colors() {
     }
   }
   return colors_;
+}
+
+void dots::compute_colors() {
+  std::vector<double> shares(planes_.size());
+  for (std::size_t x = 0; x < colors_.size(); ++x) {
+    for (std::size_t p = 0; p < planes_.size(); ++p) {
+      shares[p] = planes_[p].format->ink[planes_[p].codes[x / planes_[p].repeat_x]];
+    }
+    colors_[x] = look_.of(shares);
+  }
 }
 
 double dots::coverage(std::size_t plane) const {

@@ -1,30 +1,28 @@
 // Packed lines unpacked into dots: their codes, their ink, their colours on paper.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <vector>
 
 #include "tools/pipeline/halftone.h"
+#include "tools/print/dot_colors.h"
 
 namespace vrk::tool {
-
-using light = std::array<float, 3>;  // linear R, G, B, 0 ... 1 (paper white)
 
 // One row of dots at a time. Planes may differ in scale: rows and columns are those of the finest grid into which all
 // planes fit, and a dot of a coarser plane covers several of its places.
 class dots {
  public:
   // width: pixels of a line
-  dots(const std::vector<plane_format>& planes, std::uint32_t width);
+  dots(const std::vector<plane_format>& planes, std::uint32_t width, const dot_colors& look = {});
 
   dot_scale scale() const { return scale_; }
 
   // Takes row 0 ... scale().y - 1 of a line of pixels, as the halftone wrote it.
   void read_row(const std::uint8_t* packed, unsigned row);
 
-  // The row: the codes of one plane in its own scale, and the colours of all planes together by the kit's ink model,
-  // which every call computes.
+  // The row: the codes of one plane in its own scale, and the colours of all planes together, which every call
+  // computes.
   const std::vector<std::uint8_t>& codes(std::size_t plane) const { return planes_[plane].codes; }
   const std::vector<light>& colors();
 
@@ -40,13 +38,17 @@ class dots {
   };
   // Neighbouring planes. Their codes, read as the digits of one number, index a table of colours.
   struct palette {
-    std::size_t first = 0, end = 0;  // planes
-    std::vector<light> colors{light{1, 1, 1}};
+    std::size_t first, end;  // planes
+    std::vector<light> colors;
   };
 
+  void add_palette(std::size_t first, std::size_t end, std::size_t colors);
+  void compute_colors();
+
   dot_scale scale_;
+  dot_colors look_;
   std::vector<plane> planes_;
-  std::vector<palette> palettes_;  // the colour of a place is the product of one colour of each
+  std::vector<palette> palettes_;  // the colour of a place is the product of one colour of each; none: it is computed
   std::vector<std::uint16_t> index_;
   std::vector<light> colors_;
   std::uint64_t rows_ = 0;

@@ -3,13 +3,13 @@
 namespace vrk::tool {
 
 page_files::page_files(output_set& to, const std::vector<plane_format>& planes, const raster& page,
-                       const picture_options& pictures)
-    : page_(page), dots_(planes, page.width) {
+                       const picture_options& pictures, const dot_colors& look)
+    : page_(page), dots_(planes, page.width, look) {
   const dot_scale scale = dots_.scale();
   if (pictures.drawn) {
     const pixel_place centre = pictures.detail_centre.value_or(pixel_place{page.width / 2, page.height / 2});
-    small_.emplace(to.add("preview.png"), finer(page, scale), pictures.preview_size);
-    large_.emplace(to.add("detail.png"), finer(page, scale), pixel_place{centre.x * scale.x, centre.y * scale.y});
+    small_.emplace(to.add("preview.png"), finer(page, scale), pictures.preview_size, look);
+    large_.emplace(to.add("detail.png"), finer(page, scale), pixel_place{centre.x * scale.x, centre.y * scale.y}, look);
   }
   for (const plane_format& plane : planes) {
     const std::string name = std::string(plane.name) + (plane.bits == 1 ? ".pbm" : ".pgm");

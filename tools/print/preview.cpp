@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "kit/srgb.h"
-
 namespace vrk::tool {
 namespace {
 
@@ -19,8 +17,8 @@ unsigned drawn(double ratio) { return unsigned(std::max(1.0, ratio) * detail::en
 }  // namespace
 
 // The coarser way the page has whole dots to a square, the finer way as many as make it a square.
-preview::preview(output_file& to, const raster& page, unsigned longest)
-    : width_(page.width), height_(page.height), across_(1), down_(1) {
+preview::preview(output_file& to, const raster& page, unsigned longest, const dot_colors& look)
+    : look_(look), width_(page.width), height_(page.height), across_(1), down_(1) {
   const auto [x, y] = page.dpi;
   const double side = std::max(page.width / x, page.height / y) / longest;  // inches
   const bool coarse_down = y < x;
@@ -78,15 +76,18 @@ void preview::write_row() {
       for (std::size_t c = 0; c < 3; ++c) sum[c] += rows_[y].sums[box][c];
       dots += rows_[y].rows * (right - left);
     }
-    for (const float channel : sum) row.push_back(kit::srgb_byte_of_light(channel / float(dots)));
+    for (float& channel : sum) channel /= float(dots);
+    const auto pixel = look_.srgb_of(sum);
+    row.insert(row.end(), pixel.begin(), pixel.end());
   }
   file_->write_line(row.data());
   ++next_;
 }
 
 // Dots that lie closer one way than the other are longer the other way; they are drawn so.
-detail::detail(output_file& to, const raster& page, pixel_place centre)
-    : dot_width_(drawn(page.dpi.y / page.dpi.x)),
+detail::detail(output_file& to, const raster& page, pixel_place centre, const dot_colors& look)
+    : look_(look),
+      dot_width_(drawn(page.dpi.y / page.dpi.x)),
       dot_height_(drawn(page.dpi.x / page.dpi.y)),
       width_(std::clamp(width * enlargement / dot_width_, 1U, page.width)),
       height_(std::clamp(height * enlargement / dot_height_, 1U, page.height)) {
@@ -101,9 +102,8 @@ void detail::add_row(const std::vector<light>& colors) {
   if (at < top_ || at >= top_ + height_) return;
   std::vector<std::uint8_t> row;
   for (unsigned x = left_; x < left_ + width_; ++x) {
-    for (unsigned i = 0; i < dot_width_; ++i) {
-      for (const float sample : colors[x]) row.push_back(kit::srgb_byte_of_light(sample));
-    }
+    const auto dot = look_.srgb_of(colors[x]);
+    for (unsigned i = 0; i < dot_width_; ++i) row.insert(row.end(), dot.begin(), dot.end());
   }
   for (unsigned i = 0; i < dot_height_; ++i) file_->write_line(row.data());
 }

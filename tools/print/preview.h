@@ -24,7 +24,7 @@ constexpr raster finer(const raster& grid, dot_scale by) {
 class preview {
  public:
   // page: in dots; its longer side has at most `longest` pixels here
-  preview(output_file& to, const raster& page, unsigned longest);
+  preview(output_file& to, const raster& page, unsigned longest, const dot_colors& look);
 
   void add_row(const std::vector<light>& colors);
   void finish() { file_->finish(); }
@@ -39,6 +39,7 @@ class preview {
   void end_squares();
   void write_row();
 
+  dot_colors look_;
   unsigned width_, height_;  // of the page, in dots
   unsigned across_, down_;   // dots of a square
   unsigned reach_;           // neighbours that count, each way
@@ -55,12 +56,13 @@ class detail {
   static constexpr unsigned width = 160, height = 120, enlargement = 6;  // of dots that are square
 
   // page, centre: in dots; the window is moved to lie inside
-  detail(output_file& to, const raster& page, pixel_place centre);
+  detail(output_file& to, const raster& page, pixel_place centre, const dot_colors& look);
 
   void add_row(const std::vector<light>& colors);
   void finish() { file_->finish(); }
 
  private:
+  dot_colors look_;
   unsigned dot_width_, dot_height_;       // as drawn
   unsigned left_, top_, width_, height_;  // of the window, in dots
   unsigned row_ = 0;

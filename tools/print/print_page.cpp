@@ -20,7 +20,7 @@ print_report print_page(image_reader& source, const print_options& options, outp
   pipeline stages = make_print_pipeline(tables, options.layout, options.precision(), width, format);
 
   const resolution dpi = source.dpi().value_or(usual_dpi);
-  page_files files(to, stages.planes(), {width, height, dpi}, options.pictures);
+  page_files files(to, stages.planes(), {width, height, dpi}, options.pictures, tables.look);
   stopwatch all;
   const double reading = all.time([&] { return print_lines(source, stages, files, threads); });
 

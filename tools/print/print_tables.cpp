@@ -13,6 +13,8 @@ print_tables choose_tables(const print_options& options, line_format source) {
   const unsigned inks = source.samples == 4 ? 4 : choose_ink_tables(options.inks, tables);
   const unsigned planes = choose_plane_curves(options.inks.split, inks, tables.post);
   choose_halftone_tables(options.dots, planes, options.precision() == ed_precision::samples16, tables);
+  const profile_link& profile = options.inks.profile;
+  if (!profile.to.empty() && options.pictures.drawn) tables.look = dot_colors(make_printed_dots(profile, planes));
   return tables;
 }
 

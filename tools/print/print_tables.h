@@ -5,6 +5,7 @@
 
 #include "tools/pipeline/stage.h"
 #include "tools/pipeline/table.h"
+#include "tools/print/dot_colors.h"
 #include "tools/print/print_options.h"
 
 namespace vrk::tool {
@@ -20,6 +21,7 @@ struct print_tables {
   std::optional<table> dither{};        // "dith"; none for error diffusion, which has the other two
   std::optional<table> parameters{};    // "edpr"
   std::optional<table> distribution{};  // "edtb"
+  dot_colors look{};                    // of what is printed with them
 
   std::vector<std::string> files{};  // that the user's tables come from, among other arguments
 };

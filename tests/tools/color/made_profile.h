@@ -45,9 +45,10 @@ inline icc_profile rgb_profile(double power) {
 
 // channels: the inks in the order of the profile, four or six of CMYKcm. Its tables for perceptual, colorimetric and
 // saturated rendering differ: the first prints everything lighter, the last darker. Its paper is yellowish.
+// spread: makes dots look larger than they are when above 1, the n of J. A. C. Yule and W. J. Nielsen.
 class printer_profile {
  public:
-  explicit printer_profile(std::string_view channels) : channels_(channels) {
+  explicit printer_profile(std::string_view channels, double spread = 1) : channels_(channels), spread_(spread) {
     const icc_profile light = rgb_profile(1), lab(cmsCreateLab4Profile(nullptr));
     from_lab_.reset(cmsCreateTransform(lab.get(), TYPE_Lab_DBL, light.get(), TYPE_RGB_DBL, INTENT_RELATIVE_COLORIMETRIC,
                                        cmsFLAGS_NOOPTIMIZE | cmsFLAGS_NOCACHE));
@@ -95,7 +96,13 @@ class printer_profile {
   int color_of(const cmsUInt16Number* in, cmsUInt16Number* out) const {
     kit::ink_coverage coverage{};
     for (unsigned i = 0; i < inks(); ++i) coverage[planes.find(channels_[i])] = in[i] / 65535.0;
-    const kit::linear_rgb light = kit::print_color(coverage);
+    kit::linear_rgb light{1, 1, 1};
+    for (unsigned p = 0; p < 6; ++p) {
+      for (unsigned c = 0; c < 3; ++c) {
+        const double root = std::pow(kit::ink_colors[p][c], 1 / spread_);
+        light[c] *= std::pow(1 - coverage[p] * (1 - root), spread_);
+      }
+    }
     double color[3];
     cmsDoTransform(to_lab_.get(), light.data(), color, 1);
     out[0] = word(color[0] / 100), out[1] = word((color[1] + 128) / 255), out[2] = word((color[2] + 128) / 255);
@@ -116,7 +123,7 @@ class printer_profile {
 
   std::string_view channels_;
   icc_transform from_lab_, to_lab_;
-  double power_ = 1;
+  double spread_, power_ = 1;
 };
 
 }  // namespace vrk::test

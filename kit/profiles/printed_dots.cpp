@@ -1,0 +1,125 @@
+#include "kit/profiles/printed_dots.h"
+
+#include <lcms2.h>
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+
+namespace vrk::profiles {
+namespace {
+
+using inks = std::array<double, 6>;      // shares of full ink in plane order
+using stimulus = std::array<double, 3>;  // X, Y, Z, parts of those of the paper
+constexpr stimulus paper_xyz{cmsD50X, cmsD50Y, cmsD50Z};
+
+std::vector<stimulus> seen(const printed_color& shown, const std::vector<inks>& printed) {
+  samples device;
+  for (const inks& each : printed) {
+    for (unsigned i = 0; i < shown.channels(); ++i) device.push_back(std::uint16_t(std::lround(each[i] * 65535)));
+  }
+  std::vector<stimulus> colors;
+  for (const lab& color : shown.of(device)) {
+    const cmsCIELab from{color[0], color[1], color[2]};
+    cmsCIEXYZ xyz;
+    cmsLab2XYZ(nullptr, &xyz, &from);
+    colors.push_back({xyz.X / paper_xyz[0], xyz.Y / paper_xyz[1], xyz.Z / paper_xyz[2]});
+    for (double& part : colors.back()) part = std::max(part, 0.0);
+  }
+  return colors;
+}
+
+std::vector<inks> full_inks(unsigned count) {
+  std::vector<inks> all(std::size_t{1} << count);
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    for (unsigned p = 0; p < count; ++p) all[i][p] = double(i >> p & 1);
+  }
+  return all;
+}
+
+// A ramp of each ink, and inks at random.
+std::vector<inks> inks_to_fit(unsigned count) {
+  constexpr unsigned steps = 20, others = 1000;
+  std::vector<inks> all;
+  for (unsigned p = 0; p < count; ++p) {
+    for (unsigned step = 1; step < steps; ++step) all.emplace_back()[p] = double(step) / steps;
+  }
+  std::mt19937 random;  // with its standard seed
+  for (unsigned i = 0; i < others; ++i) {
+    inks& any = all.emplace_back();
+    for (unsigned p = 0; p < count; ++p) any[p] = double(random()) / double(std::mt19937::max());
+  }
+  return all;
+}
+
+// Dots of different planes lie independently of each other (A. Demichel).
+template <class Number>
+Number mean_of(std::array<Number, 64> overprints, std::span<const double> shares) {
+  for (std::size_t p = shares.size(); p-- > 0;) {
+    const std::size_t without = std::size_t{1} << p;
+    const auto share = Number(shares[p]);
+    for (std::size_t i = 0; i < without; ++i) overprints[i] += share * (overprints[i + without] - overprints[i]);
+  }
+  return overprints[0];
+}
+
+// The n for channel c of X, Y, Z. Errors count by their cube roots, which are even to the eye.
+double fitted_n(std::size_t c, const std::vector<stimulus>& overprints, const std::vector<inks>& printed,
+                const std::vector<stimulus>& wanted, unsigned channels) {
+  double best = 1, least = HUGE_VAL;
+  for (double root = 1; root > 0.1; root -= 0.01) {
+    std::array<double, 64> of_dots{};
+    for (std::size_t i = 0; i < overprints.size(); ++i) of_dots[i] = std::pow(overprints[i][c], root);
+    double error = 0;
+    for (std::size_t i = 0; i < printed.size(); ++i) {
+      const double mean = std::pow(mean_of(of_dots, std::span(printed[i]).first(channels)), 1 / root);
+      error += std::pow(std::cbrt(mean) - std::cbrt(wanted[i][c]), 2);
+    }
+    if (error < least) best = 1 / root, least = error;
+  }
+  return best;
+}
+
+// Beer's law: a light ink lets through the cube root of what the full ink lets through.
+void add_light_inks(std::vector<stimulus>& overprints) {
+  constexpr std::size_t cyan = 1 << 1, magenta = 1 << 2, light_cyan = 1 << 4, light_magenta = 1 << 5;
+  for (const auto& [light, full] : {std::pair{light_cyan, cyan}, {light_magenta, magenta}}) {
+    for (std::size_t below = 0; below < light; ++below) {
+      stimulus& color = overprints.emplace_back(overprints[below]);
+      for (std::size_t c = 0; c < 3; ++c) color[c] *= std::cbrt(overprints[full][c]);
+    }
+  }
+}
+
+}  // namespace
+
+printed_dots::printed_dots(const printed_color& shown, unsigned planes) {
+  std::vector<stimulus> overprints = seen(shown, full_inks(shown.channels()));
+  const std::vector<inks> printed = inks_to_fit(shown.channels());
+  const std::vector<stimulus> wanted = seen(shown, printed);
+  for (std::size_t c = 0; c < 3; ++c) n_[c] = fitted_n(c, overprints, printed, wanted, shown.channels());
+  if (planes > shown.channels()) add_light_inks(overprints);
+  for (std::size_t c = 0; c < 3; ++c) {
+    for (std::size_t i = 0; i < overprints.size(); ++i) {
+      overprints_[c][i] = float(std::pow(overprints[i][c], 1 / n_[c]));
+    }
+  }
+}
+
+printed_dots::roots printed_dots::of(std::span<const double> shares) const {
+  return {mean_of(overprints_[0], shares), mean_of(overprints_[1], shares), mean_of(overprints_[2], shares)};
+}
+
+kit::linear_rgb printed_dots::light_of(const roots& mean) const {
+  // The primaries and the white of sRGB (IEC 61966-2-1), adapted to D50 by the Bradford transform.
+  constexpr double rgb_of_xyz[3][3] = {
+      {3.1338561, -1.6168667, -0.4906146}, {-0.9787684, 1.9161415, 0.0334540}, {0.0719453, -0.2289914, 1.4052427}};
+  kit::linear_rgb light{};
+  for (std::size_t c = 0; c < 3; ++c) {
+    const double part = paper_xyz[c] * std::pow(double(mean[c]), n_[c]);
+    for (std::size_t rgb = 0; rgb < 3; ++rgb) light[rgb] += rgb_of_xyz[rgb][c] * part;
+  }
+  return light;
+}
+
+}  // namespace vrk::profiles

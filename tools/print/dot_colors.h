@@ -1,0 +1,35 @@
+// The colours of dots: by the kit's ink model, or as a printer's profile shows them.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <span>
+
+#include "kit/profiles/printed_dots.h"
+
+namespace vrk::tool {
+
+// What adds up where dots are seen together, 1 is paper white: linear R, G, B, or what printed_dots has for it.
+using light = std::array<float, 3>;
+
+inline light operator*(const light& a, const light& b) { return {a[0] * b[0], a[1] * b[1], a[2] * b[2]}; }
+
+class dot_colors {
+ public:
+  dot_colors() = default;  // by the kit's ink model
+  explicit dot_colors(const profiles::printed_dots& profile) : profile_(profile) {}
+
+  // Whether light under several inks is the product of the light under each. Else all planes are asked for together.
+  bool multiply() const { return !profile_; }
+
+  // The light that dots of neighbouring planes leave: shares of full ink, of plane `first` and of those behind it.
+  light of(std::span<const double> shares, std::size_t first = 0) const;
+
+  std::array<std::uint8_t, 3> srgb_of(const light& mean) const;
+
+ private:
+  std::optional<profiles::printed_dots> profile_;
+};
+
+}  // namespace vrk::tool
