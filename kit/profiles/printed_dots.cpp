@@ -9,22 +9,30 @@
 namespace vrk::profiles {
 namespace {
 
-using inks = std::array<double, 6>;      // shares of full ink in plane order
-using stimulus = std::array<double, 3>;  // X, Y, Z, parts of those of the paper
-constexpr stimulus paper_xyz{cmsD50X, cmsD50Y, cmsD50Z};
+using inks = std::array<double, 6>;  // shares of full ink in plane order
+using rgb = std::array<double, 3>;   // linear ROMM RGB, 1 is paper white
 
-std::vector<stimulus> seen(const printed_color& shown, const std::vector<inks>& printed) {
+// Under D50; sRGB (IEC 61966-2-1) is adapted to it by the Bradford transform.
+constexpr double romm_of_xyz[3][3] = {
+    {1.345943, -0.255608, -0.051112}, {-0.544599, 1.508167, 0.020535}, {0, 0, 1.211813}};
+constexpr double srgb_of_romm[3][3] = {
+    {2.034076, -0.727334, -0.306742}, {-0.228813, 1.231730, -0.002917}, {-0.008570, -0.153287, 1.161856}};
+
+std::vector<rgb> seen(const printed_color& shown, const std::vector<inks>& printed) {
   samples device;
   for (const inks& each : printed) {
     for (unsigned i = 0; i < shown.channels(); ++i) device.push_back(std::uint16_t(std::lround(each[i] * 65535)));
   }
-  std::vector<stimulus> colors;
+  std::vector<rgb> colors;
   for (const lab& color : shown.of(device)) {
     const cmsCIELab from{color[0], color[1], color[2]};
     cmsCIEXYZ xyz;
     cmsLab2XYZ(nullptr, &xyz, &from);
-    colors.push_back({xyz.X / paper_xyz[0], xyz.Y / paper_xyz[1], xyz.Z / paper_xyz[2]});
-    for (double& part : colors.back()) part = std::max(part, 0.0);
+    rgb& to = colors.emplace_back();
+    for (std::size_t c = 0; c < 3; ++c) {
+      const auto& of = romm_of_xyz[c];
+      to[c] = std::max(0.0, of[0] * xyz.X + of[1] * xyz.Y + of[2] * xyz.Z);
+    }
   }
   return colors;
 }
@@ -63,9 +71,9 @@ Number mean_of(std::array<Number, 64> overprints, std::span<const double> shares
   return overprints[0];
 }
 
-// The n for channel c of X, Y, Z. Errors count by their cube roots, which are even to the eye.
-double fitted_n(std::size_t c, const std::vector<stimulus>& overprints, const std::vector<inks>& printed,
-                const std::vector<stimulus>& wanted, unsigned channels) {
+// The n for channel c. Errors count by their cube roots, which are even to the eye.
+double fitted_n(std::size_t c, const std::vector<rgb>& overprints, const std::vector<inks>& printed,
+                const std::vector<rgb>& wanted, unsigned channels) {
   double best = 1, least = HUGE_VAL;
   for (double root = 1; root > 0.1; root -= 0.01) {
     std::array<double, 64> of_dots{};
@@ -81,11 +89,11 @@ double fitted_n(std::size_t c, const std::vector<stimulus>& overprints, const st
 }
 
 // Beer's law: a light ink lets through the cube root of what the full ink lets through.
-void add_light_inks(std::vector<stimulus>& overprints) {
+void add_light_inks(std::vector<rgb>& overprints) {
   constexpr std::size_t cyan = 1 << 1, magenta = 1 << 2, light_cyan = 1 << 4, light_magenta = 1 << 5;
   for (const auto& [light, full] : {std::pair{light_cyan, cyan}, {light_magenta, magenta}}) {
     for (std::size_t below = 0; below < light; ++below) {
-      stimulus& color = overprints.emplace_back(overprints[below]);
+      rgb& color = overprints.emplace_back(overprints[below]);
       for (std::size_t c = 0; c < 3; ++c) color[c] *= std::cbrt(overprints[full][c]);
     }
   }
@@ -94,10 +102,10 @@ void add_light_inks(std::vector<stimulus>& overprints) {
 }  // namespace
 
 printed_dots::printed_dots(const printed_color& shown, unsigned planes) {
-  std::vector<stimulus> overprints = seen(shown, full_inks(shown.channels()));
+  std::vector<rgb> overprints = seen(shown, full_inks(shown.channels()));
   const std::vector<inks> printed = inks_to_fit(shown.channels());
-  const std::vector<stimulus> wanted = seen(shown, printed);
-  for (std::size_t c = 0; c < 3; ++c) n_[c] = fitted_n(c, overprints, printed, wanted, shown.channels());
+  const std::vector<rgb> wanted = seen(shown, printed);
+  for (std::size_t c = 0; c < 3; ++c) n_[c] = float(fitted_n(c, overprints, printed, wanted, shown.channels()));
   if (planes > shown.channels()) add_light_inks(overprints);
   for (std::size_t c = 0; c < 3; ++c) {
     for (std::size_t i = 0; i < overprints.size(); ++i) {
@@ -110,14 +118,11 @@ printed_dots::roots printed_dots::of(std::span<const double> shares) const {
   return {mean_of(overprints_[0], shares), mean_of(overprints_[1], shares), mean_of(overprints_[2], shares)};
 }
 
-kit::linear_rgb printed_dots::light_of(const roots& mean) const {
-  // The primaries and the white of sRGB (IEC 61966-2-1), adapted to D50 by the Bradford transform.
-  constexpr double rgb_of_xyz[3][3] = {
-      {3.1338561, -1.6168667, -0.4906146}, {-0.9787684, 1.9161415, 0.0334540}, {0.0719453, -0.2289914, 1.4052427}};
-  kit::linear_rgb light{};
+std::array<float, 3> printed_dots::light_of(const roots& mean) const {
+  std::array<float, 3> light{};
   for (std::size_t c = 0; c < 3; ++c) {
-    const double part = paper_xyz[c] * std::pow(double(mean[c]), n_[c]);
-    for (std::size_t rgb = 0; rgb < 3; ++rgb) light[rgb] += rgb_of_xyz[rgb][c] * part;
+    const float part = std::pow(mean[c], n_[c]);
+    for (std::size_t to = 0; to < 3; ++to) light[to] += float(srgb_of_romm[to][c]) * part;
   }
   return light;
 }

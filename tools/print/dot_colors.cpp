@@ -1,5 +1,6 @@
 #include "tools/print/dot_colors.h"
 
+#include "kit/ink_model.h"
 #include "kit/srgb.h"
 
 namespace vrk::tool {
@@ -16,9 +17,14 @@ light dot_colors::of(std::span<const double> shares, std::size_t first) const {
   return product;
 }
 
-std::array<std::uint8_t, 3> dot_colors::srgb_of(const light& mean) const {
-  const kit::linear_rgb rgb = profile_ ? profile_->light_of(mean) : kit::linear_rgb{mean[0], mean[1], mean[2]};
-  return {kit::srgb_byte_of_light(rgb[0]), kit::srgb_byte_of_light(rgb[1]), kit::srgb_byte_of_light(rgb[2])};
+std::vector<std::uint8_t> dot_colors::srgb_of(std::span<const light> row) const {
+  std::vector<std::uint8_t> srgb(3 * row.size());
+  auto to = srgb.begin();
+  for (const light& color : row) {
+    const light rgb = profile_ ? profile_->light_of(color) : color;
+    for (const float part : rgb) *to++ = kit::srgb_byte_of_light(part);
+  }
+  return srgb;
 }
 
 }  // namespace vrk::tool

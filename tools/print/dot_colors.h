@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <vector>
 
 #include "kit/profiles/printed_dots.h"
 
@@ -26,7 +27,8 @@ class dot_colors {
   // The light that dots of neighbouring planes leave: shares of full ink, of plane `first` and of those behind it.
   light of(std::span<const double> shares, std::size_t first = 0) const;
 
-  std::array<std::uint8_t, 3> srgb_of(const light& mean) const;
+  // R, G, B of a row of dots, or of means over dots.
+  std::vector<std::uint8_t> srgb_of(std::span<const light> row) const;
 
  private:
   std::optional<profiles::printed_dots> profile_;

@@ -88,15 +88,23 @@ const std::vector<light>& dots::colors() {
     for (std::size_t p = colors.first; p < colors.end; ++p) {
       const std::vector<std::uint8_t>& codes = planes_[p].codes;
       const unsigned base = planes_[p].format->levels(), repeat = planes_[p].repeat_x;
+      const auto append = [base](std::uint16_t index, std::uint8_t code) { return std::uint16_t(index * base + code); };
+      if (repeat == 1) {
+        std::transform(index_.begin(), index_.end(), codes.begin(), index_.begin(), append);
+        continue;
+      }
       std::uint16_t* index = index_.data();
       for (const std::uint8_t code : codes) {
-        for (unsigned i = 0; i < repeat; ++i, ++index) *index = std::uint16_t(*index * base + code);
+        for (unsigned i = 0; i < repeat; ++i, ++index) *index = append(*index, code);
       }
     }
-    const bool on_paper = colors.first == 0;
-    for (std::size_t x = 0; x < index_.size(); ++x) {
-      const light& color = colors.colors[index_[x]];
-      colors_[x] = on_paper ? color : colors_[x] * color;
+    const light* const of_index = colors.colors.data();
+    const auto color_of = [of_index](std::uint16_t index) { return of_index[index]; };
+    if (colors.first == 0) {
+      std::transform(index_.begin(), index_.end(), colors_.begin(), color_of);
+    } else {
+      std::transform(index_.begin(), index_.end(), colors_.begin(), colors_.begin(),
+                     [&](std::uint16_t index, const light& below) { return below * color_of(index); });
     }
   }
   return colors_;

@@ -66,7 +66,8 @@ preview::square_row preview::with_neighbours() const {
 void preview::write_row() {
   for (; first_ + reach_ < next_; ++first_) rows_.pop_front();
   const unsigned end = std::min(end_, next_ + reach_ + 1) - first_;
-  std::vector<std::uint8_t> row;
+  std::vector<light> row;
+  row.reserve(current_.sums.size());
   for (unsigned box = 0; box < current_.sums.size(); ++box) {
     const unsigned left = (box - std::min(box, reach_)) * across_;
     const unsigned right = std::min(width_, (box + reach_ + 1) * across_);
@@ -77,10 +78,9 @@ void preview::write_row() {
       dots += rows_[y].rows * (right - left);
     }
     for (float& channel : sum) channel /= float(dots);
-    const auto pixel = look_.srgb_of(sum);
-    row.insert(row.end(), pixel.begin(), pixel.end());
+    row.push_back(sum);
   }
-  file_->write_line(row.data());
+  file_->write_line(look_.srgb_of(row).data());
   ++next_;
 }
 
@@ -100,12 +100,12 @@ detail::detail(output_file& to, const raster& page, pixel_place centre, const do
 void detail::add_row(const std::vector<light>& colors) {
   const unsigned at = row_++;
   if (at < top_ || at >= top_ + height_) return;
-  std::vector<std::uint8_t> row;
+  std::vector<light> row;
   for (unsigned x = left_; x < left_ + width_; ++x) {
-    const auto dot = look_.srgb_of(colors[x]);
-    for (unsigned i = 0; i < dot_width_; ++i) row.insert(row.end(), dot.begin(), dot.end());
+    row.insert(row.end(), dot_width_, colors[x]);
   }
-  for (unsigned i = 0; i < dot_height_; ++i) file_->write_line(row.data());
+  const std::vector<std::uint8_t> srgb = look_.srgb_of(row);
+  for (unsigned i = 0; i < dot_height_; ++i) file_->write_line(srgb.data());
 }
 
 }  // namespace vrk::tool
