@@ -121,7 +121,7 @@ printed_dots::roots printed_dots::of(std::span<const double> shares) const {
 std::array<float, 3> printed_dots::light_of(const roots& mean) const {
   std::array<float, 3> light{};
   for (std::size_t c = 0; c < 3; ++c) {
-    const float part = std::pow(mean[c], n_[c]);
+    const float part = std::pow(std::max(mean[c], 0.0F), n_[c]);  // rounding can leave a mean below 0
     for (std::size_t to = 0; to < 3; ++to) light[to] += float(srgb_of_romm[to][c]) * part;
   }
   return light;

@@ -9,9 +9,9 @@ namespace vrk::profiles {
 
 // H. E. J. Neugebauer's mean (1937) over the colours that the profile's forward table gives to full inks on each other.
 // Dots look larger than they are, since light that enters the paper beside them leaves it under them. Therefore it is
-// not light that adds up but its n-th root (J. A. C. Yule and W. J. Nielsen, 1951). There is an n for each of red, green
-// and blue, those that come closest to the rest of the forward table. The three are wide primaries, in which no print
-// has negative light: those of ROMM RGB (ISO 22028-2).
+// not light that adds up but its n-th root (J. A. C. Yule and W. J. Nielsen, 1951). There is an n for each of red,
+// green and blue, those that come closest to the rest of the forward table. The three are wide primaries, in which no
+// print has negative light: those of ROMM RGB (ISO 22028-2).
 class printed_dots {
  public:
   using roots = std::array<float, 3>;  // of red, green and blue; 1 is paper white
