@@ -1,4 +1,4 @@
-#include "tools/review/sheet.h"
+#include "tools/drawing/sheet.h"
 
 namespace vrk::tool {
 namespace {
