@@ -5,13 +5,14 @@
 
 #include "base/byte_view.h"
 #include "base/tag.h"
+#include "kit/blob.h"
 #include "kit/color_table.h"
+#include "kit/inspect.h"
 #include "kit/planes.h"
 
 namespace vrk::kit {
 namespace {
 
-constexpr std::string_view plane_names[] = {"C", "M", "Y", "K", "fifth", "sixth"};  // table order
 constexpr u32 edtb_newest = tag("0010"), extended_form = tag("0020");
 
 std::string number(u64 v) { return std::to_string(v); }
@@ -26,7 +27,7 @@ refusal too_short(byte_view image, const std::string& expected) {
 refusal too_short(byte_view image, u64 header) { return too_short(image, "at least " + number(header) + " bytes"); }
 
 refusal no_levels(u64 plane, u64 offset, std::string_view why) {
-  return mismatch("level count of plane " + std::string(plane_names[plane]), 0, offset,
+  return mismatch("level count of plane " + std::string(table_plane_names[plane]), 0, offset,
                   "at least 1: " + std::string(why));
 }
 constexpr std::string_view six_are_used = "the fifth and sixth plane need all six";
@@ -150,9 +151,7 @@ std::string refusal::text() const {
 refusal why_refused_csc1(const bytes& image, bool prec12) {
   byte_view view(image.data(), image.size());
   if (refusal why = wrong_start(view, "csc1", 0, 8); why) return why;
-  for (const u32 subtype : {tag("thrh"), tag("gray"), tag("blck"), tag("sold")}) {
-    if (view.be32(4) == subtype) return {};
-  }
+  if (is_fixed_rule(image)) return {};
   if (refusal why = wrong_start(view, "csc1", version_001z, 13); why) return why;
   return wrong_grid(view, false, prec12);
 }
@@ -180,7 +179,7 @@ refusal why_refused_edpr(const bytes& image) {
   u64 expected = extended ? 40 : 24;
   for (u64 p = 0; p < 6; ++p) {
     const u64 n = levels(p);
-    const std::string plane = " of plane " + std::string(plane_names[p]);
+    const std::string plane = " of plane " + std::string(table_plane_names[p]);
     if (n == 0) {
       if (six) return no_levels(p, 8 + p, six_are_used);
       continue;
@@ -217,7 +216,7 @@ refusal why_refused_dith(const bytes& image) {
   for (u64 p = 0; p < 6; ++p) {
     const u64 n = levels(p), bits = view.byte(26 + p);
     const u64 width = view.byte(8 + 2 * p), height = view.byte(9 + 2 * p), cells = width * height;
-    const std::string plane = " of plane " + std::string(plane_names[p]);
+    const std::string plane = " of plane " + std::string(table_plane_names[p]);
     if (n == 0) {
       if (six) return no_levels(p, 20 + p, six_are_used);
       continue;
@@ -261,10 +260,9 @@ refusal why_refused_plane_curve(const bytes& image) {
 
 refusal why_refused_blob(const bytes& image) {
   byte_view view(image.data(), image.size());
-  constexpr u64 header = 40, entry = 12;
   constexpr std::string_view types[] = {"CS1T", "CS2T", "HATT", "INGM", "OTGM", "HRKT"};
   const u32 newest = view.be32(4) == tag("INGM") ? version_002z : version_001z;
-  if (refusal why = wrong_start(view, "CTSI", newest, header, 8)) return why;
+  if (refusal why = wrong_start(view, "CTSI", newest, blob_header_bytes, 8)) return why;
   const std::string_view type(reinterpret_cast<const char*>(view.at(4)), 4);
   if (std::find(std::begin(types), std::end(types), type) == std::end(types)) {
     return {"type", quoted(view.be32(4)), 4, "CS1T, CS2T, HATT, INGM, OTGM or HRKT"};
@@ -272,7 +270,7 @@ refusal why_refused_blob(const bytes& image) {
   if (view.byte(31) != 0x1A) return mismatch("end of header", view.byte(31), 31, "26");
   const u64 count = view.be16(32);
   if (count == 0) return mismatch("entry count", 0, 32, "at least 1");
-  const u64 expected = header + entry * count;
+  const u64 expected = blob_header_bytes + blob_entry_bytes * count;
   if (view.size() < expected) return too_short(view, number(expected) + " bytes for its directory");
   return {};
 }

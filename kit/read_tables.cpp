@@ -85,7 +85,8 @@ edpr_table read_edpr(const bytes& image) {
     }
   }
   for (std::size_t p = 0; p < 6; ++p) table.planes[p].level_values = from.take_list(levels[p]);
-  for (ed_plane& p : table.planes) p.thresholds = from.take_list(p.level_values.empty() ? 0 : p.level_values.size() - 1);
+  for (ed_plane& p : table.planes)
+    p.thresholds = from.take_list(p.level_values.empty() ? 0 : p.level_values.size() - 1);
   for (ed_plane& p : table.planes) {
     if (p.level_values.empty()) continue;
     for (unsigned left = table.matrix_width * table.matrix_height; left != 0; --left) {

@@ -129,7 +129,12 @@ TEST_F(tool, takes_tables_out_of_blobs) {
   const std::string page = save("page.ppm", flat_page(8, 8)), option = "--blob " + save("colors.blob", blob.encode());
   EXPECT_EQ(print(page, option + ":family=X").planes.size(), 4u);
   EXPECT_EQ(print(page, option + ":family=X,kind=4").planes.size(), 6u);
-  expect_complaint(page, option, "has no table for these selectors");
+  expect_complaint(page, option, "has XN, XP; asked for HN");
+  expect_complaint(page, option + ":family=X,a=2,b=1", "asked for XSP or XS");
+  expect_complaint(page, option + ":kind=7", "asked for what no tag stands for");
+  blob.entries[0].offset = 1 << 20;
+  save("colors.blob", blob.encode());
+  expect_complaint(page, option + ":family=X", "bytes of XN at offset 1048576, expected them inside its ");
   expect_complaint(page, option + ":family=Y", "family is \"Y\", expected H or X");
   expect_complaint(page, option + ":sort=4", "\"sort\" is no selector");
 }
