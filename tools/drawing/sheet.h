@@ -1,4 +1,4 @@
-// A titled picture of labelled cells, four in a row.
+// A titled picture of labelled cells, at most four in a row.
 #pragma once
 
 #include "tools/drawing/canvas.h"
