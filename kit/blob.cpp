@@ -1,11 +1,6 @@
 #include "kit/blob.h"
 
 namespace vrk::kit {
-namespace {
-
-constexpr std::size_t header_bytes = 40, entry_bytes = 12;
-
-}  // namespace
 
 bytes blob::encode() const {
   bytes out;
@@ -17,9 +12,9 @@ bytes blob::encode() const {
   out.resize(31);
   put8(out, end_mark);
   put_be16(out, entry_count.value_or(unsigned(entries.size())));
-  out.resize(header_bytes);
+  out.resize(blob_header_bytes);
 
-  std::size_t offset = header_bytes + entry_bytes * entries.size();
+  std::size_t offset = blob_header_bytes + blob_entry_bytes * entries.size();
   for (const blob_entry& e : entries) {
     std::string tag = e.tag;
     tag.resize(4, ' ');

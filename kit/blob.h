@@ -8,6 +8,9 @@
 
 namespace vrk::kit {
 
+inline constexpr std::size_t blob_header_bytes = 40;  // the directory follows, then the data
+inline constexpr std::size_t blob_entry_bytes = 12;   // tag, offset and length of the data
+
 struct blob_entry {
   std::string tag{};  // four characters; a shorter tag is filled up with blanks
   bytes data{};

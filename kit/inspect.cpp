@@ -33,6 +33,11 @@ table_kind kind_of(const bytes& image) {
   }
 }
 
+bool is_fixed_rule(const bytes& csc1) {
+  const u32 subtype = view_of(csc1).be32(4);
+  return leaves_one_sample(csc1) || subtype == tag("thrh") || subtype == tag("sold");
+}
+
 bool leaves_one_sample(const bytes& csc1) {
   const u32 subtype = view_of(csc1).be32(4);
   return subtype == tag("gray") || subtype == tag("blck");

@@ -14,6 +14,9 @@ enum class table_kind { csc1, csc2, curves, edpr, edtb, dith, blob, unknown };
 // By the magic that the image opens with.
 table_kind kind_of(const bytes& image);
 
+// Whether a "csc1" table names a fixed rule in place of a grid.
+bool is_fixed_rule(const bytes& csc1);
+
 // Whether a "csc1" table turns R, G, B into one sample: subtypes "gray" and "blck".
 bool leaves_one_sample(const bytes& csc1);
 

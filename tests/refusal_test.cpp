@@ -11,7 +11,7 @@ using namespace vrk::test;
 using vrk::kit::bytes;
 
 using create_fn = std::function<std::uint32_t(std::uint32_t size, const void* image, void* mem)>;
-using why_fn = std::function<std::string(const bytes&)>;
+using why_fn = std::function<vrk::kit::refusal(const bytes&)>;
 
 struct kind {
   std::string name;
@@ -97,8 +97,8 @@ verdict judged(const kind& k, const bytes& image) {
   fenced_block memory(std::max(size, 4096u));
   const bool refused = k.create(readable.size(), readable.data(), memory.data()) == 0;
   EXPECT_TRUE(size != 0 ? memory.fences_intact() : refused && memory.untouched());
-  const std::string why = k.why_refused(image);
-  EXPECT_TRUE(refused == !why.empty() || (refused && is_delta_stream(image))) << why;
+  const vrk::kit::refusal why = k.why_refused(image);
+  EXPECT_TRUE(refused == bool(why) || (refused && is_delta_stream(image))) << why.text();
   return {size, refused};
 }
 
@@ -141,7 +141,7 @@ struct consumer {
   const char* table;
   unsigned curves;
   std::uint32_t (*create)(const void* image, void* mem);
-  std::string (*why_refused)(const bytes& image, unsigned curves);
+  vrk::kit::refusal (*why_refused)(const bytes& image, unsigned curves);
   bool judges_in_both_calls = false;
 };
 
@@ -149,10 +149,6 @@ struct consumer {
 std::uint32_t create_postproc(bool main, const void* at, void* mem) {
   return vrk_create_postproc(main ? 6 : 1, main, at, !main, at, 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0,
                              nullptr, 0, mem);
-}
-
-std::string why_refused_plane_curve(const bytes& image, unsigned) {
-  return image[9] > 1 ? "makes several planes of one" : vrk::kit::why_refused_curves(image, 1);
 }
 
 using vrk::kit::why_refused_curves, vrk::kit::why_refused_main_curves;
@@ -168,8 +164,8 @@ const consumer consumers[] = {
      why_refused_curves},
     {"main table", 6, [](auto* at, auto* mem) { return create_postproc(true, at, mem); }, why_refused_main_curves,
      true},
-    {"plane table", 1, [](auto* at, auto* mem) { return create_postproc(false, at, mem); }, why_refused_plane_curve,
-     true},
+    {"plane table", 1, [](auto* at, auto* mem) { return create_postproc(false, at, mem); },
+     [](auto& image, unsigned) { return vrk::kit::why_refused_plane_curve(image); }, true},
 };
 
 // The size call reads no further than the header.
@@ -177,18 +173,19 @@ TEST(refusals, of_curves_whose_length_nobody_tells) {
   for (const consumer& by : consumers) {
     const bytes good = random_curves(by.curves).encode();
     const std::uint32_t size = by.create(good.data(), nullptr);
-    EXPECT_EQ(by.why_refused(good, by.curves), "");
-    EXPECT_NE(by.why_refused({good.begin(), good.end() - 1}, by.curves), "");
+    EXPECT_EQ(by.why_refused(good, by.curves).text(), "");
+    EXPECT_TRUE(by.why_refused({good.begin(), good.end() - 1}, by.curves));
     for (std::size_t at = 0; at < 12; ++at) {
       for (const std::uint8_t value : header_values) {
         bytes image = good;
         image[at] = value;
-        const std::string why = by.why_refused(image, by.curves);
-        const auto where = testing::Message() << by.table << ", byte " << at << " = " << +value << ": " << why;
+        const vrk::kit::refusal why = by.why_refused(image, by.curves);
+        const auto where = testing::Message() << by.table << ", byte " << at << " = " << +value << ": " << why.text();
+        EXPECT_TRUE(!why.offset || (*why.offset <= at && at < *why.offset + 4)) << where;
         guarded_copy whole(image), header({image.data(), 12});
-        EXPECT_EQ(by.create(header.data(), nullptr) == 0, !why.empty()) << where;
+        EXPECT_EQ(by.create(header.data(), nullptr) == 0, bool(why)) << where;
         fenced_block mem(size);
-        EXPECT_EQ(by.create(whole.data(), mem.data()) == 0, !why.empty() && by.judges_in_both_calls) << where;
+        EXPECT_EQ(by.create(whole.data(), mem.data()) == 0, bool(why) && by.judges_in_both_calls) << where;
       }
     }
     expect_refused([&](void* mem) { return by.create(nullptr, mem); }, by.table);

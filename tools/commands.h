@@ -12,6 +12,7 @@ inline constexpr const char* exit_help =
 void add_print_command(CLI::App& app);    // print: a picture through all stages
 void add_demo_command(CLI::App& app);     // demo: the built-in sample page
 void add_tables_command(CLI::App& app);   // tables: the kit's tables as files
+void add_inspect_command(CLI::App& app);  // inspect: what tables hold, or why they are refused
 void add_link_command(CLI::App& app);     // link: a colour table from ICC profiles
 void add_compare_command(CLI::App& app);  // compare: every filter and matrix side by side
 void add_report_command(CLI::App& app);   // report: tone and spectrum of every filter and matrix

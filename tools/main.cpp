@@ -60,6 +60,7 @@ int main(int argc, char** argv) {
   vrk::tool::add_print_command(app);
   vrk::tool::add_demo_command(app);
   vrk::tool::add_tables_command(app);
+  vrk::tool::add_inspect_command(app);
   vrk::tool::add_link_command(app);
   vrk::tool::add_compare_command(app);
   vrk::tool::add_report_command(app);

@@ -16,6 +16,7 @@
 #include "kit/level_sets.h"
 #include "kit/modulation.h"
 #include "kit/presets.h"
+#include "kit/read_tables.h"
 #include "kit/separation.h"
 #include "kit/srgb.h"
 #include "kit/threshold_matrices.h"
@@ -34,6 +35,24 @@ TEST(kit, delta_streams_take_the_shortest_codes) {
   EXPECT_EQ(stream(grid_encoding::delta8, 8, {1, 1, 1, 1}), (bytes{1, 0, 0})) << "17 bits";
   EXPECT_EQ(stream(grid_encoding::delta8, 8, {100, 100, 90, 120, 50}), (bytes{0x64, 0x1D, 0x31, 0x1A, 0b00110'000}));
   EXPECT_EQ(stream(grid_encoding::delta10, 6, {400, 400, 380, 600, 100}), (bytes{0x64, 0x1B, 0x40, 0xC9, 0x05, 0xF4}));
+}
+
+TEST(kit, tables_are_read_back_as_they_were_written) {
+  const bytes lines = ed_parameters(4, 3, fine_noise_for(3)).encode(), cells = cell_parameters(6, 2, 3, 5).encode(),
+              spread = ed_distribution().encode(), screens = dither_parameters(6, 4, "screens").encode(),
+              curves = split_curves().encode(), inks = ink_table(6, 2).encode();
+  EXPECT_EQ(read_edpr(lines).encode(), lines);
+  EXPECT_EQ(read_edpr(cells).encode(), cells);
+  EXPECT_EQ(read_edtb(spread).encode(), spread);
+  EXPECT_EQ(read_dither_table(screens).encode(), screens);
+  EXPECT_EQ(read_curve_image(curves, 6).encode(), curves);
+  const bytes header = read_color_table_header(inks).encode();
+  EXPECT_EQ(header, bytes(inks.begin(), inks.begin() + 12 + 6 * 2));
+
+  const bytes both = blob{.class_code = 'C', .entries = {{"HN", inks}, {"HPP", curves}}}.encode();
+  blob read = read_blob_directory(both);
+  for (blob_entry& entry : read.entries) entry.data = data_of(entry, both);
+  EXPECT_EQ(read.encode(), both);
 }
 
 TEST(kit, rows_of_a_distribution_table_add_up_to_their_error) {

@@ -11,6 +11,10 @@ cd "$work"
 for file in k.pbm c.pbm m.pbm y.pbm lc.pbm lm.pbm preview.png detail.png; do test -s "demo/$file"; done
 
 "$vrk" tables -o t >/dev/null
+"$vrk" inspect $(find t -type f) --plot drawn >/dev/null
+test "$(ls drawn | wc -l)" -eq "$(find t -type f | wc -l)"
+if "$vrk" tables -o none inks.csc2 ink 2>complaint; then exit 1; fi
+grep -q 'no table "ink"; there are inks.csc2, ' complaint && test ! -e none
 { printf 'P6 40 20 255\n' && head -c 2400 /dev/zero | tr '\0' '\147'; } >page.ppm
 print() { "$vrk" print page.ppm -o out "$@" >/dev/null; }
 for table in t/colors/*.csc1; do print --csc1 "$table"; done

@@ -75,8 +75,8 @@ std::unique_ptr<halftone> make_error_diffusion(const table& distribution, const 
         return vrk_create_ed(width, distribution.size(), distribution.image.data(), parameters.size(),
                              parameters.image.data(), ed_flags(precision), mem);
       })) {
-    const std::string why = kit::why_refused_edpr(parameters.image);
-    why.empty() ? refuse(distribution, kit::why_refused_edtb(distribution.image)) : refuse(parameters, why);
+    if (const kit::refusal why = kit::why_refused_edpr(parameters.image)) refuse(parameters, why);
+    refuse(distribution, kit::why_refused_edtb(distribution.image));
   }
   vrk_ht_info info;
   vrk_query_ed_info(built.get(), &info);

@@ -15,13 +15,13 @@ std::uint32_t postproc_flags(line_format input, unsigned output_bits) {
 // The library is not told how long the images are: they must hold what their headers announce.
 void check_lengths(const plane_curves& curves, unsigned planes) {
   if (curves.main) {
-    if (const std::string why = kit::why_refused_main_curves(curves.main->image, planes); !why.empty()) {
+    if (const kit::refusal why = kit::why_refused_main_curves(curves.main->image, planes)) {
       refuse(*curves.main, why);
     }
   }
   for (const std::optional<table>& curve : curves.planes) {
     if (!curve) continue;
-    if (const std::string why = kit::why_refused_curves(curve->image, 1); !why.empty()) refuse(*curve, why);
+    if (const kit::refusal why = kit::why_refused_plane_curve(curve->image)) refuse(*curve, why);
   }
 }
 
@@ -39,7 +39,7 @@ class postproc_stage final : public stage {
                                      image(y), fifth.has_value(), image(fifth), sixth.has_value(), image(sixth),
                                      postproc_flags(input, output_bits), mem);
         })) {
-      throw user_error("post-processing: the curve of a plane announces more than one output plane (byte 9)");
+      throw user_error("post-processing refuses its settings");
     }
     flags_ = vrk_query_postproc_hint(handle_.get());
   }

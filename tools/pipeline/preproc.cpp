@@ -10,7 +10,7 @@ namespace {
 // The library is not told how long a curve image is: it must hold what its header announces.
 const void* checked(const std::optional<table>& curves, unsigned count) {
   if (!curves) return nullptr;
-  if (const std::string why = kit::why_refused_curves(curves->image, count); !why.empty()) refuse(*curves, why);
+  if (const kit::refusal why = kit::why_refused_curves(curves->image, count)) refuse(*curves, why);
   return curves->image.data();
 }
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "kit/bytes.h"
+#include "kit/explain.h"
 #include "tools/pipeline/user_error.h"
 
 namespace vrk::tool {
@@ -15,10 +15,13 @@ struct table {
   std::uint32_t size() const { return std::uint32_t(image.size()); }
 };
 
-// why: from kit/explain.h; empty when the kit found nothing wrong.
 [[noreturn]] inline void refuse(const table& refused, const std::string& why) {
-  throw user_error(refused.name + ": " +
-                   (why.empty() ? "is refused: its header is correct, the data behind it are not" : why));
+  throw user_error(refused.name + ": " + why);
+}
+
+// why: may be that the kit found nothing wrong.
+[[noreturn]] inline void refuse(const table& refused, const kit::refusal& why) {
+  refuse(refused, why ? why.text() : "is refused: its header is correct, the data behind it are not");
 }
 
 }  // namespace vrk::tool

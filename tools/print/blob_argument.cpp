@@ -1,32 +1,17 @@
 #include "tools/print/blob_argument.h"
 
-#include <vrk.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 
 #include "kit/inspect.h"
+#include "kit/read_tables.h"
+#include "tools/tables/blob_look_up.h"
 
 namespace vrk::tool {
 namespace {
-
-struct selectors {
-  int family = 0, kind = 0, a = 0, b = 0, c = 0, d = 0, levels = 0, step = 0, ink = 0;
-};
-
-struct selector_name {
-  std::string_view name;
-  int selectors::*field;
-};
-constexpr selector_name selector_names[] = {
-    {"family", &selectors::family}, {"kind", &selectors::kind}, {"a", &selectors::a},
-    {"b", &selectors::b},           {"c", &selectors::c},       {"d", &selectors::d},
-    {"levels", &selectors::levels}, {"step", &selectors::step}, {"ink", &selectors::ink},
-};
 
 int number_or_family(const std::string& key, const std::string& value, const std::string& argument) {
   if (key == "family" && (value == "H" || value == "X")) return value == "X";
@@ -46,9 +31,9 @@ selectors parse_selectors(std::string list, const std::string& argument, unsigne
     const std::string item = list.substr(0, list.find(','));
     list.erase(0, item.size() + 1);
     const std::string key = item.substr(0, item.find('='));
-    const auto* const known = std::find_if(std::begin(selector_names), std::end(selector_names),
-                                           [&](const selector_name& s) { return s.name == key; });
-    if (known == std::end(selector_names)) {
+    const auto all = all_selectors();
+    const auto known = std::find_if(all.begin(), all.end(), [&](const selector& s) { return s.name == key; });
+    if (known == all.end()) {
       throw usage_error("--blob " + argument + ": \"" + key +
                         "\" is no selector, expected family, kind, a, b, c, d, levels, step or ink");
     }
@@ -57,25 +42,28 @@ selectors parse_selectors(std::string list, const std::string& argument, unsigne
   return chosen;
 }
 
-constexpr std::string_view types[] = {"CS1T", "CS2T", "HATT", "INGM", "OTGM", "HRKT"};
+std::string listed(const std::vector<std::string>& tags, const std::string& separator) {
+  constexpr std::size_t most = 40;
+  std::string list;
+  for (std::size_t t = 0; t < std::min(tags.size(), most); ++t) list += (t == 0 ? "" : separator) + tag_name(tags[t]);
+  return tags.size() > most ? list + separator + "..." : list;
+}
 
-// type: one of `types`. Returns false when the blob has no such table. With found.data null, only the length is
-// reported, else the table is copied there.
-bool look_up(const table& blob, const std::string& type, const selectors& s, vrk_table_ref& found) {
-  const std::uint8_t* const data = blob.image.data();
-  const std::uint32_t size = blob.size();
-  const auto u = [](int v) { return std::uint16_t(v); };
-  const auto i = [](int v) { return std::int16_t(v); };
-  if (type == "CS1T") return vrk_log_csc1(size, data, &found, u(s.family), u(s.kind), u(s.a), u(s.b), u(s.c), u(s.d));
-  if (type == "CS2T") return vrk_log_csc2(size, data, &found, u(s.family), u(s.kind), u(s.a), u(s.b), u(s.c), u(s.d));
-  if (type == "HATT") return vrk_log_htone(size, data, &found, u(s.family), std::uint32_t(s.levels));
-  // Newer blobs have five steps each way, older ones two, under other tags.
-  if (type == "INGM") {
-    return vrk_log_ingamma2(size, data, &found, u(s.family), i(s.step)) ||
-           vrk_log_ingamma(size, data, &found, u(s.family), i(s.step));
+// Says what the blob has, and what it would need.
+[[noreturn]] void refuse_selectors(const table& blob, const selectors& chosen, const std::string& argument) {
+  std::vector<std::string> has, asked = tags_asked_for(blob.image, chosen);
+  for (const kit::blob_entry& entry : kit::read_blob_directory(blob.image).entries) {
+    has.push_back(entry.tag);
+    const auto same = std::find(asked.begin(), asked.end(), entry.tag);
+    if (same == asked.end()) continue;
+    if (!lies_inside(entry, blob.image)) {
+      refuse(blob, "has " + std::to_string(*entry.length) + " bytes of " + tag_name(entry.tag) + " at offset " +
+                       std::to_string(*entry.offset) + ", expected them inside its " + std::to_string(blob.size()));
+    }
+    asked.erase(same);  // found, but something else is to come first
   }
-  if (type == "OTGM") return vrk_log_outgamma(size, data, &found, u(s.family)) != 0;
-  return vrk_log_rank(size, data, &found, u(s.family), i(s.step), i(s.ink)) != 0;
+  const std::string wanted = asked.empty() ? "for what no tag stands for" : "for " + listed(asked, " or ");
+  refuse(blob, "has " + listed(has, ", ") + "; asked " + wanted + " (" + argument + ")");
 }
 
 }  // namespace
@@ -104,19 +92,10 @@ blob_table read_from_blob(const std::string& argument, unsigned inks) {
   const selectors chosen = parse_selectors(selected ? argument.substr(colon + 1) : "", argument, inks);
 
   const table blob = read_table(path);
-  const std::string type = kit::blob_type(blob.image);
-  if (type.empty()) throw user_error(path + ": is no parameter blob, expected the magic \"CTSI\"");
-  if (std::find(std::begin(types), std::end(types), type) == std::end(types)) {
-    throw user_error(path + ": is a blob of type \"" + type + "\", expected CS1T, CS2T, HATT, INGM, OTGM or HRKT");
-  }
-  vrk_table_ref found{0, nullptr};
-  if (!look_up(blob, type, chosen, found)) {
-    throw user_error(path + ": has no table for these selectors, or a damaged header or directory (" + argument + ")");
-  }
-  blob_table result{path, type, {argument, kit::bytes(found.length)}};
-  found.data = result.found.image.data();
-  look_up(blob, type, chosen, found);
-  return result;
+  if (const kit::refusal why = kit::why_refused_blob(blob.image)) refuse(blob, why);
+  std::optional<kit::bytes> found = look_up(blob.image, chosen);
+  if (!found) refuse_selectors(blob, chosen, argument);
+  return {path, kit::blob_type(blob.image), {argument, std::move(*found)}};
 }
 
 }  // namespace vrk::tool

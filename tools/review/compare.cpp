@@ -4,10 +4,10 @@
 
 #include "kit/ink_model.h"
 #include "kit/srgb.h"
+#include "tools/drawing/sheet.h"
 #include "tools/print/dots.h"
 #include "tools/print/print_pipeline.h"
 #include "tools/review/halftone_choices.h"
-#include "tools/review/sheet.h"
 
 namespace vrk::tool {
 namespace {

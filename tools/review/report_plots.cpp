@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "tools/review/report_chart.h"
+#include "tools/drawing/chart.h"
 
 namespace vrk::tool {
 namespace {

@@ -1,4 +1,5 @@
 #include <memory>
+#include <set>
 
 #include "kit/blob.h"
 #include "kit/color_grids.h"
@@ -9,28 +10,49 @@
 #include "tools/commands.h"
 #include "tools/files/output_set.h"
 #include "tools/not_empty.h"
+#include "tools/pipeline/user_error.h"
 #include "tools/printable.h"
 
 namespace vrk::tool {
 namespace {
 
-// Writes table files below one directory and counts them.
+// Writes table files below one directory and counts them. chosen: names of files and directories; empty: all.
 class table_directory {
  public:
-  explicit table_directory(const std::string& top) : files_(top) {}
+  table_directory(const std::string& top, std::vector<std::string> chosen) : files_(top), chosen_(std::move(chosen)) {}
 
   unsigned count() const { return count_; }
 
   void put(const std::string& name, const kit::bytes& image) {
+    names_ += (names_.empty() ? "" : ", ") + name;
+    if (!is_chosen(name)) return;
     output_file& file = files_.add(name);
     file.write(image.data(), image.size());
     file.close();
     ++count_;
   }
-  void keep() { files_.keep(); }
+  void keep() {
+    for (const std::string& name : chosen_) {
+      if (found_.count(name) == 0) throw user_error("there is no table \"" + name + "\"; there are " + names_);
+    }
+    files_.keep();
+  }
 
  private:
+  bool is_chosen(const std::string& name) {
+    bool chosen = chosen_.empty();
+    for (const std::string& wanted : chosen_) {
+      if (name != wanted && name.rfind(wanted + "/", 0) != 0) continue;
+      found_.insert(wanted);
+      chosen = true;
+    }
+    return chosen;
+  }
+
   output_set files_;
+  std::vector<std::string> chosen_;
+  std::set<std::string> found_;  // of those that are chosen
+  std::string names_;            // of all that there are
   unsigned count_ = 0;
 };
 
@@ -111,27 +133,35 @@ void put_blobs(table_directory& to) {
   put("ranks.ctsi", "HRKT", {{"HR00", ranks("blue-noise")}, {"HR+1", ranks("screens")}});
 }
 
-void write_tables(const std::string& directory) {
-  table_directory to(directory);
+struct tables_arguments {
+  std::string directory;
+  std::vector<std::string> names;
+};
+
+void write_tables(const tables_arguments& arguments) {
+  table_directory to(arguments.directory, arguments.names);
   put_inks(to);
   put_colors(to);
   put_halftones(to);
   put_curves(to);
   put_blobs(to);
   to.keep();
-  std::printf("%u tables: %s\n", to.count(), printable(directory).c_str());
+  std::printf("%u tables: %s\n", to.count(), printable(arguments.directory).c_str());
 }
 
 }  // namespace
 
 void add_tables_command(CLI::App& app) {
-  const auto directory = std::make_shared<std::string>();
+  const auto arguments = std::make_shared<tables_arguments>();
   CLI::App* const command = app.add_subcommand("tables", "Writes the kit's tables as files, to test a driver with");
-  command->add_option("-o,--output", *directory, "directory for the files")
+  command->add_option("names", arguments->names, "only these, or those in these directories")
+      ->type_name("NAME")
+      ->check(not_empty);
+  command->add_option("-o,--output", arguments->directory, "directory for the files")
       ->type_name("DIR")
       ->check(not_empty)
       ->required();
-  command->callback([directory] { write_tables(*directory); });
+  command->callback([arguments] { write_tables(*arguments); });
 }
 
 }  // namespace vrk::tool

@@ -99,19 +99,19 @@ TEST_F(tool, says_why_a_table_is_refused) {
     kit::bytes image;
     std::string said;
   } cases[] = {
-      {"--csc1 ", changed(rgb, 9, 4), "has output channels 4, expected 3"},
-      {"--csc1 ", changed(rgb, 11, 6), "has grid encoding 6, expected 0, 1, 2, 3 or 7"},
-      {"--csc2 ", spread, "has magic \"edtb\", expected \"csc2\""},
+      {"--csc1 ", changed(rgb, 9, 4), "has output channels 4 at offset 9, expected 3"},
+      {"--csc1 ", changed(rgb, 11, 6), "has grid encoding 6 at offset 11, expected 0, 1, 2, 3 or 7"},
+      {"--csc2 ", spread, "has magic \"edtb\" at offset 0, expected \"csc2\""},
       {"--csc2 ", {}, "is empty"},
-      {"--csc2 ", changed(inks, 9, 255), "has output channels 255, expected 4 or 6"},
+      {"--csc2 ", changed(inks, 9, 255), "has output channels 255 at offset 9, expected 4 or 6"},
       {"--csc2 ", changed(inks, 6, '2'), "has version \"0020\""},
       {"--csc2 ", changed(inks, 10, 3), "has length 88, expected 246 bytes for 3 grid points"},
       {"--csc2 ", changed(changed(inks, 16, 0xFF), 17, 0xFF),
-       "has G axis position 1 at 65535, expected more than 65535"},
-      {"--csc2 ", curve.encode(), "has entry count 512, expected 1024"},
-      {"--edpr ", changed(levels, 14, 0), "has an empty modulation matrix"},
+       "has G axis position [1] 65535 at offset 18, expected more than 65535"},
+      {"--csc2 ", curve.encode(), "has entry count 512 at offset 10, expected 1024"},
+      {"--edpr ", changed(levels, 14, 0), "has modulation matrix 0 x 1 at offset 14, expected at least 1 x 1"},
       {"--edpr ", changed(levels, 21, 3), "has 3 bits per pixel, expected 1, 2, 4 or 8"},
-      {"--edtb ", changed(spread, 10, 5), "has column count 5, expected 7"},
+      {"--edtb ", changed(spread, 10, 5), "has column count 5 at offset 10, expected 7"},
       {"--edtb ", kit::bytes(spread.begin(), spread.begin() + 500), "has length 500, expected 7166"},
   };
   const std::string page = save("page.ppm", flat_page(8, 8));
@@ -129,7 +129,12 @@ TEST_F(tool, takes_tables_out_of_blobs) {
   const std::string page = save("page.ppm", flat_page(8, 8)), option = "--blob " + save("colors.blob", blob.encode());
   EXPECT_EQ(print(page, option + ":family=X").planes.size(), 4u);
   EXPECT_EQ(print(page, option + ":family=X,kind=4").planes.size(), 6u);
-  expect_complaint(page, option, "has no table for these selectors");
+  expect_complaint(page, option, "has XN, XP; asked for HN");
+  expect_complaint(page, option + ":family=X,a=2,b=1", "asked for XSP or XS");
+  expect_complaint(page, option + ":kind=7", "asked for what no tag stands for");
+  blob.entries[0].offset = 1 << 20;
+  save("colors.blob", blob.encode());
+  expect_complaint(page, option + ":family=X", "bytes of XN at offset 1048576, expected them inside its ");
   expect_complaint(page, option + ":family=Y", "family is \"Y\", expected H or X");
   expect_complaint(page, option + ":sort=4", "\"sort\" is no selector");
 }

@@ -1,4 +1,4 @@
-#include "tools/review/canvas.h"
+#include "tools/drawing/canvas.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "tools/review/report_chart.h"
+#include "tools/drawing/chart.h"
 
 #include <algorithm>
 

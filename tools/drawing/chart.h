@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/review/sheet.h"
+#include "tools/drawing/sheet.h"
 
 namespace vrk::tool {
 

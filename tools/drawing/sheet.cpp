@@ -1,4 +1,6 @@
-#include "tools/review/sheet.h"
+#include "tools/drawing/sheet.h"
+
+#include <algorithm>
 
 namespace vrk::tool {
 namespace {
@@ -10,7 +12,7 @@ constexpr unsigned columns = 4, margin = 24, header = 84, label = 26;  // all bu
 sheet::sheet(std::size_t cells, unsigned width, unsigned height)
     : width_(width),
       height_(height),
-      picture_(margin + columns * (width + margin),
+      picture_(margin + unsigned(std::clamp<std::size_t>(cells, 2, columns)) * (width + margin),
                header + unsigned((cells + columns - 1) / columns) * (label + height + margin)) {}
 
 void sheet::title(std::string_view text, std::string_view more) {

@@ -1,7 +1,7 @@
-// A titled picture of labelled cells, four in a row.
+// A titled picture of labelled cells, at most four in a row.
 #pragma once
 
-#include "tools/review/canvas.h"
+#include "tools/drawing/canvas.h"
 
 namespace vrk::tool {
 
