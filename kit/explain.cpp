@@ -27,7 +27,7 @@ refusal too_short(byte_view image, const std::string& expected) {
 refusal too_short(byte_view image, u64 header) { return too_short(image, "at least " + number(header) + " bytes"); }
 
 refusal no_levels(u64 plane, u64 offset, std::string_view why) {
-  return mismatch("level count of plane " + std::string(table_plane_names[plane]), 0, offset,
+  return mismatch("level count of plane " + std::string(table_plane_names[std::size_t(plane)]), 0, offset,
                   "at least 1: " + std::string(why));
 }
 constexpr std::string_view six_are_used = "the fifth and sixth plane need all six";
