@@ -44,7 +44,7 @@ void plot_ink(const ink_calibration& ink, chart_sheet& sheet) {
   chart plot = sheet.add(
       ink_names[std::size_t(std::find(plane_names.begin(), plane_names.end(), ink.plane) - plane_names.begin())], "",
       axis_up_to(100, "% asked for"),
-      axis_up_to(1.05 * most, unit == "L*"   ? "darker than paper, L*"
+      axis_up_to(1.05 * most, unit == "L*"   ? "darker than paper, L"
                               : unit == "dE" ? "off paper, delta E"
                                              : "tone value, %"));
   plot.draw_axes();

@@ -1,7 +1,8 @@
 #include "tools/calibrate/cgats.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <iomanip>
+#include <sstream>
 
 #include "kit/ink_model.h"
 #include "tools/pipeline/user_error.h"
@@ -89,27 +90,27 @@ std::string cgats_of(const step_chart& chart) {
   const auto* const names = std::find_if(std::begin(known_inks), std::end(known_inks), [&](const ink_columns& inks) {
     return std::string_view(inks.letters).size() == chart.inks;
   });
-  const std::string family = chart.inks == 1 ? "K" : names->family, letters = names->letters;
-  std::string text = "CTI2\n\nDESCRIPTOR \"Step chart, printed without curves\"\nORIGINATOR \"vrk\"\nCOLOR_REP \"" +
-                     family +
-                     "\"\nSTRIP_INDEX_PATTERN \"A-Z, A-Z\"\nPATCH_INDEX_PATTERN \"0-9,@-9,@-9;1-999\"\n"
-                     "INDEX_ORDER \"STRIP_THEN_PATCH\"\n\nBEGIN_DATA_FORMAT\nSAMPLE_ID SAMPLE_LOC";
-  for (const char ink : letters) text += std::string(" ") + names->family + "_" + ink;
-  text += " XYZ_X XYZ_Y XYZ_Z\nEND_DATA_FORMAT\n\nNUMBER_OF_SETS " + std::to_string(chart.patches.size()) +
-          "\nBEGIN_DATA\n";
-  char number[32];
-  for (std::size_t i = 0; i < chart.patches.size(); ++i) {
-    const chart_patch& patch = chart.patches[i];
-    text += std::to_string(i + 1) + " \"" + patch.place + "\"";
-    const auto add = [&](double value) {
-      std::snprintf(number, sizeof number, " %.4f", value);
-      text += number;
-    };
-    for (unsigned ink = 0; ink < chart.inks; ++ink) add(patch.tones[ink] / 2.55);
-    for (const double value : xyz_of(patch.tones, chart.inks)) add(value);
-    text += "\n";
+  const std::string family = chart.inks == 1 ? "K" : names->family;  // its letters are in the usual order of columns
+  const auto plane_of = [&](char ink) { return std::string_view(names->letters).find(ink); };
+  std::ostringstream text;
+  text << "CTI2\n\nDESCRIPTOR \"Step chart, printed without curves\"\nORIGINATOR \"vrk\"\n"
+       << "COLOR_REP \"" << family << "\"\nSTEPS_IN_PASS \"" << chart.columns << "\"\n"
+       << "STRIP_INDEX_PATTERN \"A-Z, A-Z\"\nPATCH_INDEX_PATTERN \"0-9,@-9,@-9;1-999\"\n"
+       << "INDEX_ORDER \"STRIP_THEN_PATCH\"\n\n"
+       << "BEGIN_DATA_FORMAT\nSAMPLE_ID SAMPLE_LOC";
+  for (const char ink : family) text << ' ' << names->family << '_' << ink;
+  text << " XYZ_X XYZ_Y XYZ_Z\nEND_DATA_FORMAT\n\n"
+       << "NUMBER_OF_SETS " << chart.patches.size() << "\nBEGIN_DATA\n"
+       << std::fixed << std::setprecision(4);
+  std::size_t number = 0;
+  for (const chart_patch& patch : chart.patches) {
+    text << ++number << " \"" << patch.place << '"';
+    for (const char ink : family) text << ' ' << patch.tones[plane_of(ink)] / 2.55;
+    for (const double value : xyz_of(patch.tones, chart.inks)) text << ' ' << value;
+    text << '\n';
   }
-  return text + "END_DATA\n";
+  text << "END_DATA\n";
+  return text.str();
 }
 
 }  // namespace vrk::tool

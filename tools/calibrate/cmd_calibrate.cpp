@@ -43,6 +43,8 @@ void print_notes(const measured_inks& measured, const std::vector<ink_calibratio
   }
 }
 
+double rounded(double error) { return std::round(100 * error) / 100 + 0.0; }  // no -0
+
 // Of each ink before and after, at every tone that one of them was measured at.
 void print_errors(const std::vector<ink_calibration>& inks) {
   std::vector<double> tones;
@@ -64,7 +66,7 @@ void print_errors(const std::vector<ink_calibration>& inks) {
     for (std::size_t p = 0; p < inks.size(); ++p) {
       const auto [before, after] = inks[p].error_at(tone);
       largest[p] = {std::max(largest[p].before, std::abs(before)), std::max(largest[p].after, std::abs(after))};
-      std::printf(" %6.2f %7.2f ", before, after);
+      std::printf(" %6.2f %7.2f ", rounded(before), rounded(after));
     }
   }
   std::printf("\n  largest    ");

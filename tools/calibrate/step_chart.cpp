@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <numbers>
 
 #include "tools/pipeline/user_error.h"
 
@@ -67,12 +68,6 @@ std::string row_letters(unsigned row) {
   return row < 26 ? letters : row_letters(row / 26 - 1) + letters;
 }
 
-std::string percent(unsigned tone) {
-  char text[16];
-  std::snprintf(text, sizeof text, "%.3g", tone / 2.55);
-  return text;
-}
-
 enum class align { left, right };
 
 void write(std::string_view words, double x, double base, double size, align where,
@@ -91,7 +86,7 @@ void add_mark(double x, double y, std::vector<pictures::segment>& to) {
   to.push_back({{x - arm, y}, {x + arm, y}});
   to.push_back({{x, y - arm}, {x, y + arm}});
   const auto at = [&](int i) {
-    const double angle = 2 * M_PI * i / pieces;
+    const double angle = 2 * std::numbers::pi * i / pieces;
     return pictures::point{x + radius * std::cos(angle), y + radius * std::sin(angle)};
   };
   for (int i = 0; i < pieces; ++i) to.push_back({at(i), at(i + 1)});
@@ -102,7 +97,7 @@ void add_mark(double x, double y, std::vector<pictures::segment>& to) {
 step_chart lay_out_chart(const chart_options& options) {
   const std::vector<ramp> chosen = ramps_of(options.inks);
   const row_grid grid = grid_of(options, chosen.size());
-  step_chart chart{options.inks, options.steps, unsigned(chosen.size()), grid.side, {}, {}, {}};
+  step_chart chart{options.inks, options.steps, unsigned(chosen.size()), grid.columns, grid.side, {}, {}, {}};
   unsigned row = 0;
   for (const ramp& r : chosen) {
     for (unsigned step = 0; step < options.steps; ++step) {
@@ -115,7 +110,7 @@ step_chart lay_out_chart(const chart_options& options) {
       chart_patch patch{row_letters(row) + std::to_string(column + 1), {}, left, top};
       for (std::size_t ink = 0; ink < r.inks.size(); ++ink) patch.tones[ink] = r.inks[ink] ? std::uint8_t(tone) : 0;
       write(patch.place, left, top - 0.6, cap, align::left, chart.text);
-      write(percent(tone), left + grid.side, top - 0.6, cap, align::right, chart.text);
+      write(std::to_string((200 * tone + 255) / 510), left + grid.side - 0.8, top - 0.6, cap, align::right, chart.text);
       chart.patches.push_back(std::move(patch));
       if (column + 1 == grid.columns || step + 1 == options.steps) ++row;
     }
