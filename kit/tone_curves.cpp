@@ -16,10 +16,14 @@ curve s_curve(double strength) {
   return sampled_curve([&](double x) { return x + strength * (x * x * (3 - 2 * x) - x); });
 }
 
-curve dot_gain_compensation(double gain) {
-  // The lesser root a of a + 4 * gain * a * (1 - a) = x, in the form that also holds for a gain of 0.
+double tone_before_gain(double shown, double gain) {
+  // The lesser root a of a + 4 * gain * a * (1 - a) = shown, in the form that also holds for a gain of 0.
   const double b = 1 + 4 * gain;
-  return sampled_curve([&](double x) { return 2 * x / (b + std::sqrt(b * b - 16 * gain * x)); });
+  return 2 * shown / (b + std::sqrt(b * b - 16 * gain * shown));
+}
+
+curve dot_gain_compensation(double gain) {
+  return sampled_curve([&](double x) { return tone_before_gain(x, gain); });
 }
 
 curve ink_limiting(double limit) {

@@ -31,6 +31,7 @@ curve s_curve(double strength);
 // Compensates dot gain: the curve maps a wanted coverage to the coverage a for which paper shows it, where dots gain
 // 4 * gain * a * (1 - a) (Yule and Nielsen's gain, simplified to a parabola). gain: at half tone, 0 ... 0.25.
 curve dot_gain_compensation(double gain);
+double tone_before_gain(double shown, double gain);  // one value of it, 0 ... 1
 
 // Scales all tones so that full tone becomes `limit`, 0 ... 1.
 curve ink_limiting(double limit);

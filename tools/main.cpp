@@ -62,6 +62,8 @@ int main(int argc, char** argv) {
   vrk::tool::add_tables_command(app);
   vrk::tool::add_inspect_command(app);
   vrk::tool::add_link_command(app);
+  vrk::tool::add_chart_command(app);
+  vrk::tool::add_calibrate_command(app);
   vrk::tool::add_compare_command(app);
   vrk::tool::add_report_command(app);
   const exit_code code = run(app, argc, argv);

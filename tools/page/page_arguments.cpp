@@ -6,6 +6,8 @@
 namespace vrk::tool {
 namespace {
 
+const std::string group = "Size on paper";
+
 // A value that `parse` understands, or one sentence.
 template <class Value, class Parse>
 auto take(std::optional<Value>& to, Parse parse, std::string option, std::string expected) {
@@ -17,8 +19,7 @@ auto take(std::optional<Value>& to, Parse parse, std::string option, std::string
 
 }  // namespace
 
-void add_page_options(CLI::App& command, page_options& to) {
-  const std::string group = "Size on paper";
+void add_paper_options(CLI::App& command, page_options& to, const std::string& usual_size) {
   const std::string range = std::to_string(lowest_dpi) + " to " + std::to_string(highest_dpi);
   command
       .add_option_function<std::string>(
@@ -31,10 +32,15 @@ void add_page_options(CLI::App& command, page_options& to) {
           "--size",
           take(to.paper, parse_paper, "--size",
                "A3 to A6, B4, B5, letter, legal, tabloid, or WIDTHxHEIGHT with mm, cm or in behind it, 1 mm to 10 m"),
-          "size of the page: A4, letter, 10x15cm, 4x6in (default: by the resolution that the picture's file gives; "
-          "where it gives none, a pixel of the picture is one of the page)")
+          "size of the page: A4, letter, 10x15cm, 4x6in (default: " + usual_size + ")")
       ->type_name("SIZE")
       ->group(group);
+}
+
+void add_page_options(CLI::App& command, page_options& to) {
+  add_paper_options(command, to,
+                    "by the resolution that the picture's file gives; where it gives none, a pixel of the picture is "
+                    "one of the page");
   CLI::Option* const fit = command
                                .add_flag_callback(
                                    "--fit", [&to] { to.fill = false; },

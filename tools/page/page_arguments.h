@@ -10,4 +10,7 @@ namespace vrk::tool {
 // to: lives as long as the command
 void add_page_options(CLI::App& command, page_options& to);
 
+// --dpi and --size alone. usual_size: the default, in words.
+void add_paper_options(CLI::App& command, page_options& to, const std::string& usual_size);
+
 }  // namespace vrk::tool

@@ -1,6 +1,7 @@
 #include "tools/pipeline/pipeline.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace vrk::tool {
 
@@ -16,6 +17,7 @@ void pipeline::append(std::unique_ptr<stage> next) {
 }
 
 void pipeline::convert(const void* line, std::uint8_t* out, workspace& space) const {
+  if (stages_.empty()) std::memcpy(out, line, source_bytes());
   for (std::size_t i = 0; i < stages_.size(); ++i) {
     std::uint8_t* const to = i + 1 == stages_.size() ? out : space.lines_[i % 2].data();
     space.clocks_[i].time([&] { stages_[i]->run(line, width_, to); });

@@ -1,15 +1,13 @@
-#include <cstdio>
 #include <memory>
 #include <string>
 
-#include "kit/error_filters.h"
-#include "kit/threshold_matrices.h"
 #include "tools/commands.h"
 #include "tools/image/image_argument.h"
 #include "tools/page/page.h"
 #include "tools/page/page_arguments.h"
 #include "tools/print/blob_argument.h"
 #include "tools/print/curve_argument.h"
+#include "tools/print/dot_arguments.h"
 #include "tools/print/print_page.h"
 
 namespace vrk::tool {
@@ -23,25 +21,6 @@ struct print_arguments {
   std::vector<unsigned> detail_centre;
   unsigned dpi = unsigned(usual_dpi.x);
 };
-
-// The names of a list of named things, for a check.
-template <class Named>
-std::vector<std::string> names_of(const Named& all) {
-  std::vector<std::string> names;
-  for (const auto& one : all) names.emplace_back(one.name);
-  return names;
-}
-
-std::string parse_cells(const std::string& text, std::optional<dot_scale>& cells) {
-  dot_scale size;
-  char rest;
-  if (std::sscanf(text.c_str(), "%1ux%1u%c", &size.x, &size.y, &rest) != 2 ||
-      (size.x != 1 && size.x != 2 && size.x != 4) || size.y < 1 || size.y > 4) {
-    return "--cells " + text + ": expected SXxSY with SX 1, 2 or 4 and SY 1 to 4, such as 2x2";
-  }
-  cells = size;
-  return {};
-}
 
 void add_tone_options(CLI::App& command, tone_options& to) {
   const std::string group = "Tone of the picture";
@@ -95,42 +74,6 @@ void add_ink_options(CLI::App& command, ink_options& to) {
           ->group(group);
   add_profile_options(command, to.profile, group);
   for (const char* const name : {"--intent", "--bpc", "--channels"}) command.get_option(name)->needs(profile);
-}
-
-void add_dot_options(CLI::App& command, dot_options& to) {
-  const std::string group = "Dots";
-  command.add_option("--halftone", to.halftone, "ed: error diffusion; dither: threshold matrix (default ed)")
-      ->check(CLI::IsMember({"ed", "dither"}))
-      ->group(group);
-  command
-      .add_option("--levels", to.levels,
-                  "levels of a dot: up to 16, by dither up to 255 (default 2); with --cells, levels of a cell")
-      ->check(CLI::Range(2, 255))
-      ->group(group);
-  command.add_option("--filter", to.filter, "error diffusion: error filter (default fan)")
-      ->check(CLI::IsMember(names_of(kit::error_filters)))
-      ->group(group);
-  command.add_option("--modulation", to.modulation, "error diffusion: modulation of the thresholds (default noise)")
-      ->check(CLI::IsMember({"none", "noise"}))
-      ->group(group);
-  command
-      .add_option("--precision", to.precision,
-                  "error diffusion: bits at which 8-bit samples are diffused, 8 or 10 (default 10); 16: as --width16")
-      ->check(CLI::IsMember({8, 10, 16}))
-      ->group(group);
-  command
-      .add_option_function<std::string>(
-          "--cells",
-          [&to](const std::string& text) {
-            if (const std::string wrong = parse_cells(text, to.cells); !wrong.empty())
-              throw CLI::ValidationError(wrong);
-          },
-          "error diffusion: every pixel becomes SX x SY dots")
-      ->type_name("SXxSY")
-      ->group(group);
-  command.add_option("--matrix", to.matrix, "dither: threshold matrix (default blue-noise)")
-      ->check(CLI::IsMember(std::vector<std::string>(kit::matrix_names.begin(), kit::matrix_names.end())))
-      ->group(group);
 }
 
 void add_run_options(CLI::App& command, print_options& to) {

@@ -10,15 +10,19 @@
 namespace vrk::tool {
 
 print_report print_page(image_reader& source, const print_options& options, output_set& to) {
-  const unsigned width = source.width(), height = source.height();
-  const unsigned threads = options.threads != 0 ? options.threads : unsigned(tbb::info::default_concurrency());
   const line_format format{source.channels(), source.bits()};
-  const std::optional<pixel_place>& centre = options.pictures.detail_centre;
-  if (centre) require_inside("--detail", *centre, width, height);
   const print_tables tables = choose_tables(options, format);
   for (const std::string& file : tables.files) to.protect(file);
-  pipeline stages = make_print_pipeline(tables, options.layout, options.precision(), width, format);
+  pipeline stages = make_print_pipeline(tables, options.layout, options.precision(), source.width(), format);
+  return print_through(stages, source, tables, options, to);
+}
 
+print_report print_through(pipeline& stages, image_reader& source, const print_tables& tables,
+                           const print_options& options, output_set& to) {
+  const unsigned width = source.width(), height = source.height();
+  const unsigned threads = options.threads != 0 ? options.threads : unsigned(tbb::info::default_concurrency());
+  const std::optional<pixel_place>& centre = options.pictures.detail_centre;
+  if (centre) require_inside("--detail", *centre, width, height);
   const resolution dpi = source.dpi().value_or(usual_dpi);
   page_files files(to, stages.planes(), {width, height, dpi}, options.pictures, tables.look);
   stopwatch all;

@@ -31,15 +31,19 @@ pipeline make_print_pipeline(const print_tables& tables, pixel_layout layout, ed
   if (tables.post.any() || stages.output().bits != bits) {
     stages.append(make_postproc(tables.post, stages.output(), bits));
   }
-  stages.finish(tables.dither ? make_dither(*tables.dither, width, bits == 16)
-                              : make_error_diffusion(*tables.distribution, *tables.parameters, width, precision));
+  finish_with_halftone(tables, precision, stages);
+  return stages;
+}
 
-  const std::size_t inks = stages.output().samples, planes = stages.planes().size();
+void finish_with_halftone(const print_tables& tables, ed_precision precision, pipeline& to) {
+  const bool samples16 = precision == ed_precision::samples16;
+  to.finish(tables.dither ? make_dither(*tables.dither, to.width(), samples16)
+                          : make_error_diffusion(*tables.distribution, *tables.parameters, to.width(), precision));
+  const std::size_t inks = to.output().samples, planes = to.planes().size();
   if (planes != inks) {
     refuse(tables.dither ? *tables.dither : *tables.parameters,
            "has levels for " + std::to_string(planes) + " planes, expected " + std::to_string(inks));
   }
-  return stages;
 }
 
 }  // namespace vrk::tool

@@ -11,4 +11,7 @@ namespace vrk::tool {
 pipeline make_print_pipeline(const print_tables& tables, pixel_layout layout, ed_precision precision,
                              std::uint32_t width, line_format source);
 
+// The end of it: the halftone of the tables behind stages that leave ink planes.
+void finish_with_halftone(const print_tables& tables, ed_precision precision, pipeline& to);
+
 }  // namespace vrk::tool
