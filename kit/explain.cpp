@@ -26,9 +26,10 @@ refusal too_short(byte_view image, const std::string& expected) {
 }
 refusal too_short(byte_view image, u64 header) { return too_short(image, "at least " + number(header) + " bytes"); }
 
+std::string plane_name(u64 plane) { return std::string(table_plane_names[std::size_t(plane)]); }
+
 refusal no_levels(u64 plane, u64 offset, std::string_view why) {
-  return mismatch("level count of plane " + std::string(table_plane_names[std::size_t(plane)]), 0, offset,
-                  "at least 1: " + std::string(why));
+  return mismatch("level count of plane " + plane_name(plane), 0, offset, "at least 1: " + std::string(why));
 }
 constexpr std::string_view six_are_used = "the fifth and sixth plane need all six";
 
@@ -179,7 +180,7 @@ refusal why_refused_edpr(const bytes& image) {
   u64 expected = extended ? 40 : 24;
   for (u64 p = 0; p < 6; ++p) {
     const u64 n = levels(p);
-    const std::string plane = " of plane " + std::string(table_plane_names[p]);
+    const std::string plane = " of plane " + plane_name(p);
     if (n == 0) {
       if (six) return no_levels(p, 8 + p, six_are_used);
       continue;
@@ -216,7 +217,7 @@ refusal why_refused_dith(const bytes& image) {
   for (u64 p = 0; p < 6; ++p) {
     const u64 n = levels(p), bits = view.byte(26 + p);
     const u64 width = view.byte(8 + 2 * p), height = view.byte(9 + 2 * p), cells = width * height;
-    const std::string plane = " of plane " + std::string(table_plane_names[p]);
+    const std::string plane = " of plane " + plane_name(p);
     if (n == 0) {
       if (six) return no_levels(p, 20 + p, six_are_used);
       continue;

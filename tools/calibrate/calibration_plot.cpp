@@ -4,8 +4,8 @@
 #include <cmath>
 #include <cstdio>
 
+#include "tools/drawing/chart.h"
 #include "tools/pipeline/halftone.h"
-#include "tools/review/report_chart.h"
 
 namespace vrk::tool {
 namespace {
