@@ -11,7 +11,7 @@ proof_packages = python3-numpy python3-pil python3-scipy python3-skimage
 bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev libgutenprint-dev
 build = cmake --preset $(1) >/dev/null && cmake --build --preset $(1)
 
-.PHONY: demo test sanitize win32 compare benchmarks bench bench32 check-link check-proof dist check-dist check-format clean
+.PHONY: demo test sanitize win32 compare benchmarks bench bench32 check-link check-proof check-calibrate dist check-dist check-format clean
 
 demo: # prints the built-in sample page and shows the paths of the pictures
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -66,6 +66,11 @@ check-proof: out/press.icc # how close previews through a press profile come to 
 	@scripts/packages $(build_packages) $(tool_packages) $(proof_packages)
 	@$(call build,program)
 	@scripts/check-proof build/program/tools/vrk out/press.icc out/check-proof $(PICTURES)
+
+check-calibrate: out/press.icc # how even ramps become, by a press profile, with the curves of `vrk calibrate`
+	@scripts/packages $(build_packages) $(tool_packages) $(profile_packages)
+	@$(call build,program)
+	@scripts/check-calibrate build/program/tools/vrk out/press.icc out/check-calibrate
 
 dist: # packs out/dist: a zip for 32-bit Windows, a tar.gz and a Debian package for Linux
 	@scripts/packages $(build_packages) $(tool_packages) $(dll_packages) dpkg-dev file

@@ -11,10 +11,10 @@ struct measured_point {
   double at, value, weight = 1;
 };
 
-// The values of a cubic smoothing spline at the points. How smooth it is follows from the points by generalised
+// The values of a cubic smoothing spline at the points. How smooth it is follows from the points by robust generalised
 // cross-validation: what varies without noise stays as it is. Fewer than four points stay as they are. P. J. Green,
-// B. W. Silverman, Nonparametric Regression and Generalized Linear Models, 1994, chapters 2 and 3; P. Craven, G. Wahba,
-// Smoothing noisy data with spline functions, 1979.
+// B. W. Silverman, Nonparametric Regression and Generalized Linear Models, 1994, chapters 2 and 3; M. A. Lukas, Robust
+// generalized cross-validation for choosing the regularization parameter, Inverse Problems, 2006.
 std::vector<double> smooth_values(std::span<const measured_point> points);
 
 // The nearest rising sequence: neighbours that fall become one point with their mean. The first and the last point

@@ -31,6 +31,18 @@ print --blob t/blobs/colors.ctsi:a=1 --blob t/blobs/tones.ctsi:step=-1 --blob t/
 print --blob t/blobs/older-tones.ctsi:step=1 --balance2 1,2 --inks 1 --halftone dither
 print --blob t/blobs/inks.ctsi:b=1 --blob t/blobs/levels.ctsi:levels=6
 
+# A chart of which each ink is measured as if its dots grew, and a page in four inks and in six with the curves from it.
+for inks in 4 6; do
+  "$vrk" chart -o chart --inks $inks --size A5 --dpi 100 --steps 6 >/dev/null
+  sed -e 's/^CTI2/CTI3/' -e 's/ XYZ_X XYZ_Y XYZ_Z/ LAB_L LAB_A LAB_B/' chart/chart.ti2 |
+    awk -v inks=$inks '/^[0-9]/ { for (i = 3; i < 3 + inks; ++i) l[i] = $i; used = 0
+        for (i = 3; i < 3 + inks; ++i) used += l[i]
+        for (i = 1; i < 3 + inks; ++i) printf "%s ", $i; print 95 - 7 * sqrt(used), 0, used; next } { print }' >measured.ti3
+  "$vrk" calibrate measured.ti3 -o curves.1dlt >/dev/null
+  test -s curves.png
+  "$vrk" print page.ppm -o out --inks $inks --post curves.1dlt >/dev/null
+done
+
 "$vrk" compare page.ppm -o sheet --inks 6 --levels 3 --modulation none --crop 39 0 >/dev/null
 test -s sheet/compare.png
 

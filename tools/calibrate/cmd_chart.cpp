@@ -41,9 +41,9 @@ void print_chart(const chart_arguments& arguments) {
   files.add("chart.ti2").write(cgats_of(chart));
   const print_report report = print_through(stages, *page, tables, options, files);
   const auto name = [&](const char* file) { return printable((files.directory() / file).string()); };
-  std::printf("%u ramps of %u steps in %u ink%s, %g x %g mm at %s dpi, patches of %g mm\n", chart.ramps, chart.steps,
-              chart.inks, chart.inks == 1 ? "" : "s", wanted.paper.width, wanted.paper.height,
-              text_of(report.dpi).c_str(), chart.side);
+  std::printf("%u ramp%s of %u steps in %u ink%s, %g x %g mm at %s dpi, patches of %g mm\n", chart.ramps,
+              chart.ramps == 1 ? "" : "s", chart.steps, chart.inks, chart.inks == 1 ? "" : "s", wanted.paper.width,
+              wanted.paper.height, text_of(report.dpi).c_str(), chart.side);
   std::printf("Its patches: %s\nThe page: %s\n", name("chart.ti2").c_str(), name("preview.png").c_str());
 }
 
