@@ -94,7 +94,8 @@ std::string cgats_of(const step_chart& chart) {
   const auto plane_of = [&](char ink) { return std::string_view(names->letters).find(ink); };
   std::ostringstream text;
   text << "CTI2\n\nDESCRIPTOR \"Step chart, printed without curves\"\nORIGINATOR \"vrk\"\n"
-       << "COLOR_REP \"" << family << "\"\nSTEPS_IN_PASS \"" << chart.columns << "\"\n"
+       << "COLOR_REP \"" << family << "\"\nSTEPS_IN_PASS \"" << chart.columns << "\"\nPASSES_IN_STRIPS2 \""
+       << chart.rows << "\"\n"
        << "STRIP_INDEX_PATTERN \"A-Z, A-Z\"\nPATCH_INDEX_PATTERN \"0-9,@-9,@-9;1-999\"\n"
        << "INDEX_ORDER \"STRIP_THEN_PATCH\"\n\n"
        << "BEGIN_DATA_FORMAT\nSAMPLE_ID SAMPLE_LOC";

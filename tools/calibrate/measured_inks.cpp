@@ -77,7 +77,7 @@ class patch_reader {
 
   std::size_t inks() const { return inks_.size(); }
 
-  // The one ink of a patch, or -1 for paper; -2 for a patch of several inks.
+  // What a patch has: one ink, of which tone is the share, `paper` or `several` inks.
   struct patch {
     std::size_t ink;
     double tone;

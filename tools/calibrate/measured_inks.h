@@ -21,7 +21,7 @@ using measured_ramp = std::vector<measured_step>;
 
 struct measured_inks {
   std::vector<measured_ramp> ramps;  // of each ink, in plane order: one, four or six
-  std::vector<std::string> notes;    // sentences about single patches that are missing or not in order
+  std::vector<std::string> notes;    // steps that an ink lacks and others have, a sentence for each ink
 };
 
 // name: of the file. Throws user_error for columns that are missing, for values that are none, and, naming them, for

@@ -97,7 +97,15 @@ void add_mark(double x, double y, std::vector<pictures::segment>& to) {
 step_chart lay_out_chart(const chart_options& options) {
   const std::vector<ramp> chosen = ramps_of(options.inks);
   const row_grid grid = grid_of(options, chosen.size());
-  step_chart chart{options.inks, options.steps, unsigned(chosen.size()), grid.columns, grid.side, {}, {}, {}};
+  step_chart chart{options.inks,
+                   options.steps,
+                   unsigned(chosen.size()),
+                   grid.columns,
+                   unsigned(chosen.size()) * grid.rows_of_a_ramp,
+                   grid.side,
+                   {},
+                   {},
+                   {}};
   unsigned row = 0;
   for (const ramp& r : chosen) {
     for (unsigned step = 0; step < options.steps; ++step) {

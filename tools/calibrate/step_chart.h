@@ -27,7 +27,7 @@ struct chart_patch {
 
 struct step_chart {
   unsigned inks, steps, ramps;
-  unsigned columns;                            // patches of the longest row
+  unsigned columns, rows;                      // patches of the longest row, and rows
   double side;                                 // of a patch
   std::vector<chart_patch> patches;            // row by row
   std::vector<pictures::segment> marks, text;  // lines of all inks, of K

@@ -6,7 +6,7 @@
 namespace vrk::tool {
 namespace {
 
-const std::string group = "Size on paper";
+constexpr const char* group = "Size on paper";
 
 // A value that `parse` understands, or one sentence.
 template <class Value, class Parse>
