@@ -18,14 +18,15 @@ struct image_argument {
 };
 
 inline void add_image_argument(CLI::App& command, image_argument& to) {
-  command.add_option("image", to.path, "PNG, JPEG, PBM, PGM, PPM or PAM; - for standard input")
+  command.add_option("image", to.path, "PNG, JPEG, TIFF, PBM, PGM, PPM or PAM; - for standard input")
       ->type_name("IMAGE")
       ->check(not_empty)
       ->required();
   command
-      .add_option("--max-memory", to.max_memory,
-                  "most memory for a picture that cannot be read line by line (interlaced PNG, progressive JPEG), in "
-                  "bytes or with MB or GB behind it, 1MB to 1TB (default 1GB)")
+      .add_option(
+          "--max-memory", to.max_memory,
+          "most memory for a picture that cannot be read line by line (interlaced PNG, progressive JPEG, TIFF in "
+          "large tiles), in bytes or with MB or GB behind it, 1MB to 1TB (default 1GB)")
       ->transform(CLI::AsSizeValue(false).description(""))
       ->check(CLI::Range(std::uint64_t{1} << 20, std::uint64_t{1} << 40).description(""))
       ->type_name("SIZE");

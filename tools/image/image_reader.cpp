@@ -56,10 +56,13 @@ std::unique_ptr<image_reader> open_image(const std::string& path, std::uint64_t 
       return read_png(std::move(file), name, max_memory);
     case 0xFF:
       return read_jpeg(std::move(file), name, max_memory);
+    case 'I':
+    case 'M':
+      return read_tiff(std::move(file), name, max_memory);
     case 'P':
       return read_pnm(std::move(file), name);
     default:
-      throw user_error(name + ": is neither PNG, JPEG nor PNM (PBM, PGM, PPM, PAM)");
+      throw user_error(name + ": is neither " + picture_formats);
   }
 }
 

@@ -5,6 +5,7 @@
 #include <zlib.h>
 
 #include "tests/samples.h"
+#include "tests/tools/image/made_tiff.h"
 #include "tests/tools/scratch.h"
 #include "tools/image/image_reader.h"
 
@@ -13,6 +14,7 @@ namespace {
 using namespace vrk::tool;
 using vrk::test::complaint;
 using vrk::test::samples;
+using vrk::test::tiff_layout;
 
 struct image : vrk::test::scratch {};
 
@@ -96,6 +98,14 @@ std::string jpeg(const std::string& lines, int channels, J_COLOR_SPACE space, bo
   return result;
 }
 
+std::string tiff(const samples& all, const tiff_layout& as) {
+  const std::string path = testing::TempDir() + "/made." + std::to_string(getpid()) + ".tif";
+  vrk::test::make_tiff(path, all, as);
+  std::ifstream file(path, std::ios::binary);
+  std::filesystem::remove(path);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
 struct picture {
   const char* name;
   std::string file;
@@ -149,6 +159,88 @@ std::vector<picture> pictures() {
   };
 }
 
+// Every way to lie in a file, and every kind of sample, in some combination.
+std::vector<picture> tiffs() {
+  const auto fours = [](unsigned x, unsigned y, unsigned c) { return level(x, y, c) / 64; };
+  const auto bits = [](unsigned x, unsigned y, unsigned c) { return level(x, y, c) / 50 % 2; };
+  const auto times = [](unsigned by, const auto& at) {
+    return [=](unsigned x, unsigned y, unsigned c) { return by * at(x, y, c); };
+  };
+  const auto wide = [](unsigned x, unsigned y, unsigned c) { return 256 * level(x, y, c) + x; };
+  // A third and all by turns, over white; the colours as such, or times the share.
+  const auto share = [](unsigned x) { return x % 2 == 0 ? 85 : 255; };
+  const auto apart = [=](unsigned x, unsigned y, unsigned c) { return c == 3 ? share(x) : level(x, y, c); };
+  const auto multiplied = [=](unsigned x, unsigned y, unsigned c) {
+    return c == 3 ? share(x) : level(x, y, c) * share(x) / 255;
+  };
+  const auto over_white = [=](unsigned x, unsigned y, unsigned c) {
+    return 255 - (255 - level(x, y, c)) * share(x) / 255;
+  };
+  const auto ink_apart = [=](unsigned x, unsigned y, unsigned c) { return c == 4 ? share(x) : level(x, y, c); };
+  const auto ink_over_white = [=](unsigned x, unsigned y, unsigned c) { return level(x, y, c) * share(x) / 255; };
+  const auto palette_note = [](TIFF* to) {
+    std::uint16_t colors[3][4];
+    for (unsigned i = 0; i < 12; ++i) colors[i / 4][i % 4] = std::uint16_t(257 * 20 * i);
+    TIFFSetField(to, TIFFTAG_COLORMAP, colors[0], colors[1], colors[2]);
+  };
+  const auto extra = [](std::uint16_t kind) {
+    return [=](TIFF* to) { TIFFSetField(to, TIFFTAG_EXTRASAMPLES, 1, &kind); };
+  };
+  const auto predicted = [](TIFF* to) { TIFFSetField(to, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL); };
+  const auto smooth_jpeg = [](TIFF* to) {
+    TIFFSetField(to, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
+    TIFFSetField(to, TIFFTAG_JPEGQUALITY, 100);
+  };
+  const samples gray3 = drawn(3, [](unsigned x, unsigned y, unsigned) { return level(x, y, 0); });
+  constexpr unsigned w = width, h = height;
+  const auto inverted = [](const auto& at) {
+    return [=](unsigned x, unsigned y, unsigned c) { return 255 - at(x, y, c); };
+  };
+  return {
+      {"fax.tif", tiff(drawn(1, bits), {w, h, 1, 1, PHOTOMETRIC_MINISWHITE, COMPRESSION_CCITTFAX4}),
+       drawn(1, inverted(times(255, bits)))},
+      {"gray2.tif", tiff(drawn(1, fours), {w, h, 1, 2, PHOTOMETRIC_MINISBLACK, COMPRESSION_PACKBITS}),
+       drawn(1, times(85, fours))},
+      {"rgb4.tif", tiff(drawn(3, fours), {w, h, 3, 4, PHOTOMETRIC_RGB, COMPRESSION_LZW, 13}),
+       drawn(3, times(17, fours))},
+      {"planes.tif", tiff(drawn(3, level), {w, h, 3, 8, PHOTOMETRIC_RGB, COMPRESSION_ADOBE_DEFLATE, 4, 0, true, "wb"}),
+       drawn(3, level)},
+      {"tiles.tif", tiff(drawn(3, level), {w, h, 3, 8, PHOTOMETRIC_RGB, COMPRESSION_LZW, 0, 16, false, "w", predicted}),
+       drawn(3, level)},
+      {"wide.tif", tiff(drawn(3, wide), {w, h, 3, 16, PHOTOMETRIC_RGB, COMPRESSION_NONE, 5, 0, false, "wb8"}),
+       drawn(3, wide)},
+      {"cmyk_bits.tif", tiff(drawn(4, bits), {w, h, 4, 1, PHOTOMETRIC_SEPARATED, COMPRESSION_PACKBITS, 0, 16, true}),
+       drawn(4, times(255, bits))},
+      {"palette.tif",
+       tiff(drawn(1, fours), {w, h, 1, 2, PHOTOMETRIC_PALETTE, COMPRESSION_NONE, 5, 0, false, "wl", palette_note}),
+       drawn(3, [&](unsigned x, unsigned y, unsigned c) { return 20 * (4 * c + fours(x, y, 0)); })},
+      {"apart.tif",
+       tiff(drawn(4, apart),
+            {w, h, 4, 8, PHOTOMETRIC_RGB, COMPRESSION_NONE, 5, 0, true, "w", extra(EXTRASAMPLE_UNASSALPHA)}),
+       drawn(3, over_white), 1},
+      {"multiplied.tif",
+       tiff(drawn(4, multiplied),
+            {w, h, 4, 8, PHOTOMETRIC_RGB, COMPRESSION_NONE, 5, 0, false, "w", extra(EXTRASAMPLE_ASSOCALPHA)}),
+       drawn(3, over_white), 1},
+      {"spot.tif",
+       tiff(drawn(4, apart),
+            {w, h, 4, 8, PHOTOMETRIC_RGB, COMPRESSION_NONE, 5, 0, true, "w", extra(EXTRASAMPLE_UNSPECIFIED)}),
+       drawn(3, level)},
+      {"inks.tif",
+       tiff(drawn(5, ink_apart),
+            {w, h, 5, 8, PHOTOMETRIC_SEPARATED, COMPRESSION_NONE, 5, 0, false, "w", extra(EXTRASAMPLE_UNASSALPHA)}),
+       drawn(4, ink_over_white), 1},
+      {"jpeg.tif", tiff(gray3, {w, h, 3, 8, PHOTOMETRIC_YCBCR, COMPRESSION_JPEG, 16, 0, false, "w", smooth_jpeg}),
+       gray3, 12},
+  };
+}
+
+std::vector<picture> all_pictures() {
+  std::vector<picture> all = pictures();
+  for (picture& p : tiffs()) all.push_back(std::move(p));
+  return all;
+}
+
 samples read_all(const std::string& path) {
   const auto image = open_image(path);
   EXPECT_EQ(image->width(), width);
@@ -159,7 +251,7 @@ samples read_all(const std::string& path) {
 }
 
 TEST_F(image, reads_every_format) {
-  for (const picture& p : pictures()) {
+  for (const picture& p : all_pictures()) {
     const samples read = read_all(save(p.name, p.file));
     ASSERT_EQ(read.size(), p.expected.size()) << p.name;
     for (std::size_t i = 0; i < read.size(); ++i) ASSERT_NEAR(read[i], p.expected[i], p.tolerance) << p.name << i;
@@ -194,6 +286,16 @@ TEST_F(image, knows_its_size_on_paper_and_which_way_up_it_is) {
   const auto jpeg_with = [&](int unit, const std::string& notes) {
     return jpeg(gray, 1, JCS_GRAYSCALE, false, unit, notes);
   };
+  const auto tiff_with = [&](std::uint16_t unit, float dots, std::uint16_t seen) {
+    return tiff(drawn(1, level),
+                {width, height, 1, 8, PHOTOMETRIC_MINISBLACK, COMPRESSION_NONE, 5, 0, false, "w", [=](TIFF* to) {
+                   TIFFSetField(to, TIFFTAG_RESOLUTIONUNIT, unit);
+                   TIFFSetField(to, TIFFTAG_XRESOLUTION, dots);
+                   TIFFSetField(to, TIFFTAG_YRESOLUTION, dots / 2);
+                   TIFFSetField(to, TIFFTAG_ORIENTATION, seen);
+                   TIFFSetField(to, TIFFTAG_ICCPROFILE, 7, "profile");
+                 }});
+  };
   constexpr double cm = 2.54;
   const struct {
     const char* name;
@@ -212,7 +314,10 @@ TEST_F(image, knows_its_size_on_paper_and_which_way_up_it_is) {
                {"nothing.png", png_with({}, 0), 0},
                {"metre.png", png_with({}, 10000), 254},
                {"exif.png", png_with(exif(5, 300, 2), 0), 300, 5},
-               {"both.png", png_with(exif(7, 300, 2), 10000), 254, 7}};
+               {"both.png", png_with(exif(7, 300, 2), 10000), 254, 7},
+               {"inch.tif", tiff_with(RESUNIT_INCH, 300, 6), 300, 6},
+               {"cm.tif", tiff_with(RESUNIT_CENTIMETER, 100, 3), 100 * cm, 3},
+               {"none.tif", tiff_with(RESUNIT_NONE, 1, 1), 0}};
   for (const auto& c : cases) {
     const auto read = open_image(save(c.name, c.file));
     const resolution dpi = read->dpi().value_or(resolution{0, 0});
@@ -220,10 +325,12 @@ TEST_F(image, knows_its_size_on_paper_and_which_way_up_it_is) {
     EXPECT_NEAR(dpi.y, c.across / 2, 1e-6) << c.name;
     EXPECT_EQ(read->seen(), exif_orientation(c.seen)) << c.name;
   }
+  const vrk::kit::bytes profile = open_image(path("cm.tif"))->profile();
+  EXPECT_EQ(std::string(profile.begin(), profile.end()), "profile");
 }
 
 TEST_F(image, every_part_of_a_picture_is_refused_by_name) {
-  for (const picture& p : pictures()) {
+  for (const picture& p : all_pictures()) {
     for (std::size_t cut = 0; cut < p.file.size(); cut += cut < 64 || cut + 16 > p.file.size() ? 1 : 7) {
       const std::string part = save("part", p.file.substr(0, cut));
       const std::string said = complaint([&] { read_all(part); });
@@ -235,11 +342,30 @@ TEST_F(image, every_part_of_a_picture_is_refused_by_name) {
 
 TEST_F(image, says_what_a_picture_is_when_it_cannot_be_read) {
   const std::string rgba = "P7\nWIDTH 1\nHEIGHT 1\nDEPTH 4\nMAXVAL 255\nTUPLTYPE RGB_ALPHA\nENDHDR\n";
+  const auto tiff_of = [&](const std::string& name, std::uint16_t kind, unsigned bits, auto note) {
+    return save(name, tiff(samples(21 * 13), {width, height, 1, bits, kind, COMPRESSION_NONE, 5, 0, false, "w", note}));
+  };
+  const auto floating = [](TIFF* to) { TIFFSetField(to, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_IEEEFP); };
+  const auto copy = [](TIFF* to) { TIFFSetField(to, TIFFTAG_SUBFILETYPE, FILETYPE_REDUCEDIMAGE); };
+  const auto spots = [](TIFF* to) { TIFFSetField(to, TIFFTAG_INKSET, INKSET_MULTIINK); };
+  const std::string two = tiff_of("two.tif", PHOTOMETRIC_MINISBLACK, 8, copy);
+  for (unsigned i = 0; i < 2; ++i) {
+    vrk::test::make_tiff(two, samples(21 * 13),
+                         {width, height, 1, 8, PHOTOMETRIC_MINISBLACK, COMPRESSION_NONE, 5, 0, false, "a"});
+    EXPECT_EQ(complaint([&] { read_all(two); }).empty(), i == 0);
+  }
   const struct {
     std::string file, said;
-  } cases[] = {{save("alpha.pam", rgba + "rgba"), "holds neither gray, RGB nor CMYK"},
+  } cases[] = {{two, "holds more than one picture"},
+               {tiff_of("copy.tif", PHOTOMETRIC_MINISBLACK, 8, copy), "only a smaller copy"},
+               {tiff_of("float.tif", PHOTOMETRIC_MINISBLACK, 16, floating), "no whole numbers"},
+               {tiff_of("lab.tif", PHOTOMETRIC_CIELAB, 8, nullptr), "its PhotometricInterpretation is 8"},
+               {tiff_of("rgb.tif", PHOTOMETRIC_RGB, 8, nullptr), "has 1 samples a pixel, expected 3"},
+               {tiff_of("spots.tif", PHOTOMETRIC_SEPARATED, 8, spots), "inks of its own"},
+               {save("minutes.txt", std::string("Minutes of a meeting")), "neither PNG, JPEG, TIFF nor PNM"},
+               {save("alpha.pam", rgba + "rgba"), "holds neither gray, RGB nor CMYK"},
                {save("empty.png", std::string()), "is empty"},
-               {save("letter.txt", std::string("Dear Sir")), "neither PNG, JPEG nor PNM"},
+               {save("letter.txt", std::string("Dear Sir")), "neither PNG, JPEG, TIFF nor PNM"},
                {save("zero.ppm", std::string("P6 0 5 255\n")), "has 0 x 5 pixels"},
                {save("deep.pgm", std::string("P5 1 1 65536\n")), "has samples up to 65536"},
                {save("wide.pgm", std::string("P5 4294967297 1 255\n")), "pixels, expected 1 to"},
@@ -274,7 +400,10 @@ TEST_F(image, that_needs_too_much_memory_is_refused) {
             path("large.png") +
                 ": is interlaced and so needs 2764808 MB of memory, more than the 1024 MB of "
                 "--max-memory");
-  for (const auto& [file, needed] : {std::pair{small, 21 * 13 * 3 + 13 * 8}, {scans, (3 * 2 + 2 * 1 * 2) * 128}}) {
+  const tiff_layout tiles{width, height, 3, 8, PHOTOMETRIC_RGB, COMPRESSION_NONE, 0, 64, true};
+  const std::string planes = save("planes.tif", tiff(drawn(3, level), tiles));
+  for (const auto& [file, needed] :
+       {std::pair{small, 21 * 13 * 3 + 13 * 8}, {scans, (3 * 2 + 2 * 1 * 2) * 128}, {planes, (3 + 1) * 64 * 64}}) {
     EXPECT_EQ(complaint([&, file = file, needed = needed] { open_image(file, unsigned(needed)); }), "");
     EXPECT_NE(complaint([&, file = file, needed = needed] { open_image(file, unsigned(needed) - 1); }), "") << file;
   }
