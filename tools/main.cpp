@@ -6,10 +6,10 @@
 #include <exception>
 #include <new>
 
+#include "tools/command_line/printable.h"
 #include "tools/commands.h"
 #include "tools/files/ending_signals.h"
 #include "tools/pipeline/user_error.h"
-#include "tools/printable.h"
 
 namespace {
 

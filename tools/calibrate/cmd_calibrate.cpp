@@ -5,12 +5,12 @@
 
 #include "tools/calibrate/calibration_plot.h"
 #include "tools/calibrate/cgats.h"
+#include "tools/command_line/finite_range.h"
+#include "tools/command_line/not_empty.h"
+#include "tools/command_line/printable.h"
 #include "tools/commands.h"
 #include "tools/files/output_set.h"
-#include "tools/finite_range.h"
-#include "tools/not_empty.h"
 #include "tools/print/blob_argument.h"
-#include "tools/printable.h"
 
 namespace vrk::tool {
 namespace {

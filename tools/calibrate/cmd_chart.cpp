@@ -3,15 +3,15 @@
 
 #include "tools/calibrate/cgats.h"
 #include "tools/calibrate/chart_reader.h"
+#include "tools/command_line/not_empty.h"
+#include "tools/command_line/printable.h"
 #include "tools/commands.h"
-#include "tools/not_empty.h"
 #include "tools/page/page_arguments.h"
 #include "tools/print/contradictions.h"
 #include "tools/print/dot_arguments.h"
 #include "tools/print/preset_tables.h"
 #include "tools/print/print_page.h"
 #include "tools/print/print_pipeline.h"
-#include "tools/printable.h"
 
 namespace vrk::tool {
 namespace {

@@ -3,10 +3,10 @@
 #include <memory>
 
 #include "tools/color/profile_link.h"
+#include "tools/command_line/not_empty.h"
+#include "tools/command_line/printable.h"
 #include "tools/commands.h"
 #include "tools/files/output_set.h"
-#include "tools/not_empty.h"
-#include "tools/printable.h"
 
 namespace vrk::tool {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <map>
 
-#include "tools/finite_range.h"
+#include "tools/command_line/finite_range.h"
 #include "tools/pipeline/user_error.h"
 #include "tools/print/blob_argument.h"
 

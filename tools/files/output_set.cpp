@@ -113,6 +113,12 @@ output_file& output_set::add(const fs::path& name) {
   return files_.emplace_back(path, temporary_->path() / std::to_string(files_.size()));
 }
 
+std::vector<fs::path> output_set::paths() const {
+  std::vector<fs::path> all;
+  for (const output_file& file : files_) all.push_back(file.path());
+  return all;
+}
+
 void output_set::keep(const std::function<std::vector<std::string>()>& obsolete) {
   if (!temporary_) return;
   for (output_file& file : files_) file.close();

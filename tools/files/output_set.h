@@ -58,6 +58,8 @@ class output_set {
   // A new file of the set. name: may have directories in front.
   output_file& add(const std::filesystem::path& name);
 
+  std::vector<std::filesystem::path> paths() const;  // of the files added, in their order
+
   // Gives all files their names; what had them before is removed, and with it the regular files that `obsolete` names:
   // it is asked while no other run changes the directory. The file added last appears last, and the one before it in
   // its place goes first. When this fails, everything is as it was before.

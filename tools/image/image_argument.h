@@ -5,8 +5,8 @@
 
 #include <string>
 
+#include "tools/command_line/not_empty.h"
 #include "tools/image/image_reader.h"
-#include "tools/not_empty.h"
 
 namespace vrk::tool {
 

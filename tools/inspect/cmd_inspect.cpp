@@ -4,13 +4,13 @@
 #include <optional>
 #include <set>
 
+#include "tools/command_line/not_empty.h"
+#include "tools/command_line/printable.h"
 #include "tools/commands.h"
 #include "tools/files/output_set.h"
 #include "tools/inspect/drawings.h"
 #include "tools/inspect/text.h"
-#include "tools/not_empty.h"
 #include "tools/print/blob_argument.h"
-#include "tools/printable.h"
 
 namespace vrk::tool {
 namespace {

@@ -2,10 +2,10 @@
 
 #include "kit/inspect.h"
 #include "kit/read_tables.h"
+#include "tools/command_line/printable.h"
 #include "tools/inspect/blob_entries.h"
 #include "tools/inspect/description.h"
 #include "tools/inspect/handle_sizes.h"
-#include "tools/printable.h"
 #include "tools/tables/blob_look_up.h"
 
 namespace vrk::tool {

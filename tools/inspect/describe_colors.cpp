@@ -3,9 +3,9 @@
 
 #include "kit/inspect.h"
 #include "kit/read_tables.h"
+#include "tools/command_line/printable.h"
 #include "tools/inspect/colors.h"
 #include "tools/inspect/description.h"
-#include "tools/printable.h"
 
 namespace vrk::tool {
 namespace {

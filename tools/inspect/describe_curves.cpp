@@ -2,9 +2,9 @@
 
 #include "kit/inspect.h"
 #include "kit/read_tables.h"
+#include "tools/command_line/printable.h"
 #include "tools/inspect/curves.h"
 #include "tools/inspect/description.h"
-#include "tools/printable.h"
 
 namespace vrk::tool {
 namespace {

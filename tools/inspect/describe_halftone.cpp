@@ -6,8 +6,8 @@
 #include "kit/explain.h"
 #include "kit/planes.h"
 #include "kit/read_tables.h"
+#include "tools/command_line/printable.h"
 #include "tools/inspect/description.h"
-#include "tools/printable.h"
 
 namespace vrk::tool {
 namespace {

@@ -21,7 +21,7 @@ class csc1_stage final : public stage {
       refuse(colors, kit::why_refused_csc1(colors.image, flags != 0));
     }
     vrk_set_csc1_rgb(handle_.get(), std::uint32_t(input.layout));
-    flags_ = vrk_query_csc1_hint(handle_.get());
+    flags_ = flag_words(vrk_query_csc1_hint(handle_.get()), "12-bit precision");
     if (kit::leaves_one_sample(colors.image)) output_ = {1, output_bits};
   }
   ~csc1_stage() override { vrk_free_csc1(handle_.get()); }
@@ -44,7 +44,7 @@ class csc2_stage final : public stage {
       refuse(colors, kit::why_refused_csc2(colors.image, input.samples, flags != 0));
     }
     vrk_set_csc2_rgb(handle_.get(), std::uint32_t(input.layout));
-    flags_ = vrk_query_csc2_hint(handle_.get());
+    flags_ = flag_words(vrk_query_csc2_hint(handle_.get()), "12-bit precision");
     output_.samples = kit::inks_made(colors.image).value_or(1);
   }
   ~csc2_stage() override { vrk_free_csc2(handle_.get()); }

@@ -18,7 +18,7 @@ class dither final : public halftone {
     vrk_query_dither_info(handle_.get(), &info);
     std::uint8_t bits[6];
     vrk_query_dither_bitlen(handle_.get(), bits);
-    flags_ = vrk_query_dither_hint(handle_.get());
+    flags_ = flag_words(vrk_query_dither_hint(handle_.get()), "10-bit precision");
     describe_planes(parameters, info, bits, kit::dither_level_values(parameters.image, samples16),
                     samples16 ? 1023 : 255);
     vrk_start_dither_block(handle_.get(), width, 0, 0);

@@ -25,7 +25,7 @@ class error_diffusion : public halftone {
     vrk_query_ed_info(handle_.get(), &info);
     std::uint8_t bits[6];
     vrk_query_ed_bitlen(handle_.get(), bits);
-    flags_ = vrk_query_ed_hint(handle_.get());
+    flags_ = flag_words(vrk_query_ed_hint(handle_.get()), "10-bit precision");
     describe_planes(parameters, info, bits, kit::ed_level_values(parameters.image), 1023);
     vrk_clear_ed_buf(handle_.get());  // no error left over from another page
     vrk_start_ed_block(handle_.get(), width, 0, 0);

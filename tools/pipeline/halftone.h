@@ -41,7 +41,7 @@ class halftone {
   virtual ~halftone() = default;
 
   std::string_view name() const { return name_; }
-  std::uint32_t flags() const { return flags_; }  // as the library keeps them
+  const std::vector<std::string>& flags() const { return flags_; }  // in words
   const std::vector<plane_format>& planes() const { return planes_; }
   std::size_t output_bytes() const {
     return planes_.back().offset + planes_.back().scale.y * planes_.back().line_bytes;
@@ -59,7 +59,7 @@ class halftone {
                        const std::array<std::vector<std::uint16_t>, 6>& values, double full);
 
   std::string_view name_;
-  std::uint32_t flags_ = 0;
+  std::vector<std::string> flags_;
   std::vector<plane_format> planes_;
 };
 

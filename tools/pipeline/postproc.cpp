@@ -41,7 +41,7 @@ class postproc_stage final : public stage {
         })) {
       throw user_error("post-processing refuses its settings");
     }
-    flags_ = vrk_query_postproc_hint(handle_.get());
+    flags_ = flag_words(vrk_query_postproc_hint(handle_.get()), "10-bit steps");
   }
   ~postproc_stage() override { vrk_free_postproc(handle_.get()); }
 

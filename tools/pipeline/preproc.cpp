@@ -32,7 +32,7 @@ class preproc_stage final : public stage {
                                 preproc_flags(output_bits), mem);
     }));
     vrk_set_preproc_rgb(handle_.get(), std::uint32_t(input.layout));
-    flags_ = vrk_query_preproc_hint(handle_.get());
+    flags_ = flag_words(vrk_query_preproc_hint(handle_.get()), "10-bit steps");
   }
   ~preproc_stage() override { vrk_free_preproc(handle_.get()); }
 
@@ -55,7 +55,7 @@ class preproc2_stage final : public stage {
                                  rgb_curves != nullptr, rgb_curves, preproc_flags(output_bits), mem);
     }));
     vrk_set_preproc2_rgb(handle_.get(), std::uint32_t(input.layout));
-    flags_ = vrk_query_preproc2_hint(handle_.get());
+    flags_ = flag_words(vrk_query_preproc2_hint(handle_.get()), "10-bit steps");
   }
   ~preproc2_stage() override { vrk_free_preproc2(handle_.get()); }
 

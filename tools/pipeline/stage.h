@@ -5,9 +5,11 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
+#include "tools/pipeline/flag_words.h"
 #include "tools/pipeline/table.h"
 
 namespace vrk::tool {
@@ -31,7 +33,7 @@ class stage {
 
   std::string_view name() const { return name_; }
   line_format output() const { return output_; }
-  std::optional<std::uint32_t> flags() const { return flags_; }  // as the library keeps them
+  const std::vector<std::string>& flags() const { return flags_; }  // in words
 
   // May run on any number of threads at once.
   virtual void run(const void* src, std::uint32_t pixels, void* dst) const = 0;
@@ -41,7 +43,7 @@ class stage {
 
   std::string_view name_;
   line_format output_;
-  std::optional<std::uint32_t> flags_;
+  std::vector<std::string> flags_;
 };
 
 // From the pixels of a file to what the first stage of the library takes.

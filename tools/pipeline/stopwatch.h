@@ -2,15 +2,14 @@
 #pragma once
 
 #include <chrono>
-#include <cstdint>
-#include <optional>
 #include <string>
+#include <vector>
 
 namespace vrk::tool {
 
 struct stage_time {
   std::string name;
-  std::optional<std::uint32_t> flags;  // of a stage of the library, as it keeps them
+  std::vector<std::string> flags;  // of a stage of the library, in words
   double seconds;
 };
 

@@ -18,6 +18,7 @@ struct print_arguments {
   std::string directory;
   page_options page;
   print_options options;
+  summary told{};
   std::vector<unsigned> detail_centre;
   unsigned dpi = unsigned(usual_dpi.x);
 };
@@ -128,26 +129,29 @@ void add_print_options(CLI::App& command, print_arguments& to) {
   add_table_files(command, to.options.files);
   add_preview_options(command, to.options.pictures);
   add_run_options(command, to.options);
+  add_summary_options(command, to.told);
   command.footer(std::string(curve_help) + "\n\n" + blob_help + "\n\n" + exit_help);
 }
 
 void print_sample(const print_arguments& arguments) {
   print_options options = arguments.options;
+  options.silent = arguments.told == summary::quiet;
   // detail.png shows the balloon of the page's photograph.
   const auto pixels = [&](double mm) { return unsigned(mm / mm_per_inch * arguments.dpi + 0.5); };
   options.pictures.detail_centre = {pixels(54), pixels(50.5)};
   output_set files(arguments.directory);
-  show(print_page(*read_sample_page(arguments.dpi), options, files), arguments.directory);
+  show(print_page(*read_sample_page(arguments.dpi), options, files), arguments.told, stdout);
 }
 
 void run_print(const print_arguments& arguments) {
   print_options options = arguments.options;
+  options.silent = arguments.told == summary::quiet;
   const std::vector<unsigned>& centre = arguments.detail_centre;
   if (!centre.empty()) options.pictures.detail_centre = {centre[0], centre[1]};
   const auto page = lay_out(arguments.image.open(), arguments.page);
   output_set files(arguments.directory);
   files.protect(arguments.image.path);
-  show(print_page(*page, options, files), arguments.directory);
+  show(print_page(*page, options, files), arguments.told, stdout);
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-#include "tools/print/progress.h"
+#include "tools/command_line/progress.h"
 
 namespace vrk::tool {
 namespace {
@@ -35,13 +35,13 @@ std::size_t lines_of_a_band(const pipeline& stages) {
 
 // Reading, halftoning and writing each take one band after the other, each on a thread of its own if there are enough.
 // Several bands are converted at once.
-double print_lines(image_reader& source, pipeline& stages, page_files& files, unsigned threads) {
+double print_lines(image_reader& source, pipeline& stages, page_files& files, unsigned threads, bool silent) {
   const std::size_t capacity = lines_of_a_band(stages);
   std::vector<band> bands(threads == 1 ? 1 : 2 * threads, band(stages, capacity));
   std::size_t next = 0;
   unsigned lines_left = source.height();
   stopwatch reading;
-  progress bar(source.height());
+  progress bar(source.height(), silent);
 
   const auto read = [&](tbb::flow_control& flow) -> band* {
     if (lines_left == 0) {

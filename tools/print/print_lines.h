@@ -8,6 +8,7 @@
 namespace vrk::tool {
 
 // Sends all lines of the picture through the stages and into the files, in order. Returns the seconds spent on reading.
-double print_lines(image_reader& source, pipeline& stages, page_files& files, unsigned threads);
+// silent: without a progress bar
+double print_lines(image_reader& source, pipeline& stages, page_files& files, unsigned threads, bool silent);
 
 }  // namespace vrk::tool

@@ -67,6 +67,7 @@ struct print_options {
   pixel_layout layout{};  // of RGB between stages
   bool width16 = false;   // 16-bit samples from the first stage to the last
   unsigned threads = 0;   // 0: as many as the machine has cores
+  bool silent = false;    // no progress bar
 
   ed_precision precision() const {
     if (width16 || dots.precision == 16U) return ed_precision::samples16;

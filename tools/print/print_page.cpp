@@ -26,18 +26,20 @@ print_report print_through(pipeline& stages, image_reader& source, const print_t
   const resolution dpi = source.dpi().value_or(usual_dpi);
   page_files files(to, stages.planes(), {width, height, dpi}, options.pictures, tables.look);
   stopwatch all;
-  const double reading = all.time([&] { return print_lines(source, stages, files, threads); });
+  const double reading = all.time([&] { return print_lines(source, stages, files, threads, options.silent); });
 
   print_report report{source.name(), width, height, source.channels(), source.bits(), dpi, threads};
   report.seconds = all.seconds();
-  report.drawn = options.pictures.drawn;
-  for (std::size_t p = 0; p < files.planes(); ++p) report.planes.push_back({files.name(p), files.coverage(p)});
+  for (std::size_t p = 0; p < files.planes(); ++p) {
+    report.planes.push_back({std::string(files.format(p).name), files.name(p), files.coverage(p)});
+  }
   report.times.push_back({"read", {}, reading});
   for (stage_time& t : stages.times()) report.times.push_back(std::move(t));
-  if (report.drawn) report.times.push_back({"draw pictures", {}, files.seconds_drawing()});
+  if (files.drawn()) report.times.push_back({"draw pictures", {}, files.seconds_drawing()});
   report.times.push_back({"write planes", {}, files.seconds_writing()});
   files.finish();
   add_manifest(source, files, tables, to);
+  report.files = to.paths();
   to.keep([&] { return files_of_manifest(to.directory()); });
   return report;
 }

@@ -1,10 +1,12 @@
 // The summary of a print.
 #pragma once
 
+#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "tools/command_line/summary.h"
 #include "tools/image/resolution.h"
 #include "tools/pipeline/stopwatch.h"
 
@@ -12,7 +14,7 @@ namespace vrk::tool {
 
 struct print_report {
   struct plane {
-    std::string file;
+    std::string name, file;
     double coverage;  // share of full ink, 0 ... 1
   };
   std::string source;
@@ -20,12 +22,12 @@ struct print_report {
   resolution dpi;                          // of its pixels
   unsigned threads;
   std::vector<plane> planes{};
-  std::vector<stage_time> times{};  // in the order of the pipeline
-  double seconds = 0;               // from the first line to the last
-  bool drawn = true;                // there are pictures of the print
+  std::vector<stage_time> times{};             // in the order of the pipeline
+  double seconds = 0;                          // from the first line to the last
+  std::vector<std::filesystem::path> files{};  // that were written
 };
 
-// The report as lines on standard output. directory: of the printed files.
-void show(const print_report& report, const std::filesystem::path& directory);
+// The report in this form, `to` being standard output or standard error.
+void show(const print_report& report, summary form, std::FILE* to);
 
 }  // namespace vrk::tool

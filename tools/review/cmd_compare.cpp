@@ -1,9 +1,9 @@
 #include <cstdio>
 #include <memory>
 
+#include "tools/command_line/printable.h"
 #include "tools/commands.h"
 #include "tools/image/image_argument.h"
-#include "tools/printable.h"
 #include "tools/review/compare.h"
 
 namespace vrk::tool {

@@ -1,9 +1,9 @@
 #include <cstdio>
 #include <memory>
 
+#include "tools/command_line/not_empty.h"
+#include "tools/command_line/printable.h"
 #include "tools/commands.h"
-#include "tools/not_empty.h"
-#include "tools/printable.h"
 #include "tools/review/report_plots.h"
 #include "tools/review/report_table.h"
 

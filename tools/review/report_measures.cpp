@@ -5,7 +5,7 @@
 #include <numeric>
 
 #include "kit/threshold_matrices.h"
-#include "tools/print/progress.h"
+#include "tools/command_line/progress.h"
 
 namespace vrk::tool {
 namespace {

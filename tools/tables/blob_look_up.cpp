@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "kit/read_tables.h"
-#include "tools/printable.h"
+#include "tools/command_line/printable.h"
 
 namespace vrk::tool {
 namespace {

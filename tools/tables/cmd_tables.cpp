@@ -7,11 +7,11 @@
 #include "kit/presets.h"
 #include "kit/threshold_matrices.h"
 #include "kit/tone_curves.h"
+#include "tools/command_line/not_empty.h"
+#include "tools/command_line/printable.h"
 #include "tools/commands.h"
 #include "tools/files/output_set.h"
-#include "tools/not_empty.h"
 #include "tools/pipeline/user_error.h"
-#include "tools/printable.h"
 
 namespace vrk::tool {
 namespace {

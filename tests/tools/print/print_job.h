@@ -3,7 +3,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include <sstream>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -38,21 +38,24 @@ struct printed {
 
 class print_job : public scratch {
  protected:
-  printed print(const std::string& page, const std::string& options) const {
+  // What a print into a new directory says about itself.
+  std::string summary(const std::string& page, const std::string& options) const {
     CLI::App program;
     tool::add_print_command(program);
     std::filesystem::remove_all(dir_ / "out");
     testing::internal::CaptureStdout();
     const std::string wrong = complaint([&] { program.parse("print " + page + " -o " + path("out") + " " + options); });
-    const std::string summary = testing::internal::GetCapturedStdout();
+    const std::string said = testing::internal::GetCapturedStdout();
     if (!wrong.empty()) throw tool::user_error(wrong);
+    return said;
+  }
+
+  printed print(const std::string& page, const std::string& options) const {
+    const auto told = nlohmann::json::parse(summary(page, options + " --json"));
     printed result;
-    for (const std::string plane : {"k", "c", "m", "y", "lc", "lm"}) {
-      for (const std::string& file : {plane + ".pbm", plane + ".pgm"}) {
-        if (!std::filesystem::exists(dir_ / "out" / file)) continue;
-        result.planes.push_back(load(dir_ / "out" / file));
-        result.coverage.push_back(std::stod(summary.substr(summary.find("  " + file) + 2 + file.size())) / 100);
-      }
+    for (const auto& plane : told["planes"]) {
+      result.planes.push_back(load(dir_ / "out" / plane["file"].get<std::string>()));
+      result.coverage.push_back(plane["coverage"]);
     }
     return result;
   }

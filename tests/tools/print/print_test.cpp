@@ -69,6 +69,27 @@ TEST_F(tool, prints_at_the_size_that_it_is_told) {
   }
 }
 
+TEST_F(tool, says_what_it_has_printed) {
+  const std::string page = save("page.ppm", flat_page(254, 127)), options = few_points_ + "--dpi 254 --post s:0.5 ";
+  const std::string brief = summary(page, options), verbose = summary(page, options + "--verbose");
+  EXPECT_EQ(std::count(brief.begin(), brief.end(), '\n'), 3);
+  EXPECT_EQ(verbose.rfind(brief.substr(0, brief.find("Printed in")), 0), 0u) << verbose;
+  EXPECT_NE(verbose.find("one table a channel"), std::string::npos) << verbose;
+  EXPECT_EQ(summary(page, options + "--quiet"), "");
+  const auto told = nlohmann::json::parse(summary(page, options + "--json"));
+  EXPECT_NE(brief.find(": 254 x 127 pixels, 25.4 x 12.7 mm on paper at 254 dpi\n"), std::string::npos) << brief;
+  EXPECT_EQ(told["mm"], nlohmann::json({25.4, 12.7}));
+  for (const auto& plane : told["planes"]) {
+    char share[32];
+    std::snprintf(share, sizeof share, " %s %.2f %%", plane["plane"].get<std::string>().c_str(),
+                  100 * plane["coverage"].get<double>());
+    EXPECT_NE(brief.find(share), std::string::npos) << brief;
+  }
+  EXPECT_EQ(told["files"].size(), 7u);
+  for (const std::string file : told["files"]) EXPECT_TRUE(fs::exists(file));
+  expect_complaint(page, "--json --quiet", "excludes");
+}
+
 // A viewer averages sRGB levels when it makes a picture smaller. That is close to the tone only where neighbours are
 // alike.
 TEST_F(tool, a_preview_has_its_tone_in_every_viewer) {

@@ -1,4 +1,4 @@
-#include "tools/printable.h"
+#include "tools/command_line/printable.h"
 
 #include <cstdio>
 

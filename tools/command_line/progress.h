@@ -5,10 +5,11 @@
 
 namespace vrk::tool {
 
-// Appears on a terminal only, after one second of work, and is erased at the end.
+// Appears on a terminal only, after one second of work, says how much time is left, and is erased at the end.
 class progress {
  public:
-  explicit progress(unsigned total);
+  // silent: never appears
+  explicit progress(unsigned total, bool silent = false);
   ~progress();
   progress(const progress&) = delete;
   progress& operator=(const progress&) = delete;
@@ -18,9 +19,11 @@ class progress {
  private:
   using clock = std::chrono::steady_clock;
 
+  void draw(double seconds_left) const;
+
   unsigned total_, done_ = 0;
-  bool terminal_, shown_ = false;
-  clock::time_point next_;
+  bool wanted_, shown_ = false;
+  clock::time_point start_, next_;
 };
 
 }  // namespace vrk::tool

@@ -1,5 +1,5 @@
 // Names and comments of files on a terminal.
-#include "tools/printable.h"
+#include "tools/command_line/printable.h"
 
 #include <gtest/gtest.h>
 
