@@ -18,7 +18,7 @@ struct image_argument {
 };
 
 inline void add_image_argument(CLI::App& command, image_argument& to) {
-  command.add_option("image", to.path, "PNG, JPEG, TIFF, PBM, PGM, PPM or PAM; - for standard input")
+  command.add_option("image", to.path, "PNG, JPEG, TIFF, WebP, PBM, PGM, PPM or PAM; - for standard input")
       ->type_name("IMAGE")
       ->check(not_empty)
       ->required();

@@ -61,6 +61,8 @@ std::unique_ptr<image_reader> open_image(const std::string& path, std::uint64_t 
       return read_tiff(std::move(file), name, max_memory);
     case 'P':
       return read_pnm(std::move(file), name);
+    case 'R':
+      return read_webp(std::move(file), name, max_memory);
     default:
       throw user_error(name + ": is neither " + picture_formats);
   }

@@ -59,14 +59,15 @@ struct file_closer {
 using input_file = std::unique_ptr<std::FILE, file_closer>;
 
 // What open_image reads, for messages.
-inline constexpr const char* picture_formats = "PNG, JPEG, TIFF nor PNM (PBM, PGM, PPM, PAM)";
+inline constexpr const char* picture_formats = "PNG, JPEG, TIFF, WebP nor PNM (PBM, PGM, PPM, PAM)";
 
-// PNG, JPEG, TIFF, PBM, PGM, PPM or PAM, recognised by the first byte; "-" is standard input.
+// PNG, JPEG, TIFF, WebP, PBM, PGM, PPM or PAM, recognised by the first byte; "-" is standard input.
 std::unique_ptr<image_reader> open_image(const std::string& path, std::uint64_t max_memory = usual_max_memory);
 
 std::unique_ptr<image_reader> read_png(input_file file, const std::string& name, std::uint64_t max_memory);
 std::unique_ptr<image_reader> read_jpeg(input_file file, const std::string& name, std::uint64_t max_memory);
 std::unique_ptr<image_reader> read_tiff(input_file file, const std::string& name, std::uint64_t max_memory);
+std::unique_ptr<image_reader> read_webp(input_file file, const std::string& name, std::uint64_t max_memory);
 std::unique_ptr<image_reader> read_pnm(input_file file, const std::string& name);
 
 // The built-in sample page, as if it were a file of A4 size.

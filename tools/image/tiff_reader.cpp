@@ -4,6 +4,7 @@
 #include <limits>
 #include <vector>
 
+#include "tools/image/alpha.h"
 #include "tools/image/image_reader.h"
 #include "tools/image/seekable_file.h"
 #include "tools/image/tiff_file.h"
@@ -269,7 +270,7 @@ class tiff_reader final : public image_reader {
       for (unsigned c = 0; c < channels_; ++c) {
         unsigned level = palette_ ? levels_[c][from[0]] : levels_[0][from[c]];
         if (alpha_ == alpha::apart) {
-          level = (level * share + paper * (stored_full() - share) + stored_full() / 2) / stored_full();
+          level = over_paper(level, paper, share, stored_full());
         } else if (alpha_ == alpha::multiplied && grows_to_white_) {
           level = std::min(full(), level + (stored_full() - share) * (full() / stored_full()));
         }

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 #include <jpeglib.h>
 #include <png.h>
+#include <webp/encode.h>
+#include <webp/mux.h>
 #include <zlib.h>
 
 #include "tests/samples.h"
@@ -106,6 +108,38 @@ std::string tiff(const samples& all, const tiff_layout& as) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
+// Lossless, of R, G, B, A; with a profile and notes, or animated.
+std::string webp(const samples& all, const std::string& notes = {}, bool animated = false) {
+  const std::string pixels = stored(all);
+  WebPData still{}, file{};
+  std::uint8_t* encoded = nullptr;
+  still.size =
+      WebPEncodeLosslessRGBA(reinterpret_cast<const std::uint8_t*>(pixels.data()), width, height, 4 * width, &encoded);
+  still.bytes = encoded;
+  WebPMux* const mux = WebPMuxNew();
+  if (animated) {
+    WebPMuxFrameInfo frame{};
+    frame.id = WEBP_CHUNK_ANMF;
+    frame.duration = 100;
+    const WebPMuxAnimParams loop{};
+    WebPMuxSetAnimationParams(mux, &loop);
+    frame.bitstream = still;
+    for (int i = 0; i < 2; ++i) WebPMuxPushFrame(mux, &frame, 1);
+  } else {
+    WebPMuxSetImage(mux, &still, 1);
+  }
+  const WebPData block{reinterpret_cast<const std::uint8_t*>(notes.data()), notes.size()};
+  const WebPData profile{reinterpret_cast<const std::uint8_t*>("profile"), 7};
+  if (!notes.empty()) WebPMuxSetChunk(mux, "EXIF", &block, 1);
+  if (!notes.empty()) WebPMuxSetChunk(mux, "ICCP", &profile, 1);
+  WebPMuxAssemble(mux, &file);
+  const std::string result(file.bytes, file.bytes + file.size);
+  WebPDataClear(&file);
+  WebPMuxDelete(mux);
+  WebPFree(encoded);
+  return result;
+}
+
 struct picture {
   const char* name;
   std::string file;
@@ -151,6 +185,9 @@ std::vector<picture> pictures() {
       {"gray16.png", png(stored(drawn(2, wide)), 16, PNG_COLOR_TYPE_GRAY),
        drawn(1, [](unsigned x, unsigned y, unsigned) { return level(x, y, 0) << 8 | x; })},
       {"alpha.png", png(stored(drawn(4, rgba)), 8, PNG_COLOR_TYPE_RGBA), drawn(3, over_white), 1},
+      {"alpha.webp", webp(drawn(4, rgba)), drawn(3, over_white), 1},
+      {"opaque.webp", webp(drawn(4, [](unsigned x, unsigned y, unsigned c) { return c == 3 ? 255 : level(x, y, c); })),
+       rgb},
       {"gray.jpg", jpeg(stored(gray), 1, JCS_GRAYSCALE), gray, 8},
       {"rgb.jpg", jpeg(stored(gray3), 3, JCS_RGB), gray3, 12},
       {"progressive.jpg", jpeg(stored(gray3), 3, JCS_RGB, true), gray3, 12},
@@ -315,6 +352,8 @@ TEST_F(image, knows_its_size_on_paper_and_which_way_up_it_is) {
                {"metre.png", png_with({}, 10000), 254},
                {"exif.png", png_with(exif(5, 300, 2), 0), 300, 5},
                {"both.png", png_with(exif(7, 300, 2), 10000), 254, 7},
+               {"exif.webp", webp(drawn(4, level), exif(6, 300, 2)), 300, 6},
+               {"lead.webp", webp(drawn(4, level), lead + exif(6, 300, 2)), 300, 6},
                {"inch.tif", tiff_with(RESUNIT_INCH, 300, 6), 300, 6},
                {"cm.tif", tiff_with(RESUNIT_CENTIMETER, 100, 3), 100 * cm, 3},
                {"none.tif", tiff_with(RESUNIT_NONE, 1, 1), 0}};
@@ -325,8 +364,10 @@ TEST_F(image, knows_its_size_on_paper_and_which_way_up_it_is) {
     EXPECT_NEAR(dpi.y, c.across / 2, 1e-6) << c.name;
     EXPECT_EQ(read->seen(), exif_orientation(c.seen)) << c.name;
   }
-  const vrk::kit::bytes profile = open_image(path("cm.tif"))->profile();
-  EXPECT_EQ(std::string(profile.begin(), profile.end()), "profile");
+  for (const char* const file : {"cm.tif", "exif.webp"}) {
+    const vrk::kit::bytes profile = open_image(path(file))->profile();
+    EXPECT_EQ(std::string(profile.begin(), profile.end()), "profile") << file;
+  }
 }
 
 TEST_F(image, every_part_of_a_picture_is_refused_by_name) {
@@ -362,10 +403,11 @@ TEST_F(image, says_what_a_picture_is_when_it_cannot_be_read) {
                {tiff_of("lab.tif", PHOTOMETRIC_CIELAB, 8, nullptr), "its PhotometricInterpretation is 8"},
                {tiff_of("rgb.tif", PHOTOMETRIC_RGB, 8, nullptr), "has 1 samples a pixel, expected 3"},
                {tiff_of("spots.tif", PHOTOMETRIC_SEPARATED, 8, spots), "inks of its own"},
-               {save("minutes.txt", std::string("Minutes of a meeting")), "neither PNG, JPEG, TIFF nor PNM"},
+               {save("minutes.txt", std::string("Minutes of a meeting")), "neither PNG, JPEG, TIFF, WebP nor PNM"},
+               {save("moving.webp", webp(samples(4 * 21 * 13), {}, true)), "is animated"},
                {save("alpha.pam", rgba + "rgba"), "holds neither gray, RGB nor CMYK"},
                {save("empty.png", std::string()), "is empty"},
-               {save("letter.txt", std::string("Dear Sir")), "neither PNG, JPEG, TIFF nor PNM"},
+               {save("letter.txt", std::string("Dear Sir")), "neither PNG, JPEG, TIFF, WebP nor PNM"},
                {save("zero.ppm", std::string("P6 0 5 255\n")), "has 0 x 5 pixels"},
                {save("deep.pgm", std::string("P5 1 1 65536\n")), "has samples up to 65536"},
                {save("wide.pgm", std::string("P5 4294967297 1 255\n")), "pixels, expected 1 to"},
@@ -402,8 +444,12 @@ TEST_F(image, that_needs_too_much_memory_is_refused) {
                 "--max-memory");
   const tiff_layout tiles{width, height, 3, 8, PHOTOMETRIC_RGB, COMPRESSION_NONE, 0, 64, true};
   const std::string planes = save("planes.tif", tiff(drawn(3, level), tiles));
-  for (const auto& [file, needed] :
-       {std::pair{small, 21 * 13 * 3 + 13 * 8}, {scans, (3 * 2 + 2 * 1 * 2) * 128}, {planes, (3 + 1) * 64 * 64}}) {
+  const std::string whole = save("whole.webp", webp(drawn(4, level)));
+  const auto whole_bytes = int(std::filesystem::file_size(whole)) + (4 + 4) * 21 * 13;
+  for (const auto& [file, needed] : {std::pair{small, 21 * 13 * 3 + 13 * 8},
+                                     {scans, (3 * 2 + 2 * 1 * 2) * 128},
+                                     {planes, (3 + 1) * 64 * 64},
+                                     {whole, whole_bytes}}) {
     EXPECT_EQ(complaint([&, file = file, needed = needed] { open_image(file, unsigned(needed)); }), "");
     EXPECT_NE(complaint([&, file = file, needed = needed] { open_image(file, unsigned(needed) - 1); }), "") << file;
   }
