@@ -5,6 +5,8 @@
 #include <memory>
 #include <string>
 
+#include "kit/profiles/plain_profile.h"
+
 namespace vrk::tool {
 namespace {
 
@@ -13,15 +15,15 @@ struct exif_release {
 };
 using exif_data = std::unique_ptr<ExifData, exif_release>;
 
-const ExifEntry* find(const exif_data& exif, ExifTag tag, ExifFormat format) {
-  const ExifEntry* const entry = exif_content_get_entry(exif->ifd[EXIF_IFD_0], tag);
+const ExifEntry* find(const exif_data& exif, ExifTag tag, ExifFormat format, ExifIfd where = EXIF_IFD_0) {
+  const ExifEntry* const entry = exif_content_get_entry(exif->ifd[where], tag);
   const bool found = entry != nullptr && entry->format == format && entry->components >= 1 &&
                      entry->size >= exif_format_get_size(format);
   return found ? entry : nullptr;
 }
 
-std::optional<unsigned> short_number(const exif_data& exif, ExifTag tag) {
-  const ExifEntry* const entry = find(exif, tag, EXIF_FORMAT_SHORT);
+std::optional<unsigned> short_number(const exif_data& exif, ExifTag tag, ExifIfd where = EXIF_IFD_0) {
+  const ExifEntry* const entry = find(exif, tag, EXIF_FORMAT_SHORT, where);
   if (entry == nullptr) return {};
   return exif_get_short(entry->data, exif_data_get_byte_order(exif.get()));
 }
@@ -31,6 +33,18 @@ double ratio(const exif_data& exif, ExifTag tag) {
   if (entry == nullptr) return 0;
   const ExifRational value = exif_get_rational(entry->data, exif_data_get_byte_order(exif.get()));
   return value.denominator == 0 ? 0 : double(value.numerator) / value.denominator;
+}
+
+// Cameras that write Adobe RGB call it "uncalibrated", and say which one it is by the interoperability of their files.
+// Some use a number that the format does not have.
+exif_color color_of(const exif_data& exif) {
+  constexpr unsigned srgb = 1, adobe_rgb = 2;
+  const ExifEntry* const index =
+      find(exif, ExifTag(EXIF_TAG_INTEROPERABILITY_INDEX), EXIF_FORMAT_ASCII, EXIF_IFD_INTEROPERABILITY);
+  const std::string kind = index == nullptr ? "" : std::string(reinterpret_cast<const char*>(index->data), index->size);
+  const unsigned space = short_number(exif, EXIF_TAG_COLOR_SPACE, EXIF_IFD_EXIF).value_or(0);
+  if (space == srgb) return exif_color::srgb;
+  return space == adobe_rgb || kind.starts_with("R03") ? exif_color::adobe_rgb : exif_color::not_said;
 }
 
 }  // namespace
@@ -51,7 +65,13 @@ exif_notes read_exif(const void* data, std::size_t size) {
   const resolution dpi{ratio(exif, EXIF_TAG_X_RESOLUTION) * unit, ratio(exif, EXIF_TAG_Y_RESOLUTION) * unit};
   constexpr resolution unknown{72, 72};
   if (dpi.x > 0 && dpi.y > 0 && dpi != unknown) notes.dpi = dpi;
+  notes.color = color_of(exif);
   return notes;
+}
+
+kit::bytes profile_of(exif_color color, unsigned channels) {
+  if (color == exif_color::adobe_rgb && channels == 3) return profiles::adobe_rgb_profile();
+  return color == exif_color::srgb && channels != 4 ? profiles::srgb_profile(channels) : kit::bytes{};
 }
 
 }  // namespace vrk::tool

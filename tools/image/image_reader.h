@@ -31,7 +31,8 @@ class image_reader {
   const std::optional<resolution>& dpi() const { return dpi_; }
   orientation seen() const { return seen_; }
 
-  // What the samples mean, as an ICC profile. Empty: sRGB, or the printer's own inks.
+  // What the file says about the samples, as an ICC profile; bytes that are none where that is damaged. Empty: nothing,
+  // which stands for sRGB, or for the printer's own inks.
   const kit::bytes& profile() const { return profile_; }
 
   // Fills line_bytes() bytes with the next line. Throws user_error, naming the file, when the file is broken or ends
@@ -43,6 +44,9 @@ class image_reader {
 
   // Throws user_error when a picture that is `because` needs more memory than it may.
   void require_memory(const char* because, std::uint64_t bytes, std::uint64_t most) const;
+
+  // For a profile that the file announces and does not hold.
+  void note_damaged_profile() { profile_ = {0}; }
 
   std::string name_;  // for messages
   unsigned width_ = 0, height_ = 0, channels_ = 0, bits_ = 8;

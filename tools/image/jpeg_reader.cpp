@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 #include "tools/image/c_library.h"
@@ -14,17 +15,18 @@ namespace {
 class jpeg_reader final : public image_reader {
  public:
   jpeg_reader(input_file file, const std::string& name, std::uint64_t max_memory)
-      : image_reader(name), file_(std::move(file)) {
+      : image_reader(name), file_(std::move(file)), max_memory_(max_memory) {
     jpeg_.err = jpeg_std_error(&errors_);
-    jpeg_.client_data = &failure_;
+    jpeg_.client_data = this;
     errors_.error_exit = on_error;
     errors_.emit_message = on_message;
     try {
       run_c(failure_, name_, [this] { read_header(); });
       if (jpeg_has_multiple_scans(&jpeg_) != 0)
-        require_memory("progressive (in several scans)", coefficient_bytes(), max_memory);
+        require_memory("progressive (in several scans)", coefficient_bytes() + marker_bytes_, max_memory);
       run_c(failure_, name_, [this] { start(); });
       read_notes();
+      read_profile();
     } catch (...) {
       jpeg_destroy_decompress(&jpeg_);
       throw;
@@ -52,6 +54,7 @@ class jpeg_reader final : public image_reader {
     jpeg_create_decompress(&jpeg_);
     jpeg_stdio_src(&jpeg_, file_.get());
     jpeg_save_markers(&jpeg_, exif_marker, 0xFFFF);
+    jpeg_save_markers(&jpeg_, icc_marker, 0xFFFF);
     jpeg_read_header(&jpeg_, TRUE);
   }
 
@@ -83,6 +86,7 @@ class jpeg_reader final : public image_reader {
       const exif_notes notes = read_exif(marker->data + lead, marker->data_length - lead);
       dpi_ = notes.dpi;
       seen_ = notes.seen;
+      profile_ = profile_of(notes.color, channels_);
     }
     constexpr int per_inch = 1, per_centimetre = 2;
     if (!jpeg_.saw_JFIF_marker || jpeg_.X_density == 0 || jpeg_.Y_density == 0) return;
@@ -91,16 +95,33 @@ class jpeg_reader final : public image_reader {
     dpi_ = {jpeg_.X_density * unit, jpeg_.Y_density * unit};
   }
 
+  // A profile may be in the pieces of several markers.
+  void read_profile() {
+    JOCTET* icc = nullptr;
+    unsigned size = 0;
+    run_c(failure_, name_, [&] { jpeg_read_icc_profile(&jpeg_, &icc, &size); });
+    const std::unique_ptr<JOCTET, decltype([](JOCTET* bytes) { std::free(bytes); })> owner(icc);
+    if (icc != nullptr) profile_.assign(icc, icc + size);
+    if (errors_.msg_code == JWRN_BOGUS_ICC) note_damaged_profile();
+  }
+
+  // The decoder tells of every marker that it has kept or passed over.
+  void count_marker(int marker, int bytes) {
+    if (marker != exif_marker && marker != icc_marker) return;
+    marker_bytes_ += std::uint64_t(bytes);
+    if (marker_bytes_ > max_memory_) failure_.jump("holds more notes and profiles than --max-memory lets it");
+  }
+
   // A small file may hold very many scans, each of which takes as long as a whole picture.
   static void on_progress(j_common_ptr jpeg) {
     constexpr int most_scans = 500;
     if (reinterpret_cast<j_decompress_ptr>(jpeg)->input_scan_number <= most_scans) return;
-    static_cast<c_failure*>(jpeg->client_data)->jump("has more than 500 scans");
+    static_cast<jpeg_reader*>(jpeg->client_data)->failure_.jump("has more than 500 scans");
   }
   static void report(j_common_ptr jpeg) {
     char text[JMSG_LENGTH_MAX];
     jpeg->err->format_message(jpeg, text);
-    static_cast<c_failure*>(jpeg->client_data)->jump(text);
+    static_cast<jpeg_reader*>(jpeg->client_data)->failure_.jump(text);
   }
   [[noreturn]] static void on_error(j_common_ptr jpeg) {
     report(jpeg);
@@ -108,11 +129,13 @@ class jpeg_reader final : public image_reader {
   }
   // The decoder fills in gray for lost data and only warns; here lost data are an error.
   static void on_message(j_common_ptr jpeg, int level) {
+    auto* const self = static_cast<jpeg_reader*>(jpeg->client_data);
+    if (jpeg->err->msg_code == JTRC_MISC_MARKER) self->count_marker(jpeg->err->msg_parm.i[0], jpeg->err->msg_parm.i[1]);
     if (level >= 0) return;
     switch (jpeg->err->msg_code) {
       case JWRN_JPEG_EOF:
       case JWRN_HIT_MARKER:
-        static_cast<c_failure*>(jpeg->client_data)->jump("the file ends before the picture does, or is damaged");
+        self->failure_.jump("the file ends before the picture does, or is damaged");
       case JWRN_HUFF_BAD_CODE:
       case JWRN_MUST_RESYNC:
         report(jpeg);
@@ -122,9 +145,10 @@ class jpeg_reader final : public image_reader {
     }
   }
 
-  static constexpr int exif_marker = JPEG_APP0 + 1;
+  static constexpr int exif_marker = JPEG_APP0 + 1, icc_marker = JPEG_APP0 + 2;
 
   input_file file_;
+  std::uint64_t max_memory_, marker_bytes_ = 0;
   c_failure failure_;
   jpeg_error_mgr errors_{};
   jpeg_progress_mgr scans_{};

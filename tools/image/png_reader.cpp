@@ -1,9 +1,13 @@
 #include <png.h>
 
 #include <algorithm>
+#include <array>
 #include <bit>
+#include <cmath>
+#include <string_view>
 #include <vector>
 
+#include "kit/profiles/plain_profile.h"
 #include "tools/image/c_library.h"
 #include "tools/image/exif.h"
 #include "tools/image/image_reader.h"
@@ -11,16 +15,26 @@
 namespace vrk::tool {
 namespace {
 
+bool are_those_of_srgb(const profiles::primaries& colors) {
+  const auto numbers = [](const profiles::primaries& p) {
+    return std::array{p.white.x, p.white.y, p.red.x, p.red.y, p.green.x, p.green.y, p.blue.x, p.blue.y};
+  };
+  constexpr double rounding = 0.001;
+  return std::ranges::equal(numbers(colors), numbers(profiles::srgb_primaries),
+                            [](double a, double b) { return std::abs(a - b) < rounding; });
+}
+
 // Palettes and low bit depths become 8 bits, transparent pixels are blended with white, 16-bit samples stay.
 class png_reader final : public image_reader {
  public:
   png_reader(input_file file, const std::string& name, std::uint64_t max_memory)
       : image_reader(name), file_(std::move(file)) {
-    png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, &failure_, on_error, on_warning);
+    png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, on_error, on_warning);
     info_ = png_create_info_struct(png_);
     try {
       run_c(failure_, name_, [this] { read_header(); });
       read_notes();
+      read_profile();
       if (png_get_interlace_type(png_, info_) != PNG_INTERLACE_NONE) read_whole(max_memory);
     } catch (...) {
       png_destroy_read_struct(&png_, &info_, nullptr);
@@ -48,6 +62,7 @@ class png_reader final : public image_reader {
     png_set_read_fn(png_, file_.get(), read_bytes);
     png_read_info(png_, info_);
     png_set_expand(png_);
+    png_set_gamma(png_, 1, 1);  // mix samples as they are stored, whatever they mean
     const auto type = png_get_color_type(png_, info_);
     if ((type & PNG_COLOR_MASK_ALPHA) != 0 || png_get_valid(png_, info_, PNG_INFO_tRNS) != 0) {
       png_color_16 white{};
@@ -71,10 +86,50 @@ class png_reader final : public image_reader {
       const exif_notes notes = read_exif(exif, size);
       dpi_ = notes.dpi;
       seen_ = notes.seen;
+      profile_ = profile_of(notes.color, channels_);
     }
     int unit = PNG_RESOLUTION_UNKNOWN;
     if (png_get_pHYs(png_, info_, &x, &y, &unit) == 0 || unit != PNG_RESOLUTION_METER || x == 0 || y == 0) return;
     dpi_ = {x * mm_per_inch / 1000, y * mm_per_inch / 1000};
+  }
+
+  // The chunks' own order of precedence; what a camera noted is the last that counts.
+  void read_profile() {
+    png_charp name = nullptr;
+    png_bytep icc = nullptr;
+    png_uint_32 size = 0;
+    int method = 0, intent = 0;
+    if (png_get_iCCP(png_, info_, &name, &method, &icc, &size) != 0) {
+      profile_.assign(icc, icc + size);
+    } else if (refused_profile_) {
+      note_damaged_profile();
+    } else if (png_get_sRGB(png_, info_, &intent) != 0) {
+      profile_ = profiles::srgb_profile(channels_);
+    } else {
+      read_numbers();
+    }
+  }
+
+  // The inverse of gamma 2.2, rounded, is what the format has for the curve of sRGB.
+  void read_numbers() {
+    constexpr png_fixed_point inverse_of_srgb = 45455;
+    png_fixed_point inverse = 0;
+    profiles::primaries colors = profiles::srgb_primaries;
+    auto& [white, red, green, blue] = colors;
+    const bool primaries =
+        png_get_cHRM(png_, info_, &white.x, &white.y, &red.x, &red.y, &green.x, &green.y, &blue.x, &blue.y) != 0;
+    if (png_get_gAMA_fixed(png_, info_, &inverse) == 0) {
+      if (!primaries) return;
+      inverse = inverse_of_srgb;
+    }
+    const double gamma = 1e5 / inverse;
+    if (inverse == inverse_of_srgb && (!primaries || channels_ == 1 || are_those_of_srgb(colors))) {
+      profile_ = profiles::srgb_profile(channels_);
+    } else {
+      char text[64];
+      std::snprintf(text, sizeof text, "gamma %.3g%s", gamma, primaries ? " with primaries of its own" : "");
+      profile_ = profiles::plain_profile(channels_, text, gamma, colors);
+    }
   }
 
   // The last pass of an interlaced picture still changes its first line, so the whole picture is read at once.
@@ -97,12 +152,17 @@ class png_reader final : public image_reader {
     if (std::fread(to, 1, count, file) != count) png_error(png, "the file ends before the picture does");
   }
   [[noreturn]] static void on_error(png_structp png, png_const_charp text) {
-    static_cast<c_failure*>(png_get_error_ptr(png))->jump(text);
+    static_cast<png_reader*>(png_get_error_ptr(png))->failure_.jump(text);
   }
-  static void on_warning(png_structp, png_const_charp) {}
+  static void on_warning(png_structp png, png_const_charp text) {
+    if (std::string_view(text).starts_with("iCCP")) {
+      static_cast<png_reader*>(png_get_error_ptr(png))->refused_profile_ = true;
+    }
+  }
 
   input_file file_;
   c_failure failure_;
+  bool refused_profile_ = false;  // or complained about
   png_structp png_ = nullptr;
   png_infop info_ = nullptr;
   unsigned lines_read_ = 0;
