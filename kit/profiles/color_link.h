@@ -35,7 +35,8 @@ struct link_options {
 // Several threads may use one at once.
 class color_link {
  public:
-  // from: an RGB profile. Throws profile_error where the two cannot be linked as the options ask.
+  // from: a profile of RGB, or of CMYK for pages pixel by pixel. Throws profile_error where the two cannot be linked as
+  // the options ask.
   color_link(const profile& from, const profile& to, const link_options& options);
 
   unsigned channels() const { return channels_; }                   // of the results: 3, 4 or 6
@@ -43,14 +44,16 @@ class color_link {
   // False when the device's profile has no table for the intent, and its first one serves.
   bool intent_served() const { return intent_served_; }
 
-  // rgb: R, G, B pixels. Returns R, G, B, or inks in plane order (K, C, M, Y, fifth, sixth) within the limit.
-  samples convert(const samples& rgb) const;
+  // colors: R, G, B or C, M, Y, K pixels. Returns R, G, B, or inks in plane order (K, C, M, Y, fifth, sixth) within the
+  // limit.
+  samples convert(const samples& colors) const;
 
  private:
-  samples convert_unlimited(const samples& rgb) const;
+  samples convert_unlimited(const samples& colors) const;
+  double largest_total() const;
 
   std::shared_ptr<void> transform_;
-  unsigned channels_;
+  unsigned source_channels_, channels_;
   bool intent_served_;
   ink_order order_;
   std::optional<double> asked_limit_;

@@ -7,9 +7,11 @@
 namespace vrk::profiles {
 namespace {
 
-// 0 for spaces that no table of the library has at its end.
+// 0 for spaces that neither pictures nor tables of the library are in.
 unsigned channels_of(cmsColorSpaceSignature space) {
   switch (space) {
+    case cmsSigGrayData:
+      return 1;
     case cmsSigRgbData:
       return 3;
     case cmsSigCmykData:
@@ -40,8 +42,14 @@ profile::profile(std::string name, owner handle) : name_(std::move(name)), handl
   if (handle_ == nullptr) throw profile_error(name_ + ": is no ICC profile, or a damaged one");
   channels_ = channels_of(cmsGetColorSpace(lcms()));
   if (channels_ == 0 || !is_device(cmsGetDeviceClass(lcms()))) {
-    throw profile_error(name_ + ": is no profile of a device with RGB, CMYK or six inks");
+    throw profile_error(name_ + ": is no profile of a device with gray, RGB, CMYK or six inks");
   }
+}
+
+std::string profile::description() const {
+  char text[256] = "";
+  cmsGetProfileInfoASCII(lcms(), cmsInfoDescription, "en", "US", text, sizeof text);
+  return text;
 }
 
 }  // namespace vrk::profiles

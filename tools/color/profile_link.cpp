@@ -20,9 +20,11 @@ const std::map<std::string, intent> intents{{"perceptual", intent::perceptual},
 
 profiles::profile profile_of(const table& file) { return {file.name, file.image}; }
 
-profiles::profile source_of(const profile_link& link, const std::optional<table>& source) {
-  if (source) return profile_of(*source);
-  return link.from ? profile_of(read_table(*link.from)) : profiles::profile::srgb();
+profiles::profile source_of(const profile_link& link) {
+  if (!link.from) return profiles::profile::srgb();
+  profiles::profile from = profile_of(read_table(*link.from));
+  if (from.channels() == 3) return from;
+  throw profiles::profile_error(from.name() + ": is no RGB profile, which the source has to be");
 }
 
 profiles::link_options options_of(const profile_link& link, const profiles::profile& to) {
@@ -46,10 +48,9 @@ struct open_link {
   profiles::link_options options;
   profiles::color_link colors;
 
-  explicit open_link(const profile_link& link, const std::optional<table>& source = {})
-      : to(profile_of(read_table(link.to))),
-        options(options_of(link, to)),
-        colors(source_of(link, source), to, options) {}
+  open_link(const profile_link& link, const profiles::profile& from)
+      : to(profile_of(read_table(link.to))), options(options_of(link, to)), colors(from, to, options) {}
+  explicit open_link(const profile_link& link) : open_link(link, source_of(link)) {}
 };
 
 // What profiles complain about is the user's to put right.
@@ -90,9 +91,16 @@ void add_profile_options(CLI::App& command, profile_link& to, const std::string&
       ->group(group);
 }
 
-table make_linked_table(const profile_link& link, const profiles::table_form& form, const std::string& name,
-                        const std::optional<table>& source) {
-  return explained([&] { return table{name, profiles::link_table(open_link(link, source).colors, form).encode()}; });
+table make_linked_table(const profile_link& link, const profiles::table_form& form, const std::string& name) {
+  return explained([&] { return table{name, profiles::link_table(open_link(link).colors, form).encode()}; });
+}
+
+std::shared_ptr<const profiles::color_link> make_ink_link(const profile_link& link, const table& picture) {
+  return explained([&] {
+    open_link open(link, profile_of(picture));
+    if (open.colors.channels() == 3) throw user_error(link.to + ": is no profile of a printer with four or six inks");
+    return std::make_shared<const profiles::color_link>(std::move(open.colors));
+  });
 }
 
 profiles::printed_dots make_printed_dots(const profile_link& link, unsigned planes) {

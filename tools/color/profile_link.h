@@ -23,10 +23,11 @@ struct profile_link {
 // --intent, --bpc, --ink-limit and --channels.
 void add_profile_options(CLI::App& command, profile_link& to, const std::string& group);
 
-// The functions below throw user_error. name: what messages call the table by. source: the bytes of the RGB profile, in
-// place of the file `from`.
-table make_linked_table(const profile_link& link, const profiles::table_form& form, const std::string& name,
-                        const std::optional<table>& source = {});
+// The functions below throw user_error. name: what messages call the table by.
+table make_linked_table(const profile_link& link, const profiles::table_form& form, const std::string& name);
+
+// From the colours of a picture in C, M, Y, K, by its profile, to the device's inks.
+std::shared_ptr<const profiles::color_link> make_ink_link(const profile_link& link, const table& picture);
 
 // What a print of so many planes looks like by the device's profile.
 profiles::printed_dots make_printed_dots(const profile_link& link, unsigned planes);

@@ -13,8 +13,9 @@ namespace vrk::tool {
 struct image_argument {
   std::string path;  // "-": standard input
   std::uint64_t max_memory = usual_max_memory;
+  std::string profile = "embedded";  // or "none", or a file
 
-  std::unique_ptr<image_reader> open() const { return open_image(path, max_memory); }
+  bool is_profile_named() const { return profile != "embedded" && profile != "none"; }
 };
 
 inline void add_image_argument(CLI::App& command, image_argument& to) {
@@ -22,6 +23,13 @@ inline void add_image_argument(CLI::App& command, image_argument& to) {
       ->type_name("IMAGE")
       ->check(not_empty)
       ->required();
+  command
+      .add_option(
+          "--picture-profile", to.profile,
+          "what the colours of the picture are: embedded (default, as its file says, sRGB if it does not), none "
+          "(sRGB, or the printer's own inks), or an ICC profile")
+      ->type_name("NAME|ICC")
+      ->check(not_empty);
   command
       .add_option(
           "--max-memory", to.max_memory,

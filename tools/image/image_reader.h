@@ -16,6 +16,11 @@ namespace vrk::tool {
 // Bytes for a picture that cannot be read line by line.
 inline constexpr std::uint64_t usual_max_memory = std::uint64_t{1} << 30;
 
+struct picture_colors {
+  std::string profile = "sRGB";    // its description, or "inks" for amounts of the printer's own
+  std::string origin = "assumed";  // or "embedded" in the file, or "named" on the command line
+};
+
 class image_reader {
  public:
   virtual ~image_reader() = default;
@@ -35,6 +40,9 @@ class image_reader {
   // which stands for sRGB, or for the printer's own inks.
   const kit::bytes& profile() const { return profile_; }
 
+  // What they were taken for in the end, for notes on the print.
+  const picture_colors& colors() const { return colors_; }
+
   // Fills line_bytes() bytes with the next line. Throws user_error, naming the file, when the file is broken or ends
   // early; the last line checks the end of the file as well where the format has one.
   virtual void read_line(void* line) = 0;
@@ -53,6 +61,7 @@ class image_reader {
   std::optional<resolution> dpi_{};
   orientation seen_{};
   kit::bytes profile_{};
+  picture_colors colors_{};
 };
 
 struct file_closer {

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 #include "tools/image/c_library.h"
 #include "tools/image/exif.h"
@@ -77,13 +78,17 @@ class jpeg_reader final : public image_reader {
     channels_ = unsigned(jpeg_.output_components);
   }
 
+  static bool begins_with(const jpeg_marker_struct& marker, int kind, std::string_view lead) {
+    return marker.marker == kind && marker.data_length >= lead.size() &&
+           std::memcmp(marker.data, lead.data(), lead.size()) == 0;
+  }
+
   // The density of the JFIF header comes before the camera's, which often stays when a picture is made smaller.
   void read_notes() {
     for (auto marker = jpeg_.marker_list; marker != nullptr; marker = marker->next) {
-      constexpr std::size_t lead = 6;
-      if (marker->marker != exif_marker || marker->data_length < lead) continue;
-      if (std::memcmp(marker->data, "Exif\0", lead) != 0) continue;
-      const exif_notes notes = read_exif(marker->data + lead, marker->data_length - lead);
+      constexpr std::string_view lead("Exif\0", 6);
+      if (!begins_with(*marker, exif_marker, lead)) continue;
+      const exif_notes notes = read_exif(marker->data + lead.size(), marker->data_length - lead.size());
       dpi_ = notes.dpi;
       seen_ = notes.seen;
       profile_ = profile_of(notes.color, channels_);
@@ -101,8 +106,10 @@ class jpeg_reader final : public image_reader {
     unsigned size = 0;
     run_c(failure_, name_, [&] { jpeg_read_icc_profile(&jpeg_, &icc, &size); });
     const std::unique_ptr<JOCTET, decltype([](JOCTET* bytes) { std::free(bytes); })> owner(icc);
-    if (icc != nullptr) profile_.assign(icc, icc + size);
-    if (errors_.msg_code == JWRN_BOGUS_ICC) note_damaged_profile();
+    if (icc != nullptr) return profile_.assign(icc, icc + size);
+    for (auto marker = jpeg_.marker_list; marker != nullptr; marker = marker->next) {
+      if (begins_with(*marker, icc_marker, std::string_view("ICC_PROFILE", 12))) note_damaged_profile();
+    }
   }
 
   // The decoder tells of every marker that it has kept or passed over.

@@ -62,6 +62,7 @@ class png_reader final : public image_reader {
     png_set_read_fn(png_, file_.get(), read_bytes);
     png_read_info(png_, info_);
     png_set_expand(png_);
+    png_get_gAMA_fixed(png_, info_, &inverse_gamma_);
     png_set_gamma(png_, 1, 1);  // mix samples as they are stored, whatever they mean
     const auto type = png_get_color_type(png_, info_);
     if ((type & PNG_COLOR_MASK_ALPHA) != 0 || png_get_valid(png_, info_, PNG_INFO_tRNS) != 0) {
@@ -113,15 +114,12 @@ class png_reader final : public image_reader {
   // The inverse of gamma 2.2, rounded, is what the format has for the curve of sRGB.
   void read_numbers() {
     constexpr png_fixed_point inverse_of_srgb = 45455;
-    png_fixed_point inverse = 0;
     profiles::primaries colors = profiles::srgb_primaries;
     auto& [white, red, green, blue] = colors;
     const bool primaries =
         png_get_cHRM(png_, info_, &white.x, &white.y, &red.x, &red.y, &green.x, &green.y, &blue.x, &blue.y) != 0;
-    if (png_get_gAMA_fixed(png_, info_, &inverse) == 0) {
-      if (!primaries) return;
-      inverse = inverse_of_srgb;
-    }
+    if (inverse_gamma_ == 0 && !primaries) return;
+    const png_fixed_point inverse = inverse_gamma_ == 0 ? inverse_of_srgb : inverse_gamma_;
     const double gamma = 1e5 / inverse;
     if (inverse == inverse_of_srgb && (!primaries || channels_ == 1 || are_those_of_srgb(colors))) {
       profile_ = profiles::srgb_profile(channels_);
@@ -162,7 +160,8 @@ class png_reader final : public image_reader {
 
   input_file file_;
   c_failure failure_;
-  bool refused_profile_ = false;  // or complained about
+  png_fixed_point inverse_gamma_ = 0;  // as the file says, times 100000; 0: it does not
+  bool refused_profile_ = false;       // or complained about
   png_structp png_ = nullptr;
   png_infop info_ = nullptr;
   unsigned lines_read_ = 0;

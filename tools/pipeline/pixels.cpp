@@ -74,23 +74,62 @@ class cmyk_to_kcmy final : public stage {
   }
 };
 
-class limited_inks final : public stage {
+// What makes 16 bits of a sample.
+template <class Sample>
+constexpr unsigned scale_to_16 = sizeof(Sample) == 1 ? 257 : 1;
+
+class linked_inks final : public stage {
  public:
-  limited_inks(line_format input, double percent) : stage("ink limit", input), limit_(percent, 400) {}
+  linked_inks(line_format input, std::shared_ptr<const profiles::color_link> link, unsigned output_bits)
+      : stage("cmyk to inks", {link->channels(), output_bits}), input_bits_(input.bits), link_(std::move(link)) {}
 
   void run(const void* src, std::uint32_t pixels, void* dst) const override {
-    output_.bits == 16 ? limit<std::uint16_t, 1>(src, pixels, dst) : limit<std::uint8_t, 257>(src, pixels, dst);
+    const profiles::samples inks =
+        link_->convert(input_bits_ == 16 ? wide<std::uint16_t>(src, pixels) : wide<std::uint8_t>(src, pixels));
+    output_.bits == 16 ? put<std::uint16_t>(inks, dst) : put<std::uint8_t>(inks, dst);
   }
 
  private:
-  // scale: what makes 16 bits of a sample.
-  template <class Sample, unsigned scale>
+  template <class Sample>
+  static profiles::samples wide(const void* src, std::uint32_t pixels) {
+    profiles::samples colors(std::size_t{4} * pixels);
+    std::transform(static_cast<const Sample*>(src), static_cast<const Sample*>(src) + colors.size(), colors.begin(),
+                   [](unsigned sample) { return std::uint16_t(sample * scale_to_16<Sample>); });
+    return colors;
+  }
+  // The nearest level, or the one below where a limit has to hold.
+  template <class Sample>
+  void put(const profiles::samples& inks, void* dst) const {
+    constexpr unsigned scale = scale_to_16<Sample>;
+    const unsigned half = link_->ink_limit() ? 0 : scale / 2;
+    std::transform(inks.begin(), inks.end(), static_cast<Sample*>(dst),
+                   [half](unsigned ink) { return Sample((ink + half) / scale); });
+  }
+
+  unsigned input_bits_;
+  std::shared_ptr<const profiles::color_link> link_;
+};
+
+class limited_inks final : public stage {
+ public:
+  limited_inks(line_format input, double percent, double largest)
+      : stage("ink limit", input), limit_(percent, largest) {}
+
+  void run(const void* src, std::uint32_t pixels, void* dst) const override {
+    output_.bits == 16 ? limit<std::uint16_t>(src, pixels, dst) : limit<std::uint8_t>(src, pixels, dst);
+  }
+
+ private:
+  template <class Sample>
   void limit(const void* src, std::uint32_t pixels, void* dst) const {
+    constexpr unsigned scale = scale_to_16<Sample>;
     const auto* from = static_cast<const Sample*>(src);
     auto* to = static_cast<Sample*>(dst);
-    for (; pixels != 0; --pixels, from += 4, to += 4) {
-      std::array<std::uint16_t, 4> inks;
-      std::transform(from, from + 4, inks.begin(), [](unsigned sample) { return std::uint16_t(sample * scale); });
+    std::array<std::uint16_t, 6> of_pixel{};
+    const std::span inks = std::span(of_pixel).first(output_.samples);
+    for (; pixels != 0; --pixels, from += inks.size(), to += inks.size()) {
+      std::transform(from, from + inks.size(), inks.begin(),
+                     [](unsigned sample) { return std::uint16_t(sample * scale); });
       limit_.apply(inks);
       std::transform(inks.begin(), inks.end(), to, [](unsigned ink) { return Sample(ink / scale); });
     }
@@ -106,8 +145,12 @@ std::unique_ptr<stage> make_narrow(line_format input) { return std::make_unique<
 std::unique_ptr<stage> make_layout(line_format input, pixel_layout layout) {
   return std::make_unique<layout_change>(input, layout);
 }
-std::unique_ptr<stage> make_ink_limit(line_format input, double percent) {
-  return std::make_unique<limited_inks>(input, percent);
+std::unique_ptr<stage> make_ink_link(line_format input, std::shared_ptr<const profiles::color_link> link,
+                                     unsigned output_bits) {
+  return std::make_unique<linked_inks>(input, std::move(link), output_bits);
+}
+std::unique_ptr<stage> make_ink_limit(line_format input, double percent, double largest) {
+  return std::make_unique<limited_inks>(input, percent, largest);
 }
 std::unique_ptr<stage> make_cmyk_to_kcmy(line_format input) { return std::make_unique<cmyk_to_kcmy>(input); }
 

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "kit/profiles/color_link.h"
 #include "tools/pipeline/flag_words.h"
 #include "tools/pipeline/table.h"
 
@@ -51,7 +52,11 @@ std::unique_ptr<stage> make_gray_to_rgb(line_format input);
 std::unique_ptr<stage> make_narrow(line_format input);  // 16 bits to 8
 std::unique_ptr<stage> make_layout(line_format input, pixel_layout layout);
 std::unique_ptr<stage> make_cmyk_to_kcmy(line_format input);
-std::unique_ptr<stage> make_ink_limit(line_format input, double percent);  // of K, C, M and Y together
+std::unique_ptr<stage> make_ink_link(line_format input, std::shared_ptr<const profiles::color_link> link,
+                                     unsigned output_bits);
+
+// percent: the most of all inks together; largest: that comes, see profiles::ink_limiter.
+std::unique_ptr<stage> make_ink_limit(line_format input, double percent, double largest);
 
 // What the pre-processors do, in their own steps.
 struct tone_settings {

@@ -1,8 +1,8 @@
 #include <memory>
 #include <string>
 
+#include "tools/color/open_picture.h"
 #include "tools/commands.h"
-#include "tools/image/image_argument.h"
 #include "tools/page/page.h"
 #include "tools/page/page_arguments.h"
 #include "tools/print/blob_argument.h"
@@ -148,9 +148,11 @@ void run_print(const print_arguments& arguments) {
   options.silent = arguments.told == summary::quiet;
   const std::vector<unsigned>& centre = arguments.detail_centre;
   if (!centre.empty()) options.pictures.detail_centre = {centre[0], centre[1]};
-  const auto page = lay_out(arguments.image.open(), arguments.page);
+  const bool has_profile = !options.inks.profile.to.empty();
+  const auto page = lay_out(open_picture(arguments.image, has_profile), arguments.page);
   output_set files(arguments.directory);
   files.protect(arguments.image.path);
+  if (arguments.image.is_profile_named()) files.protect(arguments.image.profile);
   show(print_page(*page, options, files), arguments.told, stdout);
 }
 

@@ -13,8 +13,6 @@ void refuse_contradictions(const print_options& options, const print_tables& own
   } contradictions[] = {
       {!tone.balance2.empty() && (!tone.balance.empty() || tone.lift != 0),
        "--balance2 belongs to the second pre-processor, --balance and --lift to the first"},
-      {inks.profile.options.ink_limit && inks.profile.to.empty() && !holds_inks,
-       "--ink-limit belongs to --profile, or to a picture in C, M, Y, K"},
       {inks.split && inks.count && *inks.count != 6, "--split makes six inks"},
       {inks.split && own.post.main, "--split brings a curve table for all planes: --post can only name single planes"},
       {dither && !dots.filter.empty(), "--filter belongs to error diffusion, not to the dither"},
@@ -33,10 +31,16 @@ void refuse_contradictions(const print_options& options, const print_tables& own
       {own.dither && dots.levels, "--levels and the \"dith\" table both give the levels"},
       {!dots.matrix.empty() && own.dither, "--matrix and the \"dith\" table both give the threshold matrix"},
       {dots.cells && own.parameters, "--cells and the \"edpr\" table both say how many dots a pixel has"},
+      {holds_inks && !inks.profile.to.empty() && !own.ink_link,
+       "--profile converts colours, and a picture in C, M, Y, K without a profile has amounts of ink: name its profile "
+       "by --picture-profile"},
       {holds_inks && (own.tone.any() || own.rgb || own.ink),
        "a picture in C, M, Y, K needs no conversion: tone options and colour tables are for RGB and gray"},
-      {holds_inks && inks.count && *inks.count != (inks.split ? 6U : 4U),
+      {holds_inks && !own.ink_link && inks.count && *inks.count != (inks.split ? 6U : 4U),
        "a picture in C, M, Y, K has four inks, or six with --split"},
+      {own.ink_link && ((inks.split && own.ink_link->channels() != 4) ||
+                        (inks.count && *inks.count != (inks.split ? 6U : own.ink_link->channels()))),
+       "--inks and --split ask for other inks than the printer's profile has"},
   };
   for (const auto& c : contradictions) {
     if (c.found) throw usage_error(c.sentence);

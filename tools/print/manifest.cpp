@@ -61,6 +61,7 @@ void add_manifest(const image_reader& source, const page_files& files, const pri
   }
   const json manifest{{"program", std::string("vrk ") + vrk_get_version()},
                       {"picture", source.name()},
+                      {"picture_profile", {{"name", source.colors().profile}, {"origin", source.colors().origin}}},
                       {"planes", planes},
                       {"pictures", files.drawn() ? json(picture_names) : json::array()},
                       {"tables", describe(tables)}};

@@ -64,12 +64,16 @@ void read_files(const table_files& files, unsigned planes, print_tables& to) {
 }
 
 // bits: of samples between stages, which the table is made for.
-void link_profile(const profile_link& profile, unsigned bits, print_tables& to) {
+void link_profile(const profile_link& profile, const table& picture, unsigned bits, print_tables& to) {
   if (profile.to.empty()) return;
+  to.files.push_back(profile.to);
+  if (!picture.image.empty()) {
+    to.ink_link = make_ink_link(profile, picture);
+    return;
+  }
   table made = make_linked_table(profile, {.precision = bits == 16 ? 12U : 8U}, profile.to);
   if (kit::kind_of(made.image) != kit::table_kind::csc2)
     refuse(made, "is no profile of a printer with four or six inks");
-  to.files.push_back(profile.to);
   put(to.ink, std::move(made));
 }
 
@@ -105,10 +109,10 @@ void read_plane_curves(const std::vector<std::string>& arguments, plane_curves& 
 
 }  // namespace
 
-print_tables read_own_tables(const print_options& options) {
+print_tables read_own_tables(const print_options& options, const table& picture) {
   print_tables own;
   read_files(options.files, options.inks.planes(), own);
-  link_profile(options.inks.profile, options.precision() == ed_precision::samples16 ? 16 : 8, own);
+  link_profile(options.inks.profile, picture, options.precision() == ed_precision::samples16 ? 16 : 8, own);
   read_tone(options.tone, own.tone, own.files);
   read_plane_curves(options.inks.plane_curves, own.post, own.files);
   return own;

@@ -11,7 +11,8 @@ namespace vrk::tool {
 
 print_report print_page(image_reader& source, const print_options& options, output_set& to) {
   const line_format format{source.channels(), source.bits()};
-  const print_tables tables = choose_tables(options, format);
+  const table inks{"the profile of " + source.name(), source.channels() == 4 ? source.profile() : kit::bytes{}};
+  const print_tables tables = choose_tables(options, format, inks);
   for (const std::string& file : tables.files) to.protect(file);
   pipeline stages = make_print_pipeline(tables, options.layout, options.precision(), source.width(), format);
   return print_through(stages, source, tables, options, to);
@@ -30,6 +31,7 @@ print_report print_through(pipeline& stages, image_reader& source, const print_t
 
   print_report report{source.name(), width, height, source.channels(), source.bits(), dpi, threads};
   report.seconds = all.seconds();
+  report.colors = source.colors();
   for (std::size_t p = 0; p < files.planes(); ++p) {
     report.planes.push_back({std::string(files.format(p).name), files.name(p), files.coverage(p)});
   }

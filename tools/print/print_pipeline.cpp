@@ -1,13 +1,16 @@
 #include "tools/print/print_pipeline.h"
 
+#include "kit/separation.h"
+
 namespace vrk::tool {
 namespace {
 
 // Picture to inks.
 void append_color(const print_tables& tables, pixel_layout layout, unsigned bits, pipeline& to) {
+  if (tables.ink_link) return to.append(make_ink_link(to.output(), tables.ink_link, bits));
   if (!tables.ink) {
     to.append(make_cmyk_to_kcmy(to.output()));
-    if (tables.ink_limit) to.append(make_ink_limit(to.output(), *tables.ink_limit));
+    if (tables.ink_limit) to.append(make_ink_limit(to.output(), *tables.ink_limit, 400));
     return;
   }
 
@@ -19,6 +22,8 @@ void append_color(const print_tables& tables, pixel_layout layout, unsigned bits
   if (tables.rgb) to.append(make_csc1(*tables.rgb, to.output(), bits));
   if (tables.gray && to.output().samples == 3) to.append(make_csc1(*tables.gray, to.output(), bits));
   to.append(make_csc2(*tables.ink, to.output(), bits));
+  constexpr double largest = 110 * kit::ink_limit;  // of the kit's tables; light inks add a tenth
+  if (tables.ink_limit) to.append(make_ink_limit(to.output(), *tables.ink_limit, largest));
 }
 
 }  // namespace

@@ -61,6 +61,7 @@ void show_json(const print_report& report, std::FILE* to) {
   const json all{{"program", std::string("vrk ") + vrk_get_version()},
                  {"picture", report.source},
                  {"colors", color_name(report.channels)},
+                 {"picture_profile", {{"name", report.colors.profile}, {"origin", report.colors.origin}}},
                  {"bits", report.bits},
                  {"width", report.width},
                  {"height", report.height},

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "tools/command_line/summary.h"
-#include "tools/image/resolution.h"
+#include "tools/image/image_reader.h"
 #include "tools/pipeline/stopwatch.h"
 
 namespace vrk::tool {
@@ -21,6 +21,7 @@ struct print_report {
   unsigned width, height, channels, bits;  // of the page
   resolution dpi;                          // of its pixels
   unsigned threads;
+  picture_colors colors{};  // what the samples of the picture were taken for
   std::vector<plane> planes{};
   std::vector<stage_time> times{};             // in the order of the pipeline
   double seconds = 0;                          // from the first line to the last

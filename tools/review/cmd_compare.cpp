@@ -1,9 +1,10 @@
 #include <cstdio>
 #include <memory>
 
+#include "tools/color/open_picture.h"
 #include "tools/command_line/printable.h"
 #include "tools/commands.h"
-#include "tools/image/image_argument.h"
+#include "tools/page/page.h"
 #include "tools/review/compare.h"
 
 namespace vrk::tool {
@@ -17,12 +18,15 @@ struct compare_arguments {
 };
 
 void compare(compare_arguments& arguments) {
-  const auto image = arguments.image.open();
+  auto image = open_picture(arguments.image);
+  const orientation seen = image->seen();
+  if (seen != orientation{}) image = turn(std::move(image), seen);
   compare_options& options = arguments.options;
   options.noise = arguments.modulation == "noise";
   if (!arguments.centre.empty()) options.centre = {arguments.centre[0], arguments.centre[1]};
   output_set files(arguments.directory);
   files.protect(arguments.image.path);
+  if (arguments.image.is_profile_named()) files.protect(arguments.image.profile);
   output_file& sheet = files.add("compare.png");
   const std::string name = sheet.path().string();
   write_comparison(*image, options, sheet);

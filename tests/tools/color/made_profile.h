@@ -32,10 +32,10 @@ inline kit::bytes saved(const icc_profile& profile) {
   return icc;
 }
 
-// The primaries of sRGB with a tone curve that is a power of the level.
-inline icc_profile rgb_profile(double power) {
+// The primaries of sRGB, or another green, with a tone curve that is a power of the level.
+inline icc_profile rgb_profile(double power, const cmsCIExyY& green = {0.30, 0.60, 1}) {
   const cmsCIExyY white{0.3127, 0.3290, 1};
-  const cmsCIExyYTRIPLE primaries{{0.64, 0.33, 1}, {0.30, 0.60, 1}, {0.15, 0.06, 1}};
+  const cmsCIExyYTRIPLE primaries{{0.64, 0.33, 1}, green, {0.15, 0.06, 1}};
   cmsToneCurve* const curve = cmsBuildGamma(nullptr, power);
   cmsToneCurve* const curves[] = {curve, curve, curve};
   icc_profile profile(cmsCreateRGBProfile(&white, &primaries, curves));

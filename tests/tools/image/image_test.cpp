@@ -1,12 +1,11 @@
 // Pictures that the program reads: every format, whole and cut short.
 #include <gtest/gtest.h>
-#include <jpeglib.h>
-#include <png.h>
 #include <webp/encode.h>
 #include <webp/mux.h>
 #include <zlib.h>
 
 #include "tests/samples.h"
+#include "tests/tools/image/made_pictures.h"
 #include "tests/tools/image/made_tiff.h"
 #include "tests/tools/scratch.h"
 #include "tools/image/image_reader.h"
@@ -15,6 +14,7 @@ namespace {
 
 using namespace vrk::tool;
 using vrk::test::complaint;
+using vrk::test::exif;
 using vrk::test::samples;
 using vrk::test::tiff_layout;
 
@@ -42,62 +42,22 @@ unsigned level(unsigned x, unsigned y, unsigned channel) {
 // What a file of one byte per sample stores.
 std::string stored(const samples& all) { return {all.begin(), all.end()}; }
 
-// All lines of a file of some depth and type.
 std::string png(const std::string& lines, int depth, int type, int interlace = PNG_INTERLACE_NONE,
                 const std::function<void(png_structp, png_infop)>& note = {}) {
-  std::string file;
-  png_structp to = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
-  png_infop info = png_create_info_struct(to);
-  const auto append = [](png_structp from, png_bytep data, std::size_t size) {
-    static_cast<std::string*>(png_get_io_ptr(from))->append(data, data + size);
-  };
-  png_set_write_fn(to, &file, append, nullptr);
-  png_set_IHDR(to, info, width, height, depth, type, interlace, 0, 0);
-  png_color palette[256];
-  for (int i = 0; i < 256; ++i) palette[i] = {png_byte(i), png_byte(255 - i), png_byte(i / 2)};
-  if (type == PNG_COLOR_TYPE_PALETTE) png_set_PLTE(to, info, palette, 256);
-  std::vector<std::uint8_t> bytes(lines.begin(), lines.end());
-  std::vector<png_bytep> rows;
-  for (unsigned y = 0; y < height; ++y) rows.push_back(&bytes[y * bytes.size() / height]);
-  png_set_rows(to, info, rows.data());
-  if (note) note(to, info);
-  png_write_png(to, info, PNG_TRANSFORM_IDENTITY, nullptr);
-  png_destroy_write_struct(&to, &info);
-  return file;
+  return vrk::test::made_png(width, height, lines, depth, type, interlace, note);
 }
 
 std::string jpeg(const std::string& lines, int channels, J_COLOR_SPACE space, bool progressive = false,
                  int density_unit = 0, const std::string& exif = {}) {
-  jpeg_error_mgr errors;
-  jpeg_compress_struct to;
-  to.err = jpeg_std_error(&errors);
-  jpeg_create_compress(&to);
-  unsigned char* file = nullptr;
-  unsigned long size = 0;
-  jpeg_mem_dest(&to, &file, &size);
-  to.image_width = width;
-  to.image_height = height;
-  to.input_components = channels;
-  to.in_color_space = space;
-  jpeg_set_defaults(&to);
-  jpeg_set_quality(&to, 100, TRUE);
-  if (progressive) jpeg_simple_progression(&to);
-  to.density_unit = UINT8(density_unit);
-  to.X_density = 100;
-  to.Y_density = 50;
-  jpeg_start_compress(&to, TRUE);
-  if (!exif.empty())
-    jpeg_write_marker(&to, JPEG_APP0 + 1, reinterpret_cast<const JOCTET*>(exif.data()), unsigned(exif.size()));
-  std::vector<JSAMPLE> bytes(lines.begin(), lines.end());
-  for (unsigned y = 0; y < height; ++y) {
-    JSAMPROW line = &bytes[y * bytes.size() / height];
-    jpeg_write_scanlines(&to, &line, 1);
-  }
-  jpeg_finish_compress(&to);
-  jpeg_destroy_compress(&to);
-  const std::string result(file, file + size);
-  std::free(file);
-  return result;
+  const auto set = [&](jpeg_compress_struct& to) {
+    if (progressive) jpeg_simple_progression(&to);
+    to.density_unit = UINT8(density_unit);
+    to.X_density = 100;
+    to.Y_density = 50;
+  };
+  return vrk::test::made_jpeg(width, height, lines, channels, space, set, [&](jpeg_compress_struct& to) {
+    if (!exif.empty()) vrk::test::write_marker(to, JPEG_APP0 + 1, exif);
+  });
 }
 
 std::string tiff(const samples& all, const tiff_layout& as) {
@@ -293,22 +253,6 @@ TEST_F(image, reads_every_format) {
     ASSERT_EQ(read.size(), p.expected.size()) << p.name;
     for (std::size_t i = 0; i < read.size(); ++i) ASSERT_NEAR(read[i], p.expected[i], p.tolerance) << p.name << i;
   }
-}
-
-// A camera's notes: an orientation, and dots per unit of length (2: inch, 3: cm) across; half as many down.
-std::string exif(unsigned seen, unsigned dots, unsigned unit) {
-  const auto be = [](unsigned value, int bytes) {
-    std::string text;
-    while (bytes-- > 0) text += char(value >> 8 * bytes);
-    return text;
-  };
-  constexpr unsigned number = 3, ratio = 5, ratios_at = 8 + 2 + 4 * 12 + 4;
-  const auto field = [&](unsigned tag, unsigned type, unsigned value) {
-    return be(tag, 2) + be(type, 2) + be(1, 4) + (type == number ? be(value, 2) + be(0, 2) : be(value, 4));
-  };
-  return "MM" + be(42, 2) + be(8, 4) + be(4, 2) + field(0x112, number, seen) + field(0x11A, ratio, ratios_at) +
-         field(0x11B, ratio, ratios_at + 8) + field(0x128, number, unit) + be(0, 4) + be(dots, 4) + be(1, 4) +
-         be(dots, 4) + be(2, 4);
 }
 
 TEST_F(image, knows_its_size_on_paper_and_which_way_up_it_is) {

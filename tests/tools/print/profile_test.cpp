@@ -72,7 +72,6 @@ TEST_F(print_profile, ink_limit_holds_for_pictures_of_inks) {
 
 TEST_F(print_profile, contradictions_are_refused) {
   const std::string page = save("page.ppm", flat_page(4, 4)), rgb = save("rgb.icc", saved(rgb_profile(2)));
-  expect_complaint(page, "--ink-limit 200", "--ink-limit belongs to --profile");
   expect_complaint(page, "--intent relative", "--intent requires --profile");
   expect_complaint(page, "--profile " + rgb, "four or six inks");
 }
