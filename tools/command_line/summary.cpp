@@ -7,6 +7,7 @@ void add_summary_options(CLI::App& command, summary& to) {
     return command
         .add_flag_callback(
             name, [&to, chosen] { to = chosen; }, help)
+        ->configurable(false)
         ->group("Summary");
   };
   CLI::Option* const verbose = add("--verbose", summary::verbose, "three lines, and the time and flags of every step");

@@ -2,6 +2,7 @@
 #include <string>
 
 #include "tools/color/open_picture.h"
+#include "tools/command_line/settings.h"
 #include "tools/commands.h"
 #include "tools/page/page.h"
 #include "tools/page/page_arguments.h"
@@ -19,6 +20,7 @@ struct print_arguments {
   page_options page;
   print_options options;
   summary told{};
+  std::string save_settings;
   std::vector<unsigned> detail_centre;
   unsigned dpi = unsigned(usual_dpi.x);
 };
@@ -83,10 +85,10 @@ void add_run_options(CLI::App& command, print_options& to) {
                                                     {"bgrx", pixel_layout::bgrx},
                                                     {"xrgb", pixel_layout::xrgb}};
   command
-      .add_option("--layout", to.layout,
-                  "pixel layout between stages: rgb, bgr, bgrx or xrgb (default rgb); the print stays the same")
-      ->transform(CLI::CheckedTransformer(layouts).description(""))
-      ->type_name("NAME");
+      .add_option_function<std::string>(
+          "--layout", [&to, layouts](const std::string& name) { to.layout = layouts.at(name); },
+          "pixel layout between stages (default rgb); the print stays the same")
+      ->check(CLI::IsMember(layouts));
   command.add_flag("--width16", to.width16, "16-bit samples from the first stage to the last");
   command.add_option("--threads", to.threads, "threads to work with (default: one per core); the print stays the same")
       ->check(CLI::Range(1, 256));
@@ -122,6 +124,7 @@ void add_print_options(CLI::App& command, print_arguments& to) {
   command.add_option("-o,--output", to.directory, "directory for the files")
       ->type_name("DIR")
       ->check(not_empty)
+      ->configurable(false)
       ->required();
   add_tone_options(command, to.options.tone);
   add_ink_options(command, to.options.inks);
@@ -133,17 +136,29 @@ void add_print_options(CLI::App& command, print_arguments& to) {
   command.footer(std::string(curve_help) + "\n\n" + blob_help + "\n\n" + exit_help);
 }
 
-void print_sample(const print_arguments& arguments) {
+// Prints, and then leaves the settings of this print where they are asked for.
+void print_and_save(const CLI::App& command, const print_arguments& arguments, image_reader& page,
+                    const print_options& options, output_set& to) {
+  saved_settings settings(command, arguments.save_settings, arguments.image.path);
+  const print_report report = print_page(page, options, to);
+  if (arguments.image.is_profile_named()) settings.protect(arguments.image.profile);
+  for (const std::string& file : report.tables) settings.protect(file);
+  for (const std::filesystem::path& file : report.files) settings.protect(file.string());
+  settings.keep();
+  show(report, arguments.told, stdout);
+}
+
+void print_sample(const CLI::App& command, const print_arguments& arguments) {
   print_options options = arguments.options;
   options.silent = arguments.told == summary::quiet;
   // detail.png shows the balloon of the page's photograph.
   const auto pixels = [&](double mm) { return unsigned(mm / mm_per_inch * arguments.dpi + 0.5); };
   options.pictures.detail_centre = {pixels(54), pixels(50.5)};
   output_set files(arguments.directory);
-  show(print_page(*read_sample_page(arguments.dpi), options, files), arguments.told, stdout);
+  print_and_save(command, arguments, *read_sample_page(arguments.dpi), options, files);
 }
 
-void run_print(const print_arguments& arguments) {
+void run_print(const CLI::App& command, const print_arguments& arguments) {
   print_options options = arguments.options;
   options.silent = arguments.told == summary::quiet;
   const std::vector<unsigned>& centre = arguments.detail_centre;
@@ -153,7 +168,7 @@ void run_print(const print_arguments& arguments) {
   output_set files(arguments.directory);
   files.protect(arguments.image.path);
   if (arguments.image.is_profile_named()) files.protect(arguments.image.profile);
-  show(print_page(*page, options, files), arguments.told, stdout);
+  print_and_save(command, arguments, *page, options, files);
 }
 
 }  // namespace
@@ -162,7 +177,9 @@ void add_print_command(CLI::App& app) {
   const auto arguments = std::make_shared<print_arguments>();
   CLI::App* const command =
       app.add_subcommand("print", "Prints a picture: plane files, a preview, and an enlarged detail");
+  add_settings_options(*command, arguments->save_settings);
   add_image_argument(*command, arguments->image);
+  command->get_option("image")->configurable(false);
   add_page_options(*command, arguments->page);
   add_print_options(*command, *arguments);
   command
@@ -171,17 +188,18 @@ void add_print_command(CLI::App& app) {
       ->type_name("X Y")
       ->expected(2)
       ->excludes("--no-preview");
-  command->callback([arguments] { run_print(*arguments); });
+  command->callback([arguments, command] { run_print(*command, *arguments); });
 }
 
 void add_demo_command(CLI::App& app) {
   const auto arguments = std::make_shared<print_arguments>();
   CLI::App* const command = app.add_subcommand("demo", "Prints the built-in sample page");
+  add_settings_options(*command, arguments->save_settings);
   add_print_options(*command, *arguments);
   command->add_option("--dpi", arguments->dpi, "pixels per inch of the A4 page")
       ->check(CLI::Range(20, 2400))
       ->capture_default_str();
-  command->callback([arguments] { print_sample(*arguments); });
+  command->callback([arguments, command] { print_sample(*command, *arguments); });
 }
 
 }  // namespace vrk::tool

@@ -42,6 +42,7 @@ print_report print_through(pipeline& stages, image_reader& source, const print_t
   files.finish();
   add_manifest(source, files, tables, to);
   report.files = to.paths();
+  report.tables = tables.files;
   to.keep([&] { return files_of_manifest(to.directory()); });
   return report;
 }

@@ -26,6 +26,7 @@ struct print_report {
   std::vector<stage_time> times{};             // in the order of the pipeline
   double seconds = 0;                          // from the first line to the last
   std::vector<std::filesystem::path> files{};  // that were written
+  std::vector<std::string> tables{};           // files that were read, other than the picture
 };
 
 // The report in this form, `to` being standard output or standard error.

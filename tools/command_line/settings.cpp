@@ -1,0 +1,106 @@
+#include "tools/command_line/settings.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+#include "tools/command_line/not_empty.h"
+#include "tools/pipeline/user_error.h"
+
+namespace vrk::tool {
+namespace {
+
+struct setting {
+  CLI::Option* option;
+  std::vector<std::string> values;
+};
+
+std::string read_text(const std::string& path) {
+  constexpr std::size_t longest = 1 << 20;
+  std::ifstream file(path, std::ios::binary);
+  std::string text(longest + 1, '\0');
+  if (file) file.read(text.data(), std::streamsize(text.size()));
+  if (file.bad() || !file.is_open()) throw user_error(path + ": " + std::strerror(errno));
+  text.resize(std::size_t(file.gcount()));
+  if (text.size() > longest) throw user_error(path + ": is longer than settings are, expected at most 1 MB");
+  return text;
+}
+
+// Options that the text names, each with all values that it gives to them.
+std::vector<setting> find_settings(const CLI::App& command, const std::string& text, const std::string& path) {
+  std::istringstream lines(text);
+  std::vector<setting> found;
+  for (const CLI::ConfigItem& item : command.get_config_formatter()->from_config(lines)) {
+    const bool own = item.parents.empty() || item.parents == std::vector{command.get_name()};
+    if (own && (item.name == "++" || item.name == "--")) continue;  // a section begins or ends
+    auto* const option = const_cast<CLI::Option*>(own ? command.get_option_no_throw("--" + item.name) : nullptr);
+    if (option == nullptr) {
+      throw usage_error(path + ": \"" + (item.name == "++" ? item.parents.back() : item.fullname()) +
+                        "\" is no setting of vrk " + command.get_name() + ", expected its long options without --");
+    }
+    if (!option->get_configurable()) {
+      throw usage_error(path + ": \"" + item.name + "\" belongs on the command line");
+    }
+    auto known = std::find_if(found.begin(), found.end(), [&](const setting& s) { return s.option == option; });
+    if (known == found.end()) known = found.insert(found.end(), {option, {}});
+    known->values.insert(known->values.end(), item.inputs.begin(), item.inputs.end());
+  }
+  return found;
+}
+
+void load(const CLI::App& command, const std::string& path) {
+  for (auto& [option, values] : find_settings(command, read_text(path), path)) {
+    if (option->count() != 0) continue;
+    try {
+      const bool flag = option->get_expected_min() == 0;
+      if (flag && values.size() == 1) values[0] = option->get_flag_value(option->get_single_name(), values[0]);
+      option->add_result(values);
+      option->run_callback();
+    } catch (const CLI::ParseError& error) {
+      throw usage_error(path + ": " + error.what());
+    }
+  }
+}
+
+// What was given, as text that says the same when it is read.
+std::string settings_of(const CLI::App& command, const std::string& path) {
+  const std::string text = command.config_to_str();
+  for (const auto& [option, values] : find_settings(command, text, path)) {
+    const std::vector<std::string> given = option->reduced_results();
+    if (values == given) continue;
+    throw user_error(path + ": cannot hold " + option->get_name() + " " + CLI::detail::join(given, " ") +
+                     ", expected no # and no quotes in it");
+  }
+  return text;
+}
+
+}  // namespace
+
+void add_settings_options(CLI::App& command, std::string& to) {
+  const std::string group = "Settings";
+  command
+      .add_option_function<std::string>(
+          "--settings", [&command](const std::string& path) { load(command, path); },
+          "options from a file, a line for each, such as levels=4; those of the command line come first")
+      ->type_name("FILE")
+      ->check(not_empty)
+      ->configurable(false)
+      ->group(group);
+  command
+      .add_option("--save-settings", to,
+                  "writes the options of this run, but for pictures, output and summary, as a file for --settings")
+      ->type_name("FILE")
+      ->check(not_empty)
+      ->configurable(false)
+      ->group(group);
+}
+
+saved_settings::saved_settings(const CLI::App& command, const std::string& path, const std::string& input)
+    : set_(std::filesystem::path(path).parent_path()) {
+  set_.protect(input);
+  if (!path.empty()) set_.add(std::filesystem::path(path).filename()).write(settings_of(command, path));
+}
+
+}  // namespace vrk::tool
