@@ -73,7 +73,7 @@ check-calibrate: out/press.icc # how even ramps become, by a press profile, with
 	@scripts/check-calibrate build/program/tools/vrk out/press.icc out/check-calibrate
 
 dist: # packs out/dist: a zip for 32-bit Windows, a tar.gz and a Debian package for Linux
-	@scripts/packages $(build_packages) $(tool_packages) $(dll_packages) dpkg-dev file
+	@scripts/packages $(build_packages) $(tool_packages) $(dll_packages) dpkg-dev file help2man
 	@$(call build,program)
 	@$(call build,dll)
 	@cpack --config build/program/CPackConfig.cmake -B out/dist

@@ -6,6 +6,9 @@
 #include <exception>
 #include <new>
 
+#include "tools/command_line/completion.h"
+#include "tools/command_line/help.h"
+#include "tools/command_line/option_facts.h"
 #include "tools/command_line/printable.h"
 #include "tools/commands.h"
 #include "tools/files/ending_signals.h"
@@ -22,7 +25,7 @@ exit_code say(exit_code code, const std::string& why) {
 
 std::string names_of_commands(const CLI::App& app) {
   std::string names;
-  for (const CLI::App* const command : app.get_subcommands({})) {
+  for (const CLI::App* const command : vrk::tool::shown_commands(app)) {
     names += (names.empty() ? "" : ", ") + command->get_name();
   }
   return names;
@@ -56,7 +59,7 @@ int main(int argc, char** argv) {
   CLI::App app("vrk: prints pictures with the colour library, and shows the dots", "vrk");
   app.require_subcommand(1);
   app.set_version_flag("--version", std::string("vrk ") + vrk_get_version());
-  app.footer(vrk::tool::exit_help);
+  app.formatter(std::make_shared<vrk::tool::help_format>());
   vrk::tool::add_print_command(app);
   vrk::tool::add_demo_command(app);
   vrk::tool::add_tables_command(app);
@@ -66,6 +69,9 @@ int main(int argc, char** argv) {
   vrk::tool::add_calibrate_command(app);
   vrk::tool::add_compare_command(app);
   vrk::tool::add_report_command(app);
+  vrk::tool::add_completion_command(app);
+  app.footer(vrk::tool::help_footer(
+      {"vrk demo -o out/", "vrk print photo.jpg -o out/ --size 10x15cm --dpi 600", "vrk print --help"}));
   const exit_code code = run(app, argc, argv);
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
     return say(cannot, std::string("standard output: ") + std::strerror(errno));

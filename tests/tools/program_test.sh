@@ -46,6 +46,20 @@ done
 "$vrk" compare page.ppm -o sheet --inks 6 --levels 3 --modulation none --crop 39 0 >/dev/null
 test -s sheet/compare.png
 
+# Words that bash offers for the last one of a command line.
+"$vrk" completion bash >completion
+completes() { # WORDS WORD...
+  test "$1" = "$(shift && bash -c '. ./completion && COMP_WORDS=(vrk "$@") COMP_CWORD=$# && _vrk && echo "${COMPREPLY[*]}"' bash "$@")"
+}
+completes 'print' pri
+completes 'chart calibrate compare' c
+completes '--fill --filter' print --fil
+completes 'shiau-fan sierra-lite sierra-two-row' print photo.jpg --filter s
+completes 'burkes' print --filter = b
+completes '' print --profile --
+completes '' print pho
+completes '--points --precision' link --p
+
 if head -c 1000 page.ppm | "$vrk" print - -o broken 2>complaint; then exit 1; fi
 test "$(wc -l <complaint)" -eq 1
 grep -q '^vrk: standard input: ' complaint

@@ -6,6 +6,7 @@
 #include "tools/calibrate/calibration_plot.h"
 #include "tools/calibrate/cgats.h"
 #include "tools/command_line/finite_range.h"
+#include "tools/command_line/help.h"
 #include "tools/command_line/not_empty.h"
 #include "tools/command_line/printable.h"
 #include "tools/commands.h"
@@ -122,6 +123,8 @@ void add_calibrate_command(CLI::App& app) {
                    "lightness)")
       ->type_name("PERCENT")
       ->check(finite_range(0, 25).description(""));
+  command->footer(
+      help_footer({"vrk calibrate chart.ti3 -o press.1dlt", "vrk calibrate chart.ti3 -o press.1dlt --dot-gain 15"}));
   command->callback([to] { calibrate(*to); });
 }
 

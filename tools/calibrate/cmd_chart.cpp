@@ -3,6 +3,7 @@
 
 #include "tools/calibrate/cgats.h"
 #include "tools/calibrate/chart_reader.h"
+#include "tools/command_line/help.h"
 #include "tools/command_line/not_empty.h"
 #include "tools/command_line/printable.h"
 #include "tools/commands.h"
@@ -65,6 +66,7 @@ void add_chart_command(CLI::App& app) {
       ->capture_default_str();
   add_paper_options(*command, arguments->page, "A4");
   add_dot_options(*command, arguments->options.dots);
+  command->footer(help_footer({"vrk chart -o out/ --inks 6 --levels 4"}));
   command->callback([arguments] { print_chart(*arguments); });
 }
 

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "tools/color/profile_link.h"
+#include "tools/command_line/help.h"
 #include "tools/command_line/not_empty.h"
 #include "tools/command_line/printable.h"
 #include "tools/commands.h"
@@ -62,19 +63,20 @@ void add_link_command(CLI::App& app) {
       ->type_name("ICC")
       ->check(not_empty);
   add_profile_options(*command, to->link, "Colour");
-  command->add_option("--points", to->form.points, "grid points per axis, 2 to 255 (default 17)")
-      ->check(CLI::Range(2, 255).description(""))
+  command->add_option("--points", to->form.points, "grid points per axis (default 17)")
+      ->check(CLI::Range(2, 255))
       ->group("Table");
-  command->add_option("--precision", to->form.precision, "bits that the converter works in: 8 or 12 (default 12)")
-      ->check(CLI::IsMember({8, 12}).description(""))
+  command->add_option("--precision", to->form.precision, "bits that the converter works in (default 12)")
+      ->check(CLI::IsMember({8, 12}))
       ->group("Table");
   command
-      ->add_option(
-          "--encoding", to->encoding,
-          "how the samples are stored: raw16, packed12 (default), packed10, raw8, delta10 (inks), delta8 (RGB)")
-      ->check(CLI::IsMember(encodings).description(""))
+      ->add_option("--encoding", to->encoding,
+                   "how the samples are stored (default packed12); delta10 is for inks, delta8 for RGB")
+      ->check(CLI::IsMember(encodings))
       ->group("Table");
   command->add_option("-o,--output", to->output, "the table")->type_name("FILE")->check(not_empty)->required();
+  command->footer(help_footer({"vrk link --to press.icc -o press.csc2",
+                               "vrk link --to press.icc --intent relative --bpc --ink-limit 280 -o press.csc2"}));
   command->callback([to] { write_link(*to); });
 }
 

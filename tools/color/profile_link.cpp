@@ -67,11 +67,8 @@ auto explained(const Work& work) {
 
 void add_profile_options(CLI::App& command, profile_link& to, const std::string& group) {
   command
-      .add_option("--intent", to.intent,
-                  "what is kept of colours that the device cannot print: perceptual (default), relative, saturation, "
-                  "absolute")
-      ->check(CLI::IsMember(intents).description(""))
-      ->type_name("INTENT")
+      .add_option("--intent", to.intent, "what is kept of colours that the device cannot print (default perceptual)")
+      ->check(CLI::IsMember(intents))
       ->group(group);
   command
       .add_flag("--bpc", to.options.black_point_compensation,

@@ -4,6 +4,7 @@
 #include <optional>
 #include <set>
 
+#include "tools/command_line/help.h"
 #include "tools/command_line/not_empty.h"
 #include "tools/command_line/printable.h"
 #include "tools/commands.h"
@@ -135,7 +136,9 @@ void add_inspect_command(CLI::App& app) {
                    "each FILE in this directory, or FILE.png for one")
       ->type_name("DIR")
       ->check(not_empty);
-  command->footer("Exit code 1 when the library refuses one of the files; the others are shown all the same.");
+  command->footer(
+      help_footer({"vrk inspect table.csc2 blob.ctsi", "vrk inspect levels.edpr --plot out/"},
+                  {"Exit code 1 when the library refuses one of the files; the others are shown all the same."}));
   command->callback([arguments] { inspect(*arguments); });
 }
 

@@ -55,10 +55,9 @@ void add_page_options(CLI::App& command, page_options& to) {
   command
       .add_option_function<std::string>(
           "--rotate", [&to, turns](const std::string& text) { to.quarter_turns = turns.at(text); },
-          "degrees clockwise, after the orientation that the file asks for: 0, 90, 180, 270, or auto, which turns the "
+          "degrees clockwise, after the orientation that the file asks for; auto turns the "
           "picture by 90 where it is wide and the page of --size is high, or the other way round (default auto)")
-      ->check(CLI::IsMember(turns).description(""))
-      ->type_name("DEGREES")
+      ->check(CLI::IsMember(turns))
       ->group(group);
   command.add_flag("--ignore-orientation", to.as_stored, "do not turn the picture as its file asks for (EXIF)")
       ->group(group);

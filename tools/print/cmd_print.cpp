@@ -2,6 +2,7 @@
 #include <string>
 
 #include "tools/color/open_picture.h"
+#include "tools/command_line/help.h"
 #include "tools/command_line/settings.h"
 #include "tools/commands.h"
 #include "tools/page/page.h"
@@ -13,6 +14,8 @@
 
 namespace vrk::tool {
 namespace {
+
+constexpr const char* picture_group = "Pictures of the print";
 
 struct print_arguments {
   image_argument image;
@@ -80,6 +83,7 @@ void add_ink_options(CLI::App& command, ink_options& to) {
 }
 
 void add_run_options(CLI::App& command, print_options& to) {
+  const std::string group = "Work";
   const std::map<std::string, pixel_layout> layouts{{"rgb", pixel_layout::rgb},
                                                     {"bgr", pixel_layout::bgr},
                                                     {"bgrx", pixel_layout::bgrx},
@@ -88,10 +92,12 @@ void add_run_options(CLI::App& command, print_options& to) {
       .add_option_function<std::string>(
           "--layout", [&to, layouts](const std::string& name) { to.layout = layouts.at(name); },
           "pixel layout between stages (default rgb); the print stays the same")
-      ->check(CLI::IsMember(layouts));
-  command.add_flag("--width16", to.width16, "16-bit samples from the first stage to the last");
+      ->check(CLI::IsMember(layouts))
+      ->group(group);
+  command.add_flag("--width16", to.width16, "16-bit samples from the first stage to the last")->group(group);
   command.add_option("--threads", to.threads, "threads to work with (default: one per core); the print stays the same")
-      ->check(CLI::Range(1, 256));
+      ->check(CLI::Range(1, 256))
+      ->group(group);
 }
 
 void add_table_files(CLI::App& command, table_files& to) {
@@ -112,12 +118,16 @@ void add_table_files(CLI::App& command, table_files& to) {
 }
 
 void add_preview_options(CLI::App& command, picture_options& to) {
-  CLI::Option* const without = command.add_flag_callback(
-      "--no-preview", [&to] { to.drawn = false; }, "draw neither preview.png nor detail.png, which saves time");
+  CLI::Option* const without =
+      command
+          .add_flag_callback(
+              "--no-preview", [&to] { to.drawn = false; }, "draw neither preview.png nor detail.png, which saves time")
+          ->group(picture_group);
   command.add_option("--preview-size", to.preview_size, "pixels of the longer side of preview.png, at most")
       ->check(CLI::Range(16, 16384))
       ->capture_default_str()
-      ->excludes(without);
+      ->excludes(without)
+      ->group(picture_group);
 }
 
 void add_print_options(CLI::App& command, print_arguments& to) {
@@ -133,7 +143,6 @@ void add_print_options(CLI::App& command, print_arguments& to) {
   add_preview_options(command, to.options.pictures);
   add_run_options(command, to.options);
   add_summary_options(command, to.told);
-  command.footer(std::string(curve_help) + "\n\n" + blob_help + "\n\n" + exit_help);
 }
 
 // Prints, and then leaves the settings of this print where they are asked for.
@@ -187,7 +196,12 @@ void add_print_command(CLI::App& app) {
                    "centre of detail.png, in pixels of the page (default: its centre)")
       ->type_name("X Y")
       ->expected(2)
-      ->excludes("--no-preview");
+      ->excludes("--no-preview")
+      ->group(picture_group);
+  command->footer(help_footer({"vrk print photo.jpg -o out/ --size 10x15cm --fill --dpi 600",
+                               "vrk print photo.jpg -o out/ --profile press.icc --ink-limit 280 --levels 4",
+                               "vrk print photo.jpg -o out/ --settings press.conf --quiet"},
+                              {curve_help, blob_help}));
   command->callback([arguments, command] { run_print(*command, *arguments); });
 }
 
@@ -199,6 +213,7 @@ void add_demo_command(CLI::App& app) {
   command->add_option("--dpi", arguments->dpi, "pixels per inch of the A4 page")
       ->check(CLI::Range(20, 2400))
       ->capture_default_str();
+  command->footer(help_footer({"vrk demo -o out/ --dpi 300 --inks 6"}, {curve_help, blob_help}));
   command->callback([arguments, command] { print_sample(*command, *arguments); });
 }
 

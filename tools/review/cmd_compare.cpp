@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "tools/color/open_picture.h"
+#include "tools/command_line/help.h"
 #include "tools/command_line/printable.h"
 #include "tools/commands.h"
 #include "tools/page/page.h"
@@ -60,6 +61,7 @@ void add_compare_command(CLI::App& app) {
   command->add_option("--modulation", arguments->modulation, "modulation of the thresholds of error diffusion")
       ->check(CLI::IsMember({"none", "noise"}))
       ->capture_default_str();
+  command->footer(help_footer({"vrk compare photo.jpg -o out/ --crop 1200 800"}));
   command->callback([arguments] { compare(*arguments); });
 }
 

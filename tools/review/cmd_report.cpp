@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "tools/command_line/help.h"
 #include "tools/command_line/not_empty.h"
 #include "tools/command_line/printable.h"
 #include "tools/commands.h"
@@ -50,6 +51,7 @@ void add_report_command(CLI::App& app) {
   command->add_option("--modulation", arguments->modulation, "modulation of the thresholds of error diffusion")
       ->check(CLI::IsMember({"none", "noise"}))
       ->capture_default_str();
+  command->footer(help_footer({"vrk report -o out/ --levels 4"}));
   command->callback([arguments] { report(*arguments); });
 }
 

@@ -7,6 +7,7 @@
 #include "kit/presets.h"
 #include "kit/threshold_matrices.h"
 #include "kit/tone_curves.h"
+#include "tools/command_line/help.h"
 #include "tools/command_line/not_empty.h"
 #include "tools/command_line/printable.h"
 #include "tools/commands.h"
@@ -161,6 +162,7 @@ void add_tables_command(CLI::App& app) {
       ->type_name("DIR")
       ->check(not_empty)
       ->required();
+  command->footer(help_footer({"vrk tables -o t/", "vrk tables -o t/ inks.csc2 dither"}));
   command->callback([arguments] { write_tables(*arguments); });
 }
 
