@@ -49,7 +49,7 @@ profile::profile(std::string name, owner handle) : name_(std::move(name)), handl
 std::string profile::description() const {
   char text[256] = "";
   cmsGetProfileInfoASCII(lcms(), cmsInfoDescription, "en", "US", text, sizeof text);
-  return text;
+  return *text != 0 ? text : "a profile without a name";
 }
 
 }  // namespace vrk::profiles

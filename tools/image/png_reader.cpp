@@ -24,6 +24,30 @@ bool are_those_of_srgb(const profiles::primaries& colors) {
                             [](double a, double b) { return std::abs(a - b) < rounding; });
 }
 
+// The camera's note of a file that can be read twice; none for others. It may stand behind the picture's data, where it
+// is found too late by who reads those line by line.
+kit::bytes find_exif(std::FILE* file) {
+  constexpr long signature_bytes = 8, sum_bytes = 4;
+  constexpr std::uint32_t most = 1 << 20;
+  const long start = std::ftell(file);
+  if (start < 0 || std::fseek(file, start + signature_bytes, SEEK_SET) != 0) return {};
+  kit::bytes found;
+  std::array<std::uint8_t, 8> head{};  // of a chunk: length and type
+  while (found.empty() && std::fread(head.data(), 1, head.size(), file) == head.size()) {
+    const std::uint32_t length = png_get_uint_32(head.data());
+    const std::string_view type(reinterpret_cast<const char*>(&head[4]), 4);
+    if (type == "IEND" || length > PNG_UINT_31_MAX) break;
+    if (type == "eXIf" && length <= most) {
+      found.resize(length);
+      found.resize(std::fread(found.data(), 1, length, file));
+    } else if (std::fseek(file, long(length) + sum_bytes, SEEK_CUR) != 0) {
+      break;
+    }
+  }
+  std::fseek(file, start, SEEK_SET);
+  return found;
+}
+
 // Palettes and low bit depths become 8 bits, transparent pixels are blended with white, 16-bit samples stay.
 class png_reader final : public image_reader {
  public:
@@ -32,8 +56,9 @@ class png_reader final : public image_reader {
     png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, on_error, on_warning);
     info_ = png_create_info_struct(png_);
     try {
+      const kit::bytes exif = find_exif(file_.get());
       run_c(failure_, name_, [this] { read_header(); });
-      read_notes();
+      read_notes(exif);
       read_profile();
       if (png_get_interlace_type(png_, info_) != PNG_INTERLACE_NONE) read_whole(max_memory);
     } catch (...) {
@@ -80,11 +105,12 @@ class png_reader final : public image_reader {
     bits_ = png_get_bit_depth(png_, info_);
   }
 
-  void read_notes() {
+  void read_notes(const kit::bytes& found) {
     png_uint_32 size = 0, x = 0, y = 0;
     png_bytep exif = nullptr;
-    if (png_get_eXIf_1(png_, info_, &size, &exif) != 0) {
-      const exif_notes notes = read_exif(exif, size);
+    const bool in_front = png_get_eXIf_1(png_, info_, &size, &exif) != 0;
+    if (in_front || !found.empty()) {
+      const exif_notes notes = in_front ? read_exif(exif, size) : read_exif(found.data(), found.size());
       dpi_ = notes.dpi;
       seen_ = notes.seen;
       profile_ = profile_of(notes.color, channels_);

@@ -277,6 +277,11 @@ TEST_F(image, knows_its_size_on_paper_and_which_way_up_it_is) {
                    TIFFSetField(to, TIFFTAG_ICCPROFILE, 7, "profile");
                  }});
   };
+  const auto late = [](std::string file) {  // the note behind the picture
+    const std::size_t at = file.find("eXIf") - 4, bytes = 12 + std::size_t(file[at + 3]);
+    const std::string chunk = file.substr(at, bytes);
+    return file.erase(at, bytes).insert(file.size() - 12, chunk);
+  };
   constexpr double cm = 2.54;
   const struct {
     const char* name;
@@ -298,6 +303,7 @@ TEST_F(image, knows_its_size_on_paper_and_which_way_up_it_is) {
                {"both.png", png_with(exif(7, 300, 2), 10000), 254, 7},
                {"exif.webp", webp(drawn(4, level), exif(6, 300, 2)), 300, 6},
                {"lead.webp", webp(drawn(4, level), lead + exif(6, 300, 2)), 300, 6},
+               {"late.png", late(png_with(exif(6, 300, 2), 0)), 300, 6},
                {"inch.tif", tiff_with(RESUNIT_INCH, 300, 6), 300, 6},
                {"cm.tif", tiff_with(RESUNIT_CENTIMETER, 100, 3), 100 * cm, 3},
                {"none.tif", tiff_with(RESUNIT_NONE, 1, 1), 0}};

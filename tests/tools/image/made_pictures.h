@@ -1,6 +1,7 @@
 // PNG and JPEG files for tests, and what cameras note in them.
 #pragma once
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -75,66 +76,36 @@ inline void write_marker(jpeg_compress_struct& to, int marker, const std::string
   jpeg_write_marker(&to, marker, reinterpret_cast<const JOCTET*>(data.data()), unsigned(data.size()));
 }
 
-// A camera's notes in the byte order of big machines: fields whose values are numbers of 16 or 32 bits, or lie where
-// their number says.
-class made_exif {
- public:
-  enum kind : unsigned { text = 2, number = 3, long_number = 4, ratio = 5 };
-  struct field {
-    unsigned tag;
-    kind type;
-    unsigned value, count = 1;
-  };
-
-  made_exif() {
-    kit::put_text(bytes_, "MM");
-    kit::put_be16(bytes_, 42);
-    kit::put_be32(bytes_, 8);
+// A directory of EXIF as big machines write it: tag, type and value of every field. Types: 2 for four characters, 3 for
+// a number of 16 bits, 4 for one of 32 bits, 5 for a ratio that lies where the value says.
+inline std::string exif_directory(std::initializer_list<std::array<unsigned, 3>> fields) {
+  kit::bytes to;
+  kit::put_be16(to, unsigned(fields.size()));
+  for (const auto& [tag, type, value] : fields) {
+    kit::put_be16(to, tag);
+    kit::put_be16(to, type);
+    kit::put_be32(to, type == 2 ? 4 : 1);
+    kit::put_be32(to, type == 3 ? value << 16 : value);
   }
-  // Bytes that a directory of so many fields takes.
-  static constexpr unsigned size_of(unsigned fields) { return 2 + 12 * fields + 4; }
-  void add(const std::vector<field>& fields) {
-    kit::put_be16(bytes_, unsigned(fields.size()));
-    for (const field& f : fields) {
-      kit::put_be16(bytes_, f.tag);
-      kit::put_be16(bytes_, f.type);
-      kit::put_be32(bytes_, f.count);
-      kit::put_be32(bytes_, f.type == number ? f.value << 16 : f.value);
-    }
-    kit::put_be32(bytes_, 0);
-  }
-  void add_ratio(unsigned over, unsigned under) {
-    kit::put_be32(bytes_, over);
-    kit::put_be32(bytes_, under);
-  }
-  std::string block() const { return {bytes_.begin(), bytes_.end()}; }
+  kit::put_be32(to, 0);
+  return {to.begin(), to.end()};
+}
+inline const std::string exif_start("MM\0\x2A\0\0\0\x08", 8);
 
- private:
-  kit::bytes bytes_;
-};
-
-// An orientation, and dots per unit of length (2: inch, 3: cm) across; half as many down.
+// A camera's notes: an orientation, and dots per unit of length (2: inch, 3: cm) across; half as many down.
 inline std::string exif(unsigned seen, unsigned dots, unsigned unit) {
-  constexpr unsigned ratios_at = 8 + made_exif::size_of(4);
-  made_exif notes;
-  notes.add({{0x112, made_exif::number, seen},
-             {0x11A, made_exif::ratio, ratios_at},
-             {0x11B, made_exif::ratio, ratios_at + 8},
-             {0x128, made_exif::number, unit}});
-  notes.add_ratio(dots, 1);
-  notes.add_ratio(dots, 2);
-  return notes.block();
+  constexpr unsigned ratios_at = 8 + 2 + 4 * 12 + 4;
+  kit::bytes ratios;
+  for (const unsigned number : {dots, 1U, dots, 2U}) kit::put_be32(ratios, number);
+  return exif_start +
+         exif_directory({{0x112, 3, seen}, {0x11A, 5, ratios_at}, {0x11B, 5, ratios_at + 8}, {0x128, 3, unit}}) +
+         std::string(ratios.begin(), ratios.end());
 }
 
-// A colour space, and the files that the camera's go together with: four characters.
-inline std::string exif_of_color(unsigned space, std::string_view index) {
-  constexpr unsigned camera_at = 8 + made_exif::size_of(1), index_at = camera_at + made_exif::size_of(2);
-  kit::bytes value(index.begin(), index.end());
-  made_exif notes;
-  notes.add({{0x8769, made_exif::long_number, camera_at}});
-  notes.add({{0xA001, made_exif::number, space}, {0xA005, made_exif::long_number, index_at}});
-  notes.add({{1, made_exif::text, unsigned(value[0] << 24 | value[1] << 16 | value[2] << 8), 4}});
-  return notes.block();
+// A colour space, and by four characters the files that the camera's go together with.
+inline std::string exif_of_color(unsigned space, unsigned index) {
+  return exif_start + exif_directory({{0x8769, 4, 26}}) + exif_directory({{0xA001, 3, space}, {0xA005, 4, 56}}) +
+         exif_directory({{1, 2, index}});
 }
 
 }  // namespace vrk::test
