@@ -29,13 +29,13 @@ std::string read_text(const std::string& path) {
 }
 
 // Options that the text names, each with all values that it gives to them.
-std::vector<setting> find_settings(const CLI::App& command, const std::string& text, const std::string& path) {
+std::vector<setting> find_settings(CLI::App& command, const std::string& text, const std::string& path) {
   std::istringstream lines(text);
   std::vector<setting> found;
   for (const CLI::ConfigItem& item : command.get_config_formatter()->from_config(lines)) {
     const bool own = item.parents.empty() || item.parents == std::vector{command.get_name()};
     if (own && (item.name == "++" || item.name == "--")) continue;  // a section begins or ends
-    auto* const option = const_cast<CLI::Option*>(own ? command.get_option_no_throw("--" + item.name) : nullptr);
+    CLI::Option* const option = own ? command.get_option_no_throw("--" + item.name) : nullptr;
     if (option == nullptr) {
       throw usage_error(path + ": \"" + (item.name == "++" ? item.parents.back() : item.fullname()) +
                         "\" is no setting of vrk " + command.get_name() + ", expected its long options without --");
@@ -50,12 +50,13 @@ std::vector<setting> find_settings(const CLI::App& command, const std::string& t
   return found;
 }
 
-void load(const CLI::App& command, const std::string& path) {
+void load(CLI::App& command, const std::string& path) {
   for (auto& [option, values] : find_settings(command, read_text(path), path)) {
     if (option->count() != 0) continue;
     try {
       const bool flag = option->get_expected_min() == 0;
       if (flag && values.size() == 1) values[0] = option->get_flag_value(option->get_single_name(), values[0]);
+      if (flag && values == std::vector<std::string>{"false"}) continue;  // as if it were not there
       option->add_result(values);
       option->run_callback();
     } catch (const CLI::ParseError& error) {
@@ -65,7 +66,7 @@ void load(const CLI::App& command, const std::string& path) {
 }
 
 // What was given, as text that says the same when it is read.
-std::string settings_of(const CLI::App& command, const std::string& path) {
+std::string settings_of(CLI::App& command, const std::string& path) {
   const std::string text = command.config_to_str();
   for (const auto& [option, values] : find_settings(command, text, path)) {
     const std::vector<std::string> given = option->reduced_results();
@@ -97,7 +98,7 @@ void add_settings_options(CLI::App& command, std::string& to) {
       ->group(group);
 }
 
-saved_settings::saved_settings(const CLI::App& command, const std::string& path, const std::string& input)
+saved_settings::saved_settings(CLI::App& command, const std::string& path, const std::string& input)
     : set_(std::filesystem::path(path).parent_path()) {
   set_.protect(input);
   if (!path.empty()) set_.add(std::filesystem::path(path).filename()).write(settings_of(command, path));

@@ -18,7 +18,7 @@ void add_settings_options(CLI::App& command, std::string& to);
 class saved_settings {
  public:
   // input: a file that is not replaced
-  saved_settings(const CLI::App& command, const std::string& path, const std::string& input);
+  saved_settings(CLI::App& command, const std::string& path, const std::string& input);
 
   void protect(const std::string& file) { set_.protect(file); }
   void keep() { set_.keep(); }

@@ -146,7 +146,7 @@ void add_print_options(CLI::App& command, print_arguments& to) {
 }
 
 // Prints, and then leaves the settings of this print where they are asked for.
-void print_and_save(const CLI::App& command, const print_arguments& arguments, image_reader& page,
+void print_and_save(CLI::App& command, const print_arguments& arguments, image_reader& page,
                     const print_options& options, output_set& to) {
   saved_settings settings(command, arguments.save_settings, arguments.image.path);
   const print_report report = print_page(page, options, to);
@@ -157,7 +157,7 @@ void print_and_save(const CLI::App& command, const print_arguments& arguments, i
   show(report, arguments.told, stdout);
 }
 
-void print_sample(const CLI::App& command, const print_arguments& arguments) {
+void print_sample(CLI::App& command, const print_arguments& arguments) {
   print_options options = arguments.options;
   options.silent = arguments.told == summary::quiet;
   // detail.png shows the balloon of the page's photograph.
@@ -167,7 +167,7 @@ void print_sample(const CLI::App& command, const print_arguments& arguments) {
   print_and_save(command, arguments, *read_sample_page(arguments.dpi), options, files);
 }
 
-void run_print(const CLI::App& command, const print_arguments& arguments) {
+void run_print(CLI::App& command, const print_arguments& arguments) {
   print_options options = arguments.options;
   options.silent = arguments.told == summary::quiet;
   const std::vector<unsigned>& centre = arguments.detail_centre;

@@ -24,6 +24,9 @@ TEST_F(settings, saved_and_loaded_give_the_same_print) {
   print(page, few_points_ + "--levels 3 --lift 2 --save-settings " + quoted);
   const std::vector<std::string> overridden = print(page, "--settings " + quoted + " --levels 4").planes;
   EXPECT_EQ(overridden, print(page, few_points_ + "--levels 4 --lift 2").planes);
+  const std::string by_hand =
+      save("by_hand", "# no page to fill\nfill=false\n[print]\nlift = 2\nlevels = 4 # of a dot\n");
+  EXPECT_EQ(overridden, print(page, few_points_ + "--settings " + by_hand).planes);
 }
 
 TEST_F(settings, name_what_they_cannot_say) {
