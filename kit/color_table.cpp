@@ -4,6 +4,7 @@
 #include <span>
 
 #include "kit/bit_writer.h"
+#include "kit/delta_stream.h"
 
 namespace vrk::kit {
 namespace {
@@ -30,56 +31,6 @@ void put_packed(bytes& out, const color_grid& grid, unsigned bits) {
   stream.align();
 }
 
-// One code for differences: a prefix, then a payload that numbers the differences of one or two ranges.
-struct delta_code {
-  unsigned prefix, prefix_bits, payload_bits;
-  int first, last;             // first range
-  int first2 = 0, last2 = -1;  // second range, empty by default
-};
-
-// Shortest first.
-constexpr std::array<delta_code, 4> delta8_codes{{
-    {0b000, 3, 0, 0, 0},
-    {0b1, 1, 5, -16, 15},
-    {0b01, 2, 6, -64, -17, 16, 31},
-    {0b001, 3, 9, -256, 255},
-}};
-constexpr std::array<delta_code, 4> delta10_codes{{
-    {0b01, 2, 0, 0, 0},
-    {0b1, 1, 7, -32, 95},
-    {0b001, 3, 8, -192, -33, 96, 191},
-    {0b000, 3, 11, -1024, 1023},
-}};
-
-void put_difference(bit_writer& stream, std::span<const delta_code> codes, int d) {
-  for (const delta_code& code : codes) {
-    const bool in_first = code.first <= d && d <= code.last;
-    if (!in_first && (d < code.first2 || d > code.last2)) continue;
-    stream.put(code.prefix_bits, code.prefix);
-    const int payload = in_first ? d - code.first : d - code.first2 + (code.last - code.first + 1);
-    if (code.payload_bits != 0) stream.put(code.payload_bits, unsigned(payload));
-    return;
-  }
-}
-
-// Plane after plane. The first sample is stored as it is; every other is the one before minus a coded difference.
-void put_delta(bytes& out, const color_grid& grid, unsigned bits, std::span<const delta_code> codes) {
-  bit_writer stream(out);
-  for (std::size_t channel = 0; channel < grid.channels; ++channel) {
-    int previous = -1;
-    for (std::size_t i = channel; i < grid.samples.size(); i += grid.channels) {
-      const int sample = grid.samples[i] >> (16u - bits);
-      if (previous < 0) {
-        stream.put(bits, unsigned(sample));
-      } else {
-        put_difference(stream, codes, previous - sample);
-      }
-      previous = sample;
-    }
-  }
-  stream.align();
-}
-
 void put_grid(bytes& out, const color_grid& grid, grid_encoding encoding, unsigned delta_codes_unused) {
   switch (encoding) {
     case grid_encoding::raw16:
@@ -91,9 +42,9 @@ void put_grid(bytes& out, const color_grid& grid, grid_encoding encoding, unsign
     case grid_encoding::raw8:
       return put_packed(out, grid, 8);
     case grid_encoding::delta10:
-      return put_delta(out, grid, 10, std::span(delta10_codes).subspan(delta_codes_unused));
+      return put_delta_stream(out, grid, 10, delta_codes_unused);
     case grid_encoding::delta8:
-      return put_delta(out, grid, 8, std::span(delta8_codes).subspan(delta_codes_unused));
+      return put_delta_stream(out, grid, 8, delta_codes_unused);
   }
 }
 

@@ -7,6 +7,7 @@
 #include "base/tag.h"
 #include "kit/blob.h"
 #include "kit/color_table.h"
+#include "kit/delta_stream.h"
 #include "kit/inspect.h"
 #include "kit/planes.h"
 
@@ -108,7 +109,23 @@ refusal wrong_axes_or_length(byte_view image, const grid_header& h, bool prec12)
   return {};
 }
 
-refusal wrong_grid(byte_view image, bool second, bool prec12) {
+// Differences that leave the range of samples, or an image that ends before them.
+refusal wrong_differences(const bytes& image, const grid_header& h) {
+  const unsigned bits = h.encoding == grid_encoding::delta8 ? 8 : 10;
+  const auto fault = first_delta_fault(image, 12 + 6 * h.points, unsigned(h.channels), unsigned(h.points), bits);
+  if (!fault) return {};
+  const auto along = [&](u64 axis_points) { return number(fault->point / axis_points % h.points); };
+  const std::string place =
+      "at grid point (" + along(h.points * h.points) + ", " + along(h.points) + ", " + along(1) + ") of " +
+      (h.channels == 3 ? std::string(1, "RGB"[fault->plane]) : "plane " + plane_name(table_position[fault->plane]));
+  if (!fault->sample) {
+    return {"length", number(image.size()), {}, "more for its differences, which end before the one " + place};
+  }
+  return {"sample " + place, std::to_string(*fault->sample), fault->offset, "0 to " + number((1U << bits) - 1)};
+}
+
+refusal wrong_grid(const bytes& table, bool second, bool prec12) {
+  byte_view image(table.data(), table.size());
   if (image.byte(8) != 3) return mismatch("input channels", image.byte(8), 8, "3");
   const grid_header h{image.byte(9), image.byte(10), grid_encoding(image.byte(11))};
   if (second ? h.channels != 4 && h.channels != 6 : h.channels != 3) {
@@ -119,7 +136,8 @@ refusal wrong_grid(byte_view image, bool second, bool prec12) {
   if (h.encoding > grid_encoding::raw8 && h.encoding != delta) {
     return mismatch("grid encoding", u64(h.encoding), 11, "0, 1, 2, 3 or " + number(u64(delta)));
   }
-  return wrong_axes_or_length(image, h, prec12);
+  if (refusal why = wrong_axes_or_length(image, h, prec12); why) return why;
+  return h.encoding == delta ? wrong_differences(table, h) : refusal{};
 }
 
 refusal wrong_curves_or_length(byte_view image, u64 curves) {
@@ -154,7 +172,7 @@ refusal why_refused_csc1(const bytes& image, bool prec12) {
   if (refusal why = wrong_start(view, "csc1", 0, 8); why) return why;
   if (is_fixed_rule(image)) return {};
   if (refusal why = wrong_start(view, "csc1", version_001z, 13); why) return why;
-  return wrong_grid(view, false, prec12);
+  return wrong_grid(image, false, prec12);
 }
 
 refusal why_refused_csc2(const bytes& image, unsigned input_samples, bool prec12) {
@@ -164,7 +182,7 @@ refusal why_refused_csc2(const bytes& image, unsigned input_samples, bool prec12
     return {"magic", quoted(tag("1dlt")), 0, "\"csc2\": a tone curve takes pixels of one sample"};
   }
   if (refusal why = wrong_start(view, "csc2", version_001z, 13); why) return why;
-  return wrong_grid(view, true, prec12);
+  return wrong_grid(image, true, prec12);
 }
 
 refusal why_refused_edpr(const bytes& image) {

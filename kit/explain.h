@@ -23,8 +23,7 @@ struct refusal {
   std::string text() const;
 };
 
-// Each returns the first reason for which the library's create function would refuse the image. The body of a delta
-// stream is not decoded.
+// Each returns the first reason for which the library's create function would refuse the image.
 refusal why_refused_csc1(const bytes& image, bool prec12);
 refusal why_refused_csc2(const bytes& image, unsigned input_samples, bool prec12);
 refusal why_refused_edpr(const bytes& image);

@@ -1,6 +1,7 @@
 // Both converters; grids for the first have three channels, for the second four or six.
 #include <numeric>
 
+#include "kit/explain.h"
 #include "tests/csc/csc_reference.h"
 
 namespace {
@@ -47,7 +48,11 @@ TEST(csc_grid, any_delta_stream_is_built_or_refused) {
     fenced_block memory(create_csc(header, channels, 3, 0, nullptr));
     const auto built = [&](bytes stream) {
       stream.insert(stream.begin(), header.begin(), header.end());
-      return create_csc(stream, channels, 3, 0, memory.data()) != 0;
+      const bool taken = create_csc(stream, channels, 3, 0, memory.data()) != 0;
+      const vrk::kit::refusal why =
+          channels == 3 ? vrk::kit::why_refused_csc1(stream, false) : vrk::kit::why_refused_csc2(stream, 3, false);
+      EXPECT_EQ(taken, !why) << why.text();
+      return taken;
     };
     // One bits: full scale, then every sample 15 or 95 less. 0 and then one bits: the second sample is below 0 at once.
     // Full scale, then 16 or 32 more.

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <span>
+#include <stdexcept>
 
 #include "kit/inspect.h"
 #include "kit/presets.h"
@@ -55,9 +56,7 @@ class sizes_of {
   void build(const create_call& create, handle_size& to) const {
     stage_handle handle;
     if (!handle.build([&](void* mem) { return create(1, mem); })) {
-      // All that the kit does not judge is the body of a delta stream.
-      to.refused = {"grid", "of differences that leave the range of samples, or the image", {}, "neither"};
-      return;
+      throw std::logic_error(image_.name + ": the library refuses it for " + to.use + ", but the kit knows no reason");
     }
     const std::uint32_t of_one_pixel = create(1, nullptr);
     to.pixel_bytes = create(2, nullptr) - of_one_pixel;

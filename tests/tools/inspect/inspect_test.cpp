@@ -73,6 +73,8 @@ TEST_F(inspect, tells_why_a_table_is_refused) {
   kit::color_table stream = kit::ink_table(4, 3, kit::grid_encoding::delta10);
   kit::bytes cut = stream.encode();
   cut.pop_back();
+  // The highest sample, and then 32 more.
+  const kit::bytes lifted = changed(changed(changed(stream.encode(), 30, 0xFF), 31, 0xE0), 32, 0);
   const kit::bytes curve = kit::black_ink_curve().encode();
   const struct {
     kit::bytes image;
@@ -83,7 +85,8 @@ TEST_F(inspect, tells_why_a_table_is_refused) {
       {changed(kit::ed_parameters(4, 2).encode(), 15, 0), "modulation matrix", "14"},
       {changed(kit::dither_parameters(4, 2, "bayer2").encode(), 29, 3), "bits of plane K", "29"},
       {changed(kit::blob{.entries = {{"HN", curve}}}.encode(), 31, 0), "end of header", "31"},
-      {cut, "grid", "null"},
+      {cut, "length", "null"},
+      {lifted, "sample at grid point (0, 0, 1) of plane K", "31"},
       {{'\x1B', '[', '3', '1', 'm'}, "magic", "0"},
   };
   for (const auto& [image, field, offset] : cases) {
