@@ -18,11 +18,22 @@ constexpr double romm_of_xyz[3][3] = {
 constexpr double srgb_of_romm[3][3] = {
     {2.034076, -0.727334, -0.306742}, {-0.228813, 1.231730, -0.002917}, {-0.008570, -0.153287, 1.161856}};
 
-std::vector<rgb> seen(const printed_color& shown, const std::vector<inks>& printed) {
-  samples device;
+samples pixels_of(const std::vector<inks>& printed, unsigned channels) {
+  samples pixels;
   for (const inks& each : printed) {
-    for (unsigned i = 0; i < shown.channels(); ++i) device.push_back(std::uint16_t(std::lround(each[i] * 65535)));
+    for (unsigned i = 0; i < channels; ++i) pixels.push_back(std::uint16_t(std::lround(each[i] * 65535)));
   }
+  return pixels;
+}
+
+std::vector<inks> inks_of(const samples& pixels, unsigned channels) {
+  std::vector<inks> printed(pixels.size() / channels);
+  for (std::size_t i = 0; i < pixels.size(); ++i) printed[i / channels][i % channels] = pixels[i] / 65535.0;
+  return printed;
+}
+
+std::vector<rgb> seen(const printed_color& shown, const std::vector<inks>& printed) {
+  const samples device = pixels_of(printed, shown.channels());
   std::vector<rgb> colors;
   for (const lab& color : shown.of(device)) {
     const cmsCIELab from{color[0], color[1], color[2]};
@@ -71,16 +82,16 @@ Number mean_of(std::array<Number, 64> overprints, std::span<const double> shares
   return overprints[0];
 }
 
-// The n for channel c. Errors count by their cube roots, which are even to the eye.
-double fitted_n(std::size_t c, const std::vector<rgb>& overprints, const std::vector<inks>& printed,
-                const std::vector<rgb>& wanted, unsigned channels) {
+// The n for channel c. dots: of so many planes. Errors count by their cube roots, which are even to the eye.
+double fitted_n(std::size_t c, const std::vector<rgb>& overprints, const std::vector<inks>& dots, unsigned planes,
+                const std::vector<rgb>& wanted) {
   double best = 1, least = HUGE_VAL;
   for (double root = 1; root > 0.1; root -= 0.01) {
     std::array<double, 64> of_dots{};
     for (std::size_t i = 0; i < overprints.size(); ++i) of_dots[i] = std::pow(overprints[i][c], root);
     double error = 0;
-    for (std::size_t i = 0; i < printed.size(); ++i) {
-      const double mean = std::pow(mean_of(of_dots, std::span(printed[i]).first(channels)), 1 / root);
+    for (std::size_t i = 0; i < dots.size(); ++i) {
+      const double mean = std::pow(mean_of(of_dots, std::span(dots[i]).first(planes)), 1 / root);
       error += std::pow(std::cbrt(mean) - std::cbrt(wanted[i][c]), 2);
     }
     if (error < least) best = 1 / root, least = error;
@@ -101,12 +112,14 @@ void add_light_inks(std::vector<rgb>& overprints) {
 
 }  // namespace
 
-printed_dots::printed_dots(const printed_color& shown, unsigned planes) {
+printed_dots::printed_dots(const printed_color& shown, unsigned planes, const dots_of_inks& printed_as) {
   std::vector<rgb> overprints = seen(shown, full_inks(shown.channels()));
-  const std::vector<inks> printed = inks_to_fit(shown.channels());
-  const std::vector<rgb> wanted = seen(shown, printed);
-  for (std::size_t c = 0; c < 3; ++c) n_[c] = float(fitted_n(c, overprints, printed, wanted, shown.channels()));
   if (planes > shown.channels()) add_light_inks(overprints);
+  const std::vector<inks> printed = inks_to_fit(shown.channels());
+  const std::vector<inks> dots =
+      printed_as ? inks_of(printed_as(pixels_of(printed, shown.channels())), planes) : printed;
+  const std::vector<rgb> wanted = seen(shown, printed);
+  for (std::size_t c = 0; c < 3; ++c) n_[c] = float(fitted_n(c, overprints, dots, planes, wanted));
   for (std::size_t c = 0; c < 3; ++c) {
     for (std::size_t i = 0; i < overprints.size(); ++i) {
       overprints_[c][i] = float(std::pow(overprints[i][c], 1 / n_[c]));

@@ -1,6 +1,7 @@
 // Dots of ink on paper as a profile shows them: one by one, and the mean of many.
 #pragma once
 
+#include <functional>
 #include <span>
 
 #include "kit/profiles/printed_color.h"
@@ -16,9 +17,12 @@ class printed_dots {
  public:
   using roots = std::array<float, 3>;  // of red, green and blue; 1 is paper white
 
+  // What post-processing makes of pixels of the profile's inks: samples of every plane of the print, in plane order.
+  using dots_of_inks = std::function<samples(const samples& inks)>;
+
   // planes: of the print, 1 to 6. Where the profile has no light inks, they hold a third of the full ink's pigment, as
-  // in the kit's ink model.
-  printed_dots(const printed_color& shown, unsigned planes);
+  // in the kit's ink model. printed_as: empty where every ink becomes dots of that share.
+  printed_dots(const printed_color& shown, unsigned planes, const dots_of_inks& printed_as = {});
 
   // Dots of these shares of full ink, one a plane, as they count in a mean.
   roots of(std::span<const double> shares) const;

@@ -100,10 +100,11 @@ std::shared_ptr<const profiles::color_link> make_ink_link(const profile_link& li
   });
 }
 
-profiles::printed_dots make_printed_dots(const profile_link& link, unsigned planes) {
+profiles::printed_dots make_printed_dots(const profile_link& link, unsigned planes,
+                                         const profiles::printed_dots::dots_of_inks& printed_as) {
   return explained([&] {
     const profiles::profile to = profile_of(read_table(link.to));
-    return profiles::printed_dots(profiles::printed_color(to, options_of(link, to).order), planes);
+    return profiles::printed_dots(profiles::printed_color(to, options_of(link, to).order), planes, printed_as);
   });
 }
 

@@ -29,8 +29,9 @@ table make_linked_table(const profile_link& link, const profiles::table_form& fo
 // From the colours of a picture in C, M, Y, K, by its profile, to the device's inks.
 std::shared_ptr<const profiles::color_link> make_ink_link(const profile_link& link, const table& picture);
 
-// What a print of so many planes looks like by the device's profile.
-profiles::printed_dots make_printed_dots(const profile_link& link, unsigned planes);
+// What a print of so many planes looks like by the device's profile. printed_as: as of printed_dots.
+profiles::printed_dots make_printed_dots(const profile_link& link, unsigned planes,
+                                         const profiles::printed_dots::dots_of_inks& printed_as);
 
 struct judged_table {
   table made;

@@ -5,6 +5,20 @@
 #include "tools/print/preset_tables.h"
 
 namespace vrk::tool {
+namespace {
+
+// The profile is one of the printer with its curves: what it says of inks holds for the dots that become of them.
+dot_colors look_of(const profile_link& profile, const plane_curves& post, unsigned inks, unsigned planes) {
+  if (!post.any()) return dot_colors(make_printed_dots(profile, planes, {}));
+  const auto curves = make_postproc(post, {inks, 16}, 16);
+  return dot_colors(make_printed_dots(profile, planes, [&](const profiles::samples& pixels) {
+    profiles::samples dots(pixels.size() / inks * planes);
+    curves->run(pixels.data(), std::uint32_t(pixels.size() / inks), dots.data());
+    return dots;
+  }));
+}
+
+}  // namespace
 
 print_tables choose_tables(const print_options& options, line_format source, const table& picture) {
   print_tables tables = read_own_tables(options, picture);
@@ -16,7 +30,7 @@ print_tables choose_tables(const print_options& options, line_format source, con
   const unsigned planes = choose_plane_curves(options.inks.split, inks, tables.post);
   choose_halftone_tables(options.dots, planes, options.precision() == ed_precision::samples16, tables);
   const profile_link& profile = options.inks.profile;
-  if (!profile.to.empty() && options.pictures.drawn) tables.look = dot_colors(make_printed_dots(profile, planes));
+  if (!profile.to.empty() && options.pictures.drawn) tables.look = look_of(profile, tables.post, inks, planes);
   return tables;
 }
 

@@ -29,11 +29,12 @@ TEST_F(print_profile, preview_shows_the_dots_through_it) {
   const struct {
     const char* channels;
     double spread, most;
-    const char* options;
-  } cases[] = {{"CMYK", 1, 4, ""},
-               {"CMYK", 1.8, 16, "--levels 16"},
-               {"CMYKcm", 1.8, 16, ""},
-               {"CMYKcm", 1, 4, "--halftone dither --levels 9"}};
+    const char *options, *curves;  // the profile is one of the printer with its curves
+  } cases[] = {{"CMYK", 1, 4, "", ""},
+               {"CMYK", 1.8, 16, "--levels 16", ""},
+               {"CMYKcm", 1.8, 16, "", ""},
+               {"CMYK", 1, 16, "", "--post dot-gain:0.15"},
+               {"CMYKcm", 1, 4, "--halftone dither --levels 9", ""}};
   for (const auto& c : cases) {
     const std::string icc = save("to.icc", printer_profile(c.channels, c.spread).encode());
     const icc_profile device(cmsOpenProfileFromFile(icc.c_str(), "r")), srgb(cmsCreate_sRGBProfile());
@@ -46,6 +47,7 @@ TEST_F(print_profile, preview_shows_the_dots_through_it) {
       for (unsigned i = 0; i < 96 * 96; ++i) page += color;
       const std::string options = "--preview-size 16 --profile " + icc + " " + c.options;
       const std::vector<double> shares = print(save("page.ppm", page), options).coverage;
+      if (*c.curves != 0) print(path("page.ppm"), options + " " + c.curves);
       std::uint16_t sample[6]{};
       for (unsigned p = 0; p < inks; ++p) sample[vrk::kit::table_position[p]] = std::uint16_t(shares[p] * 65535);
       std::uint8_t expected[3];
