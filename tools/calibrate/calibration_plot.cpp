@@ -41,12 +41,10 @@ void plot_ink(const ink_calibration& ink, chart_sheet& sheet) {
   double most = 0;
   for (const kit::measured_point& step : ink.steps) most = std::max(most, step.value);
   const std::string unit = ink.unit;
-  chart plot = sheet.add(
-      ink_names[std::size_t(std::find(plane_names.begin(), plane_names.end(), ink.plane) - plane_names.begin())], "",
-      axis_up_to(100, "% asked for"),
-      axis_up_to(1.05 * most, unit == "L*"   ? "darker than paper, L"
-                              : unit == "dE" ? "off paper, delta E"
-                                             : "tone value, %"));
+  chart plot = sheet.add(ink_name(ink.plane), "", axis_up_to(100, "% asked for"),
+                         axis_up_to(1.05 * most, unit == "L*"   ? "darker than paper, L"
+                                                 : unit == "dE" ? "off paper, delta E"
+                                                                : "tone value, %"));
   plot.draw_axes();
   plot.plot(line_of([&](double asked) { return ink.made.aim(asked); }), mark, 1);
   plot.plot(before, orange);

@@ -59,6 +59,10 @@ void output_file::write(const void* data, std::size_t bytes) {
   if (std::fwrite(data, 1, bytes, file_) != bytes) fail();
 }
 
+void output_file::seek(std::uint64_t at) {
+  if (fseeko(file_, off_t(at), SEEK_SET) != 0) fail();
+}
+
 void output_file::close() {
   if (std::FILE* const file = std::exchange(file_, nullptr); file != nullptr && std::fclose(file) != 0) fail();
 }

@@ -28,6 +28,7 @@ class output_file {
   const std::filesystem::path& temporary() const { return temporary_; }
   void write(const void* data, std::size_t bytes);
   void write(std::string_view text) { write(text.data(), text.size()); }
+  void seek(std::uint64_t at);  // where the next byte goes
   void close();
 
  private:

@@ -20,7 +20,7 @@ std::string formatted(const char* module, const char* format, va_list values) {
 }  // namespace
 
 tiff_file::tiff_file(tiff_bytes& bytes, const char* mode, const std::string& name, std::uint64_t most)
-    : bytes_(bytes), name_(name) {
+    : bytes_(bytes), name_(name), damaged_(*mode == 'r' ? "is damaged: " : "") {
   const std::unique_ptr<TIFFOpenOptions, void (*)(TIFFOpenOptions*)> options(TIFFOpenOptionsAlloc(),
                                                                              TIFFOpenOptionsFree);
   constexpr auto largest = std::uint64_t(std::numeric_limits<tmsize_t>::max());
@@ -35,7 +35,7 @@ tiff_file::tiff_file(tiff_bytes& bytes, const char* mode, const std::string& nam
 void tiff_file::require(bool worked) const {
   if (worked && failure_.empty()) return;
   if (cut_short_) throw user_error(name_ + ": the file ends before the picture does");
-  throw user_error(name_ + ": " + (failure_.empty() ? "is no valid TIFF file" : failure_));
+  throw user_error(failure_.empty() ? name_ + ": is no valid TIFF file" : failure_);
 }
 
 void tiff_file::close() {
@@ -43,8 +43,8 @@ void tiff_file::close() {
   require(true);
 }
 
-void tiff_file::fail(const std::string& why) {
-  if (failure_.empty()) failure_ = why;
+void tiff_file::fail(const std::string& sentence) {
+  if (failure_.empty()) failure_ = sentence;
 }
 
 tmsize_t tiff_file::read(thandle_t self, void* to, tmsize_t bytes) {
@@ -81,15 +81,17 @@ toff_t tiff_file::seek(thandle_t self, toff_t offset, int whence) {
 toff_t tiff_file::size(thandle_t self) { return from(self).bytes_.size(); }
 
 int tiff_file::report(TIFF*, void* self, const char* module, const char* format, va_list values) {
-  from(self).fail("is damaged: " + formatted(module, format, values));
+  tiff_file& file = from(self);
+  file.fail(file.name_ + ": " + file.damaged_ + formatted(module, format, values));
   return 1;  // and no other handler is asked
 }
 
 // Most warnings are about fields that do not matter. Some decoders invent what is missing and only warn.
 int tiff_file::warn(TIFF*, void* self, const char* module, const char* format, va_list values) {
+  tiff_file& file = from(self);
   const std::string text = formatted(module, format, values);
   const auto has = [&](const char* words) { return text.find(words) != std::string::npos; };
-  if (has("remature end") || has("remature EOF")) from(self).fail("is damaged: " + text);
+  if (has("remature end") || has("remature EOF")) file.fail(file.name_ + ": " + file.damaged_ + text);
   return 1;
 }
 

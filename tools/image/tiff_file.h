@@ -51,10 +51,11 @@ class tiff_file {
   static int report(TIFF*, void* self, const char* module, const char* format, va_list values);
   static int warn(TIFF*, void* self, const char* module, const char* format, va_list values);
 
-  void fail(const std::string& why);
+  void fail(const std::string& sentence);
 
   tiff_bytes& bytes_;
   std::string name_;
+  const char* damaged_;  // between the name and what the library says
   std::uint64_t at_ = 0;
   std::string failure_;  // the first one; empty: none
   bool cut_short_ = false;

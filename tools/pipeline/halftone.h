@@ -3,6 +3,7 @@
 
 #include <vrk.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <memory>
@@ -17,6 +18,11 @@ namespace vrk::tool {
 inline constexpr std::array<std::string_view, 6> plane_names{"k", "c", "m", "y", "lc", "lm"};
 inline constexpr std::array<std::string_view, 6> ink_names{"black",  "cyan",       "magenta",
                                                            "yellow", "light cyan", "light magenta"};
+
+// plane: one of plane_names.
+inline std::string_view ink_name(std::string_view plane) {
+  return ink_names[std::size_t(std::find(plane_names.begin(), plane_names.end(), plane) - plane_names.begin())];
+}
 
 // Dots across and down that a pixel becomes.
 struct dot_scale {

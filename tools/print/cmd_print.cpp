@@ -136,6 +136,12 @@ void add_print_options(CLI::App& command, print_arguments& to) {
       ->check(not_empty)
       ->configurable(false)
       ->required();
+  const std::map<std::string, print_format> formats{{"planes", print_format::planes}, {"tiff", print_format::tiff}};
+  command
+      .add_option("--format", to.options.format,
+                  "planes: a PBM or PGM file for each ink (default); tiff: print.tif, with all inks")
+      ->transform(CLI::CheckedTransformer(formats).description(""))
+      ->type_name("NAME");
   add_tone_options(command, to.options.tone);
   add_ink_options(command, to.options.inks);
   add_dot_options(command, to.options.dots);

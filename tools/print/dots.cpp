@@ -56,9 +56,10 @@ void dots::add_palette(std::size_t first, std::size_t end, std::size_t colors) {
 }
 
 void dots::read_row(const std::uint8_t* packed, unsigned row) {
-  for (plane& to : planes_) {
+  for (std::size_t p = 0; p < planes_.size(); ++p) {
+    plane& to = planes_[p];
     const plane_format& format = *to.format;
-    const std::uint8_t* const from = packed + format.offset + row * format.scale.y / scale_.y * format.line_bytes;
+    const std::uint8_t* const from = packed_line(packed, row, p);
     switch (format.bits) {
       case 1:
         unpack<1>(from, to.codes);

@@ -18,6 +18,12 @@ class dots {
 
   dot_scale scale() const { return scale_; }
 
+  // Where the row of a plane begins in a line of pixels as the halftone wrote it.
+  const std::uint8_t* packed_line(const std::uint8_t* packed, unsigned row, std::size_t plane) const {
+    const plane_format& format = *planes_[plane].format;
+    return packed + format.offset + row * format.scale.y / scale_.y * format.line_bytes;
+  }
+
   // Takes row 0 ... scale().y - 1 of a line of pixels, as the halftone wrote it.
   void read_row(const std::uint8_t* packed, unsigned row);
 

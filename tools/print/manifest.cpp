@@ -14,13 +14,14 @@ using json = nlohmann::ordered_json;
 constexpr const char* manifest_name = "manifest.json";
 constexpr std::string_view picture_names[] = {"preview.png", "detail.png"};
 
-json describe(const plane_format& plane, const std::string& file, const raster& page) {
-  const auto at = std::find(plane_names.begin(), plane_names.end(), plane.name) - plane_names.begin();
-  const auto [width, height, dpi] = finer(page, plane.scale);
-  return {{"file", file},         {"ink", ink_names[std::size_t(at)]},
-          {"bits", plane.bits},   {"levels", plane.levels()},
-          {"width", width},       {"height", height},
-          {"dpi", {dpi.x, dpi.y}}};
+json describe(const plane_format& plane, const plane_place& place) {
+  const auto& [width, height, dpi] = place.size;
+  json told{{"file", place.file},   {"ink", ink_name(plane.name)},
+            {"bits", place.bits},   {"levels", plane.levels()},
+            {"width", width},       {"height", height},
+            {"dpi", {dpi.x, dpi.y}}};
+  if (place.sample) told["sample"] = *place.sample;
+  return told;
 }
 
 // By the options of `vrk print` that give such tables.
@@ -48,7 +49,7 @@ bool may_be_of_a_print(const std::string& name) {
   const auto is_plane = [&](std::string_view plane) {
     return name == std::string(plane) + ".pbm" || name == std::string(plane) + ".pgm";
   };
-  return std::any_of(plane_names.begin(), plane_names.end(), is_plane) ||
+  return name == tiff_planes_name || std::any_of(plane_names.begin(), plane_names.end(), is_plane) ||
          std::find(std::begin(picture_names), std::end(picture_names), name) != std::end(picture_names);
 }
 
@@ -57,7 +58,7 @@ bool may_be_of_a_print(const std::string& name) {
 void add_manifest(const image_reader& source, const page_files& files, const print_tables& tables, output_set& to) {
   json planes = json::array();
   for (std::size_t p = 0; p < files.planes(); ++p) {
-    planes.push_back(describe(files.format(p), files.name(p), files.page()));
+    planes.push_back(describe(files.format(p), files.place(p)));
   }
   const json manifest{{"program", std::string("vrk ") + vrk_get_version()},
                       {"picture", source.name()},

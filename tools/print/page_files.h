@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "tools/image/image_writer.h"
 #include "tools/pipeline/stopwatch.h"
 #include "tools/print/dots.h"
+#include "tools/print/plane_files.h"
 #include "tools/print/preview.h"
 #include "tools/print/print_options.h"
 
@@ -15,37 +15,26 @@ namespace vrk::tool {
 
 class page_files {
  public:
-  // page: in pixels of the picture
-  page_files(output_set& to, const std::vector<plane_format>& planes, const raster& page,
+  // planes: stay where they are. page: in pixels of the picture
+  page_files(output_set& to, const std::vector<plane_format>& planes, const raster& page, print_format format,
              const picture_options& pictures, const dot_colors& look);
 
   // One line of pixels, as the halftone wrote it.
   void add_line(const std::uint8_t* packed);
   void finish();  // after the last line
 
-  const raster& page() const { return page_; }  // in pixels
   bool drawn() const { return small_.has_value(); }
-  std::size_t planes() const { return files_.size(); }
-  const plane_format& format(std::size_t plane) const { return *files_[plane].format; }
-  const std::string& name(std::size_t plane) const { return files_[plane].name; }
+  std::size_t planes() const { return formats_.size(); }
+  const plane_format& format(std::size_t plane) const { return formats_[plane]; }
+  const plane_place& place(std::size_t plane) const { return planes_->places()[plane]; }
   double coverage(std::size_t plane) const { return dots_.coverage(plane); }
   double seconds_writing() const { return writing_.seconds(); }
   double seconds_drawing() const { return drawing_.seconds(); }
 
  private:
-  // A plane of 1 bit as its packed lines; any other as a gray picture, in which white is no ink.
-  struct plane_file {
-    const plane_format* format;
-    std::string name;
-    std::unique_ptr<image_writer> file;
-  };
-
-  void write_plane(const plane_file& plane, const std::uint8_t* packed, const std::vector<std::uint8_t>& codes);
-
-  raster page_;
+  const std::vector<plane_format>& formats_;
   dots dots_;
-  std::vector<plane_file> files_;
-  std::vector<std::uint8_t> grays_;
+  std::unique_ptr<plane_files> planes_;
   std::optional<preview> small_;
   std::optional<detail> large_;
   stopwatch writing_, drawing_;

@@ -58,11 +58,15 @@ struct picture_options {
   std::optional<pixel_place> detail_centre{};  // of detail.png, in pixels of the page; by default the page's
 };
 
+// What the planes are written as: see plane_files.h.
+enum class print_format { planes, tiff };
+
 struct print_options {
   tone_options tone{};
   ink_options inks{};
   dot_options dots{};
   table_files files{};
+  print_format format{};
   picture_options pictures{};
   pixel_layout layout{};  // of RGB between stages
   bool width16 = false;   // 16-bit samples from the first stage to the last

@@ -25,7 +25,7 @@ print_report print_through(pipeline& stages, image_reader& source, const print_t
   const std::optional<pixel_place>& centre = options.pictures.detail_centre;
   if (centre) require_inside("--detail", *centre, width, height);
   const resolution dpi = source.dpi().value_or(usual_dpi);
-  page_files files(to, stages.planes(), {width, height, dpi}, options.pictures, tables.look);
+  page_files files(to, stages.planes(), {width, height, dpi}, options.format, options.pictures, tables.look);
   stopwatch all;
   const double reading = all.time([&] { return print_lines(source, stages, files, threads, options.silent); });
 
@@ -33,7 +33,7 @@ print_report print_through(pipeline& stages, image_reader& source, const print_t
   report.seconds = all.seconds();
   report.colors = source.colors();
   for (std::size_t p = 0; p < files.planes(); ++p) {
-    report.planes.push_back({std::string(files.format(p).name), files.name(p), files.coverage(p)});
+    report.planes.push_back({std::string(files.format(p).name), files.place(p).file, files.coverage(p)});
   }
   report.times.push_back({"read", {}, reading});
   for (stage_time& t : stages.times()) report.times.push_back(std::move(t));

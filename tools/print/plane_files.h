@@ -1,0 +1,56 @@
+// The files that hold the planes of a print.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/files/output_set.h"
+#include "tools/print/dots.h"
+#include "tools/print/preview.h"
+#include "tools/print/print_options.h"
+
+namespace vrk::tool {
+
+// Where a plane is found.
+struct plane_place {
+  std::string file;
+  raster size;
+  unsigned bits;                     // per dot
+  std::optional<unsigned> sample{};  // which one of each pixel, where the file holds several planes
+};
+
+class plane_files {
+ public:
+  virtual ~plane_files() = default;
+
+  const std::vector<plane_place>& places() const { return places_; }  // of every plane, in their order
+
+  // One row of dots, which `of` has just read. packed: the line of pixels that this row is a part of, as the halftone
+  // wrote it.
+  virtual void add_row(const std::uint8_t* packed, unsigned row, const dots& of) = 0;
+  virtual void finish() = 0;  // after the last row
+
+ protected:
+  std::vector<plane_place> places_;
+};
+
+// planes: stay where they are. page: in pixels of the picture. finest: the scale of the grid of dots.
+std::unique_ptr<plane_files> open_plane_files(print_format format, output_set& to,
+                                              const std::vector<plane_format>& planes, const raster& page,
+                                              dot_scale finest);
+
+// A PBM or PGM file for each plane: the packed lines of one of 1 bit, any other as a gray picture, in which white is no
+// ink.
+std::unique_ptr<plane_files> open_pnm_planes(output_set& to, const std::vector<plane_format>& planes,
+                                             const raster& page);
+
+inline constexpr const char* tiff_planes_name = "print.tif";
+
+// One TIFF file for all: C, M, Y, K and light inks, 0 for no ink. A dot of a coarser plane is repeated.
+std::unique_ptr<plane_files> open_tiff_planes(output_set& to, const std::vector<plane_format>& planes,
+                                              const raster& page, dot_scale finest);
+
+}  // namespace vrk::tool
