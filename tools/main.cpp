@@ -73,7 +73,7 @@ int main(int argc, char** argv) {
   app.footer(vrk::tool::help_footer(
       {"vrk demo -o out/", "vrk print photo.jpg -o out/ --size 10x15cm --dpi 600", "vrk print --help"}));
   const exit_code code = run(app, argc, argv);
-  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+  if (code == done && (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)) {
     return say(cannot, std::string("standard output: ") + std::strerror(errno));
   }
   return code;

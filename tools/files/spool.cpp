@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 
 #include "tools/files/temporary_directory.h"
 #include "tools/pipeline/user_error.h"
@@ -14,9 +13,7 @@
 namespace vrk::tool {
 
 spool::spool() {
-  std::error_code failed;
-  directory_ = std::filesystem::temp_directory_path(failed).string();
-  if (failed) throw user_error("TMPDIR: " + failed.message());
+  directory_ = place_for_temporary_files().string();
   const auto until_unlinked = hold_off_end();
   std::string name = directory_ + "/vrk-XXXXXX";
   file_ = mkostemp(name.data(), O_CLOEXEC);

@@ -17,6 +17,13 @@ std::vector<temporary_directory*> present;  // guarded by `changes`
 
 }  // namespace
 
+fs::path place_for_temporary_files() {
+  std::error_code failed;
+  const fs::path place = fs::temp_directory_path(failed);
+  if (failed) throw user_error("TMPDIR: " + failed.message());
+  return place;
+}
+
 std::unique_lock<std::mutex> hold_off_end() { return std::unique_lock(changes); }
 
 void remove_temporary_directories() {

@@ -30,6 +30,9 @@ class temporary_directory {
   std::filesystem::path path_;
 };
 
+// Where the system wants files that nobody asked for. Throws user_error when TMPDIR names no directory.
+std::filesystem::path place_for_temporary_files();
+
 // While the lock is held, no signal ends the run. It is held by whoever makes or moves files.
 std::unique_lock<std::mutex> hold_off_end();
 

@@ -5,6 +5,8 @@
 #include "tools/command_line/help.h"
 #include "tools/command_line/settings.h"
 #include "tools/commands.h"
+#include "tools/files/standard_output.h"
+#include "tools/files/temporary_directory.h"
 #include "tools/page/page.h"
 #include "tools/page/page_arguments.h"
 #include "tools/print/blob_argument.h"
@@ -131,7 +133,11 @@ void add_preview_options(CLI::App& command, picture_options& to) {
 }
 
 void add_print_options(CLI::App& command, print_arguments& to) {
-  command.add_option("-o,--output", to.directory, "directory for the files")
+  command
+      .add_option(
+          "-o,--output", to.directory,
+          "directory for the files; -: the one plane or the TIFF goes to standard output, the summary to standard "
+          "error, and there are no other files")
       ->type_name("DIR")
       ->check(not_empty)
       ->configurable(false)
@@ -151,39 +157,64 @@ void add_print_options(CLI::App& command, print_arguments& to) {
   add_summary_options(command, to.told);
 }
 
+// inputs: files that must not be replaced.
+print_report print_into_directory(image_reader& page, const print_options& options, const std::string& directory,
+                                  const std::vector<std::string>& inputs) {
+  output_set files(directory);
+  for (const std::string& input : inputs) files.protect(input);
+  return print_page(page, options, files);
+}
+
+// A whole print or nothing; and TIFF is not written from front to back.
+print_report print_to_standard_output(image_reader& page, print_options options) {
+  const temporary_directory directory(place_for_temporary_files());
+  output_set files(directory.path());
+  options.one_file = true;
+  options.pictures.drawn = false;
+  print_report report = print_page(page, options, files);
+  copy_to_standard_output(directory.path() / report.planes[0].file);
+  report.files = {"standard output"};
+  for (print_report::plane& plane : report.planes) plane.file = "standard output";
+  return report;
+}
+
 // Prints, and then leaves the settings of this print where they are asked for.
-void print_and_save(CLI::App& command, const print_arguments& arguments, image_reader& page,
-                    const print_options& options, output_set& to) {
+void print_and_save(CLI::App& command, const print_arguments& arguments, image_reader& page, print_options options,
+                    const std::vector<std::string>& inputs) {
+  options.silent = arguments.told == summary::quiet;
+  const bool to_directory = arguments.directory != "-";
+  const bool of_pictures =
+      !arguments.detail_centre.empty() || options.pictures.preview_size != picture_options{}.preview_size;
+  if (!to_directory && of_pictures) {
+    throw usage_error("-o - draws no pictures: --detail and --preview-size belong to a directory");
+  }
   saved_settings settings(command, arguments.save_settings, arguments.image.path);
-  const print_report report = print_page(page, options, to);
-  if (arguments.image.is_profile_named()) settings.protect(arguments.image.profile);
+  const print_report report = to_directory ? print_into_directory(page, options, arguments.directory, inputs)
+                                           : print_to_standard_output(page, options);
+  for (const std::string& input : inputs) settings.protect(input);
   for (const std::string& file : report.tables) settings.protect(file);
   for (const std::filesystem::path& file : report.files) settings.protect(file.string());
   settings.keep();
-  show(report, arguments.told, stdout);
+  show(report, arguments.told, to_directory ? stdout : stderr);
 }
 
 void print_sample(CLI::App& command, const print_arguments& arguments) {
   print_options options = arguments.options;
-  options.silent = arguments.told == summary::quiet;
   // detail.png shows the balloon of the page's photograph.
   const auto pixels = [&](double mm) { return unsigned(mm / mm_per_inch * arguments.dpi + 0.5); };
   options.pictures.detail_centre = {pixels(54), pixels(50.5)};
-  output_set files(arguments.directory);
-  print_and_save(command, arguments, *read_sample_page(arguments.dpi), options, files);
+  print_and_save(command, arguments, *read_sample_page(arguments.dpi), options, {});
 }
 
 void run_print(CLI::App& command, const print_arguments& arguments) {
   print_options options = arguments.options;
-  options.silent = arguments.told == summary::quiet;
   const std::vector<unsigned>& centre = arguments.detail_centre;
   if (!centre.empty()) options.pictures.detail_centre = {centre[0], centre[1]};
   const bool has_profile = !options.inks.profile.to.empty();
   const auto page = lay_out(open_picture(arguments.image, has_profile), arguments.page);
-  output_set files(arguments.directory);
-  files.protect(arguments.image.path);
-  if (arguments.image.is_profile_named()) files.protect(arguments.image.profile);
-  print_and_save(command, arguments, *page, options, files);
+  std::vector<std::string> inputs{arguments.image.path};
+  if (arguments.image.is_profile_named()) inputs.push_back(arguments.image.profile);
+  print_and_save(command, arguments, *page, options, inputs);
 }
 
 }  // namespace

@@ -67,6 +67,7 @@ struct print_options {
   dot_options dots{};
   table_files files{};
   print_format format{};
+  bool one_file = false;  // the planes must not be in several files
   picture_options pictures{};
   pixel_layout layout{};  // of RGB between stages
   bool width16 = false;   // 16-bit samples from the first stage to the last

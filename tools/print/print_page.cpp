@@ -25,6 +25,10 @@ print_report print_through(pipeline& stages, image_reader& source, const print_t
   const std::optional<pixel_place>& centre = options.pictures.detail_centre;
   if (centre) require_inside("--detail", *centre, width, height);
   const resolution dpi = source.dpi().value_or(usual_dpi);
+  if (options.one_file && options.format == print_format::planes && stages.planes().size() != 1) {
+    throw usage_error("-o - takes one file, and the planes would be " + std::to_string(stages.planes().size()) +
+                      ": expected --inks 1 or --format tiff");
+  }
   page_files files(to, stages.planes(), {width, height, dpi}, options.format, options.pictures, tables.look);
   stopwatch all;
   const double reading = all.time([&] { return print_lines(source, stages, files, threads, options.silent); });

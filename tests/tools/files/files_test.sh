@@ -28,6 +28,19 @@ fails 1 'standard output: No space left' sh -c '"$0" tables -o full >/dev/full' 
 "$vrk" --help | grep -q 'Exit codes: 0'
 test ! -e out
 
+# One file to standard output, and from there through a pipe.
+"$vrk" print page.ppm -o one --inks 1 >/dev/null
+"$vrk" print page.ppm -o - --inks 1 2>said | cmp - one/k.pbm
+grep -q ': standard output$' said
+"$vrk" print page.ppm -o one --format tiff >/dev/null
+test "$(ls one | tr '\n' ' ')" = 'detail.png manifest.json preview.png print.tif '
+"$vrk" print page.ppm -o - --format tiff --quiet | cmp - one/print.tif
+cat one/print.tif | "$vrk" print - -o one >/dev/null
+test ! -e one/print.tif && test -s one/k.pbm
+fails 2 'expected --inks 1 or --format tiff' "$vrk" print page.ppm -o -
+fails 1 'standard output: No space left' sh -c '"$0" print page.ppm -o - --inks 1 >/dev/full' "$vrk"
+test ! -e ./-
+
 # A print that replaces another one leaves no plane of that, and nothing that is not its own.
 "$vrk" print page.ppm -o four --levels 4 >/dev/null
 cp -r four both
