@@ -132,6 +132,17 @@ void add_preview_options(CLI::App& command, picture_options& to) {
       ->group(picture_group);
 }
 
+// Kept by its name, which settings files save.
+void add_format_option(CLI::App& command, print_format& to) {
+  const std::map<std::string, print_format> formats{{"planes", print_format::planes}, {"tiff", print_format::tiff}};
+  command
+      .add_option_function<std::string>(
+          "--format", [&to, formats](const std::string& name) { to = formats.at(name); },
+          "planes: a PBM or PGM file for each ink (default); tiff: print.tif, with all inks")
+      ->check(CLI::IsMember(formats).description(""))
+      ->type_name("NAME");
+}
+
 void add_print_options(CLI::App& command, print_arguments& to) {
   command
       .add_option(
@@ -142,12 +153,7 @@ void add_print_options(CLI::App& command, print_arguments& to) {
       ->check(not_empty)
       ->configurable(false)
       ->required();
-  const std::map<std::string, print_format> formats{{"planes", print_format::planes}, {"tiff", print_format::tiff}};
-  command
-      .add_option("--format", to.options.format,
-                  "planes: a PBM or PGM file for each ink (default); tiff: print.tif, with all inks")
-      ->transform(CLI::CheckedTransformer(formats).description(""))
-      ->type_name("NAME");
+  add_format_option(command, to.options.format);
   add_tone_options(command, to.options.tone);
   add_ink_options(command, to.options.inks);
   add_dot_options(command, to.options.dots);
