@@ -1,6 +1,7 @@
 #include "tools/image/image_writer.h"
 
 #include <png.h>
+#include <zlib.h>
 
 #include <cerrno>
 #include <cstring>
@@ -13,13 +14,18 @@ namespace {
 
 class png_writer final : public image_writer {
  public:
-  png_writer(output_file& to, unsigned width, unsigned height, std::optional<resolution> dpi) : file_(to) {
+  png_writer(output_file& to, unsigned width, unsigned height, std::optional<resolution> dpi, png_content content)
+      : file_(to) {
     png_ = png_create_write_struct(PNG_LIBPNG_VER_STRING, &failure_, on_error, on_warning);
     info_ = png_create_info_struct(png_);
     try {
       run_c(failure_, file_.path().string(), [&] {
         png_set_write_fn(png_, this, write_bytes, nullptr);
         png_set_compression_level(png_, 3);
+        if (content == png_content::means_of_dots) {
+          png_set_filter(png_, PNG_FILTER_TYPE_BASE, PNG_FILTER_UP);
+          png_set_compression_strategy(png_, Z_RLE);
+        }
         png_set_IHDR(png_, info_, width, height, 8, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
                      PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
         png_set_sRGB(png_, info_, PNG_sRGB_INTENT_PERCEPTUAL);
@@ -85,9 +91,9 @@ std::string pnm_header(const char* magic, unsigned width, unsigned height, resol
 
 }  // namespace
 
-std::unique_ptr<image_writer> write_png(output_file& to, unsigned width, unsigned height,
-                                        std::optional<resolution> dpi) {
-  return std::make_unique<png_writer>(to, width, height, dpi);
+std::unique_ptr<image_writer> write_png(output_file& to, unsigned width, unsigned height, std::optional<resolution> dpi,
+                                        png_content content) {
+  return std::make_unique<png_writer>(to, width, height, dpi, content);
 }
 
 std::unique_ptr<image_writer> write_pbm(output_file& to, unsigned width, unsigned height, resolution dpi) {

@@ -19,9 +19,13 @@ class image_writer {
 
 // The file stays where it is while it is written. dpi: noted in it, in PBM and PGM as a comment.
 
+// What makes a PNG small: means of dots differ from pixel to pixel, so that looking for more than runs takes three
+// times as long and gains nothing.
+enum class png_content { drawing, means_of_dots };
+
 // R, G, B bytes.
 std::unique_ptr<image_writer> write_png(output_file& to, unsigned width, unsigned height,
-                                        std::optional<resolution> dpi = {});
+                                        std::optional<resolution> dpi = {}, png_content content = png_content::drawing);
 
 // PBM: lines of packed bits, the first pixel in the most significant bit, 1 for black.
 std::unique_ptr<image_writer> write_pbm(output_file& to, unsigned width, unsigned height, resolution dpi);

@@ -1,6 +1,8 @@
 #include "tools/print/dots.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 #include <numeric>
 
 namespace vrk::tool {
@@ -8,12 +10,39 @@ namespace {
 
 constexpr std::size_t largest_palette = 4096, largest_single_palette = 65536;
 
+// The codes in every byte of packed ones.
+template <unsigned bits>
+constexpr auto codes_of_bytes = [] {
+  constexpr unsigned per_byte = 8 / bits, mask = (1u << bits) - 1;
+  std::array<std::array<std::uint8_t, per_byte>, 256> all{};
+  for (unsigned byte = 0; byte < all.size(); ++byte) {
+    for (unsigned x = 0; x < per_byte; ++x) all[byte][x] = std::uint8_t(byte >> (per_byte - 1 - x) * bits & mask);
+  }
+  return all;
+}();
+
 template <unsigned bits>
 void unpack(const std::uint8_t* packed, std::vector<std::uint8_t>& codes) {
-  constexpr unsigned per_byte = 8 / bits, mask = (1u << bits) - 1;
-  for (std::size_t x = 0; x < codes.size(); ++x) {
-    const std::size_t shift = (per_byte - 1 - x % per_byte) * bits;
-    codes[x] = std::uint8_t(packed[x / per_byte] >> shift & mask);
+  constexpr std::size_t per_byte = 8 / bits;
+  std::uint8_t* to = codes.data();
+  std::size_t left = codes.size();
+  for (; left >= per_byte; left -= per_byte, to += per_byte) {
+    std::memcpy(to, codes_of_bytes<bits>[*packed++].data(), per_byte);
+  }
+  if (left != 0) std::memcpy(to, codes_of_bytes<bits>[*packed].data(), left);
+}
+
+// color_of: by the number of a dot in the row
+template <class Color>
+void add_up(std::size_t dots, std::size_t across, std::vector<light>& sums, const Color& color_of) {
+  std::size_t x = 0;
+  for (light& to : sums) {
+    auto [red, green, blue] = to;
+    for (const std::size_t end = std::min(dots, x + across); x < end; ++x) {
+      const light& color = color_of(x);
+      red += color[0], green += color[1], blue += color[2];
+    }
+    to = {red, green, blue};
   }
 }
 
@@ -82,23 +111,27 @@ void dots::read_row(const std::uint8_t* packed, unsigned row) {
   ++rows_;
 }
 
+void dots::read_index(const palette& of) {
+  std::fill(index_.begin(), index_.end(), std::uint16_t{0});
+  for (std::size_t p = of.first; p < of.end; ++p) {
+    const std::vector<std::uint8_t>& codes = planes_[p].codes;
+    const unsigned base = planes_[p].format->levels(), repeat = planes_[p].repeat_x;
+    const auto append = [base](std::uint16_t index, std::uint8_t code) { return std::uint16_t(index * base + code); };
+    if (repeat == 1) {
+      std::transform(index_.begin(), index_.end(), codes.begin(), index_.begin(), append);
+      continue;
+    }
+    std::uint16_t* index = index_.data();
+    for (const std::uint8_t code : codes) {
+      for (unsigned i = 0; i < repeat; ++i, ++index) *index = append(*index, code);
+    }
+  }
+}
+
 const std::vector<light>& dots::colors() {
   if (palettes_.empty()) compute_colors();
   for (const palette& colors : palettes_) {
-    std::fill(index_.begin(), index_.end(), std::uint16_t{0});
-    for (std::size_t p = colors.first; p < colors.end; ++p) {
-      const std::vector<std::uint8_t>& codes = planes_[p].codes;
-      const unsigned base = planes_[p].format->levels(), repeat = planes_[p].repeat_x;
-      const auto append = [base](std::uint16_t index, std::uint8_t code) { return std::uint16_t(index * base + code); };
-      if (repeat == 1) {
-        std::transform(index_.begin(), index_.end(), codes.begin(), index_.begin(), append);
-        continue;
-      }
-      std::uint16_t* index = index_.data();
-      for (const std::uint8_t code : codes) {
-        for (unsigned i = 0; i < repeat; ++i, ++index) *index = append(*index, code);
-      }
-    }
+    read_index(colors);
     const light* const of_index = colors.colors.data();
     const auto color_of = [of_index](std::uint16_t index) { return of_index[index]; };
     if (colors.first == 0) {
@@ -109,6 +142,19 @@ const std::vector<light>& dots::colors() {
     }
   }
   return colors_;
+}
+
+// With one palette, as most prints have, no dot's colour is stored.
+void dots::add_light(unsigned across, std::vector<light>& sums) {
+  if (palettes_.size() == 1) {
+    read_index(palettes_[0]);
+    const light* const of_index = palettes_[0].colors.data();
+    const std::uint16_t* const index = index_.data();
+    add_up(index_.size(), across, sums, [=](std::size_t x) -> const light& { return of_index[index[x]]; });
+  } else {
+    const std::vector<light>& row = colors();
+    add_up(row.size(), across, sums, [&](std::size_t x) -> const light& { return row[x]; });
+  }
 }
 
 void dots::compute_colors() {

@@ -32,6 +32,9 @@ class dots {
   const std::vector<std::uint8_t>& codes(std::size_t plane) const { return planes_[plane].codes; }
   const std::vector<light>& colors();
 
+  // Adds the light of the row to sums, from left to right: that of the first `across` places to the first, and so on.
+  void add_light(unsigned across, std::vector<light>& sums);
+
   // The mean ink of a plane over all rows so far: 0 ... 1, a share of full ink.
   double coverage(std::size_t plane) const;
 
@@ -49,6 +52,7 @@ class dots {
   };
 
   void add_palette(std::size_t first, std::size_t end, std::size_t colors);
+  void read_index(const palette& of);
   void compute_colors();
 
   dot_scale scale_;

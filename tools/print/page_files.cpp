@@ -19,9 +19,8 @@ void page_files::add_line(const std::uint8_t* packed) {
     drawing_.time([&] {
       dots_.read_row(packed, row);
       if (!small_) return;
-      const std::vector<light>& colors = dots_.colors();
-      small_->add_row(colors);
-      large_->add_row(colors);
+      small_->add_row(dots_);
+      large_->add_row(dots_);
     });
     writing_.time([&] { planes_->add_row(packed, row, dots_); });
   }

@@ -27,17 +27,12 @@ preview::preview(output_file& to, const raster& page, unsigned longest, const do
   constexpr unsigned fewest_dots = 8;  // one way
   reach_ = divide_up(fewest_dots, std::min(across_, down_)) / 2;
   current_ = {std::vector<light>(divide_up(width_, across_)), 0};
-  file_ = write_png(to, divide_up(width_, across_), divide_up(height_, down_), resolution{x / across_, y / down_});
+  file_ = write_png(to, divide_up(width_, across_), divide_up(height_, down_), resolution{x / across_, y / down_},
+                    png_content::means_of_dots);
 }
 
-void preview::add_row(const std::vector<light>& colors) {
-  for (unsigned box = 0, x = 0; x < width_; ++box) {
-    light sum = current_.sums[box];
-    for (const unsigned end = std::min(width_, x + across_); x < end; ++x) {
-      for (std::size_t c = 0; c < 3; ++c) sum[c] += colors[x][c];
-    }
-    current_.sums[box] = sum;
-  }
+void preview::add_row(dots& row) {
+  row.add_light(across_, current_.sums);
   ++dot_row_;
   if (++current_.rows == down_ || dot_row_ == height_) end_squares();
 }
@@ -97,14 +92,15 @@ detail::detail(output_file& to, const raster& page, pixel_place centre, const do
                     resolution{page.dpi.x * dot_width_, page.dpi.y * dot_height_});
 }
 
-void detail::add_row(const std::vector<light>& colors) {
+void detail::add_row(dots& row) {
   const unsigned at = row_++;
   if (at < top_ || at >= top_ + height_) return;
-  std::vector<light> row;
+  const std::vector<light>& colors = row.colors();
+  std::vector<light> enlarged;
   for (unsigned x = left_; x < left_ + width_; ++x) {
-    row.insert(row.end(), dot_width_, colors[x]);
+    enlarged.insert(enlarged.end(), dot_width_, colors[x]);
   }
-  const std::vector<std::uint8_t> srgb = look_.srgb_of(row);
+  const std::vector<std::uint8_t> srgb = look_.srgb_of(enlarged);
   for (unsigned i = 0; i < dot_height_; ++i) file_->write_line(srgb.data());
 }
 

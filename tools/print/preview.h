@@ -26,7 +26,7 @@ class preview {
   // page: in dots; its longer side has at most `longest` pixels here
   preview(output_file& to, const raster& page, unsigned longest, const dot_colors& look);
 
-  void add_row(const std::vector<light>& colors);
+  void add_row(dots& row);
   void finish() { file_->finish(); }
 
  private:
@@ -58,7 +58,7 @@ class detail {
   // page, centre: in dots; the window is moved to lie inside
   detail(output_file& to, const raster& page, pixel_place centre, const dot_colors& look);
 
-  void add_row(const std::vector<light>& colors);
+  void add_row(dots& row);
   void finish() { file_->finish(); }
 
  private:
