@@ -2,7 +2,7 @@
 # builds and runs.
 build_packages = g++ cmake ninja-build pkg-config
 tool_packages = libpng-dev libjpeg-dev libcli11-dev libtbb-dev libkissfft-dev nlohmann-json3-dev liblcms2-dev \
-  libzimg-dev libexif-dev libtiff-dev libwebp-dev
+  libzimg-dev libexif-dev libtiff-dev libwebp-dev libcups2-dev
 test_packages = libgtest-dev
 dll_packages = g++-mingw-w64-i686-posix llvm-14
 win32_packages = $(dll_packages) googletest clang-14 lld-14

@@ -51,7 +51,11 @@ profiles::profile profile_for(const image_reader& picture, const table& source) 
 }  // namespace
 
 std::unique_ptr<image_reader> open_picture(const image_argument& argument, bool keeps_inks) {
-  auto stored = open_image(argument.path, argument.max_memory);
+  return give_colors(open_image(argument.path, argument.max_memory), argument, keeps_inks);
+}
+
+std::unique_ptr<image_reader> give_colors(std::unique_ptr<image_reader> stored, const image_argument& argument,
+                                          bool keeps_inks) {
   const bool named = argument.is_profile_named();
   table source{"the profile in " + stored->name(), stored->profile()};
   if (named) source = read_table(argument.profile);

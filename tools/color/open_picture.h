@@ -10,4 +10,8 @@ namespace vrk::tool {
 // gives a warning on standard error, and counts as none. Throws user_error when the one of the command line is.
 std::unique_ptr<image_reader> open_picture(const image_argument& argument, bool keeps_inks = false);
 
+// The same of a picture that has been opened, whatever the argument's path.
+std::unique_ptr<image_reader> give_colors(std::unique_ptr<image_reader> stored, const image_argument& argument,
+                                          bool keeps_inks);
+
 }  // namespace vrk::tool

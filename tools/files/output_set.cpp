@@ -143,6 +143,10 @@ void output_set::keep(const std::function<std::vector<std::string>()>& obsolete)
     }
     for (const output_file& file : files_) done.add(file.temporary(), file.path(), file.path());
     done.keep();
+    for (const std::string& name : old) {
+      if (std::error_code ignored; fs::path(name).has_parent_path())
+        fs::remove((directory_ / name).parent_path(), ignored);
+    }
   }
   files_.clear();
   temporary_.reset();

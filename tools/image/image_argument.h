@@ -19,7 +19,10 @@ struct image_argument {
 };
 
 inline void add_image_argument(CLI::App& command, image_argument& to) {
-  command.add_option("image", to.path, "PNG, JPEG, TIFF, WebP, PBM, PGM, PPM or PAM; - for standard input")
+  command
+      .add_option(
+          "image", to.path,
+          "PNG, JPEG, TIFF, WebP, PBM, PGM, PPM, PAM, or a raster stream (CUPS, PWG, Apple); - for standard input")
       ->type_name("IMAGE")
       ->check(not_empty)
       ->required();
@@ -34,7 +37,7 @@ inline void add_image_argument(CLI::App& command, image_argument& to) {
       .add_option(
           "--max-memory", to.max_memory,
           "most memory for a picture that cannot be read line by line (interlaced PNG, progressive JPEG, TIFF in "
-          "large tiles), in bytes or with MB or GB behind it, 1MB to 1TB (default 1GB)")
+          "large tiles, planar raster), in bytes or with MB or GB behind it, 1MB to 1TB (default 1GB)")
       ->transform(CLI::AsSizeValue(false).description(""))
       ->check(CLI::Range(std::uint64_t{1} << 20, std::uint64_t{1} << 40).description(""))
       ->type_name("SIZE");

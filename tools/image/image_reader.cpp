@@ -5,7 +5,9 @@
 #include <filesystem>
 
 #include "pictures/sample_page.h"
+#include "tools/image/picture_input.h"
 #include "tools/pipeline/user_error.h"
+#include "tools/raster/raster_stream.h"
 
 namespace vrk::tool {
 namespace {
@@ -40,7 +42,7 @@ std::unique_ptr<image_reader> read_sample_page(unsigned dpi) {
   return std::make_unique<sample_page_reader>(pixels(210), pixels(297), double(dpi));
 }
 
-std::unique_ptr<image_reader> open_image(const std::string& path, std::uint64_t max_memory) {
+picture_input open_input(const std::string& path) {
   if (path.empty()) throw user_error("the picture has no name");
   const bool standard_input = path == "-";
   const std::string name = standard_input ? "standard input" : path;
@@ -50,7 +52,19 @@ std::unique_ptr<image_reader> open_image(const std::string& path, std::uint64_t 
   if (!file) throw user_error(name + ": " + std::strerror(errno));
   const int first = std::getc(file.get());
   if (first == EOF) throw user_error(name + ": is empty");
-  std::ungetc(first, file.get());
+  const int second = std::getc(file.get());
+  if (second != EOF) std::ungetc(second, file.get());
+  std::ungetc(first, file.get());  // the second one in a row, which the system's library has room for
+  return {std::move(file), name, first, second};
+}
+
+std::unique_ptr<image_reader> open_image(const std::string& path, std::uint64_t max_memory) {
+  return read_image(open_input(path), max_memory);
+}
+
+std::unique_ptr<image_reader> read_image(picture_input input, std::uint64_t max_memory) {
+  auto& [file, name, first, second] = input;
+  if (begins_raster_stream(first, second)) return raster_stream(std::move(file), name, max_memory).next_page();
   switch (first) {
     case 0x89:
       return read_png(std::move(file), name, max_memory);
@@ -64,7 +78,7 @@ std::unique_ptr<image_reader> open_image(const std::string& path, std::uint64_t 
     case 'R':
       return read_webp(std::move(file), name, max_memory);
     default:
-      throw user_error(name + ": is neither " + picture_formats);
+      throw user_error(name + ": is neither " + picture_formats + other_formats);
   }
 }
 

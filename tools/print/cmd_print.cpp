@@ -7,12 +7,15 @@
 #include "tools/commands.h"
 #include "tools/files/standard_output.h"
 #include "tools/files/temporary_directory.h"
+#include "tools/image/picture_input.h"
 #include "tools/page/page.h"
 #include "tools/page/page_arguments.h"
 #include "tools/print/blob_argument.h"
 #include "tools/print/curve_argument.h"
 #include "tools/print/dot_arguments.h"
 #include "tools/print/print_page.h"
+#include "tools/print/print_pages.h"
+#include "tools/raster/raster_stream.h"
 
 namespace vrk::tool {
 namespace {
@@ -163,6 +166,24 @@ void add_print_options(CLI::App& command, print_arguments& to) {
   add_summary_options(command, to.told);
 }
 
+// The file of settings that a print is to leave. It replaces nothing that the print reads or writes.
+class print_settings {
+ public:
+  print_settings(CLI::App& command, const print_arguments& arguments, const std::vector<std::string>& inputs)
+      : file_(command, arguments.save_settings, arguments.image.path) {
+    for (const std::string& input : inputs) file_.protect(input);
+  }
+
+  void protect(const print_report& printed) {
+    for (const std::string& file : printed.tables) file_.protect(file);
+    for (const std::filesystem::path& file : printed.files) file_.protect(file.string());
+  }
+  void keep() { file_.keep(); }
+
+ private:
+  saved_settings file_;
+};
+
 // inputs: files that must not be replaced.
 print_report print_into_directory(image_reader& page, const print_options& options, const std::string& directory,
                                   const std::vector<std::string>& inputs) {
@@ -194,14 +215,32 @@ void print_and_save(CLI::App& command, const print_arguments& arguments, image_r
   if (!to_directory && of_pictures) {
     throw usage_error("-o - draws no pictures: --detail and --preview-size belong to a directory");
   }
-  saved_settings settings(command, arguments.save_settings, arguments.image.path);
+  print_settings settings(command, arguments, inputs);
   const print_report report = to_directory ? print_into_directory(page, options, arguments.directory, inputs)
                                            : print_to_standard_output(page, options);
-  for (const std::string& input : inputs) settings.protect(input);
-  for (const std::string& file : report.tables) settings.protect(file);
-  for (const std::filesystem::path& file : report.files) settings.protect(file.string());
+  settings.protect(report);
   settings.keep();
   show(report, arguments.told, to_directory ? stdout : stderr);
+}
+
+// The same for the pages of a raster stream.
+void print_and_save(CLI::App& command, const print_arguments& arguments, raster_stream& stream, page_source source,
+                    print_options options) {
+  if (arguments.directory == "-") throw usage_error("-o - takes one picture: the pages of a stream need a directory");
+  options.silent = arguments.told == summary::quiet;
+  print_settings settings(command, arguments, source.inputs);
+  source.next = [&]() -> std::unique_ptr<image_reader> {
+    auto page = stream.next_page();
+    if (page == nullptr) return page;
+    page_options as = arguments.page;
+    if (!as.dpi) as.dpi = page->dpi();
+    return lay_out(give_colors(std::move(page), arguments.image, !options.inks.profile.to.empty()), as);
+  };
+  print_pages(source, options, arguments.directory, [&](const print_report& report) {
+    settings.protect(report);
+    show(report, arguments.told, stdout);
+  });
+  settings.keep();
 }
 
 void print_sample(CLI::App& command, const print_arguments& arguments) {
@@ -216,10 +255,17 @@ void run_print(CLI::App& command, const print_arguments& arguments) {
   print_options options = arguments.options;
   const std::vector<unsigned>& centre = arguments.detail_centre;
   if (!centre.empty()) options.pictures.detail_centre = {centre[0], centre[1]};
-  const bool has_profile = !options.inks.profile.to.empty();
-  const auto page = lay_out(open_picture(arguments.image, has_profile), arguments.page);
   std::vector<std::string> inputs{arguments.image.path};
   if (arguments.image.is_profile_named()) inputs.push_back(arguments.image.profile);
+
+  picture_input input = open_input(arguments.image.path);
+  if (begins_raster_stream(input.first, input.second)) {
+    raster_stream stream(std::move(input.file), input.name, arguments.image.max_memory);
+    return print_and_save(command, arguments, stream, {.name = input.name, .inputs = inputs}, options);
+  }
+  auto picture = read_image(std::move(input), arguments.image.max_memory);
+  const bool has_profile = !options.inks.profile.to.empty();
+  const auto page = lay_out(give_colors(std::move(picture), arguments.image, has_profile), arguments.page);
   print_and_save(command, arguments, *page, options, inputs);
 }
 

@@ -10,12 +10,21 @@
 namespace vrk::tool {
 
 print_report print_page(image_reader& source, const print_options& options, output_set& to) {
+  return page_printer(options).print(source, to);
+}
+
+print_report page_printer::print(image_reader& source, output_set& to) {
   const line_format format{source.channels(), source.bits()};
-  const table inks{"the profile of " + source.name(), source.channels() == 4 ? source.profile() : kit::bytes{}};
-  const print_tables tables = choose_tables(options, format, inks);
-  for (const std::string& file : tables.files) to.protect(file);
-  pipeline stages = make_print_pipeline(tables, options.layout, options.precision(), source.width(), format);
-  return print_through(stages, source, tables, options, to);
+  if (!tables_ || format.samples != samples_ || format.bits != bits_ || source.profile() != profile_) {
+    samples_ = format.samples;
+    bits_ = format.bits;
+    profile_ = source.profile();
+    const table inks{"the profile of " + source.name(), source.channels() == 4 ? profile_ : kit::bytes{}};
+    tables_ = choose_tables(options_, format, inks);
+  }
+  for (const std::string& file : tables_->files) to.protect(file);
+  pipeline stages = make_print_pipeline(*tables_, options_.layout, options_.precision(), source.width(), format);
+  return print_through(stages, source, *tables_, options_, to);
 }
 
 print_report print_through(pipeline& stages, image_reader& source, const print_tables& tables,

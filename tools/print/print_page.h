@@ -16,6 +16,19 @@ namespace vrk::tool {
 // has none.
 print_report print_page(image_reader& source, const print_options& options, output_set& to);
 
+// Prints pages with the same options. Tables are made again only for a page whose samples are of another kind.
+class page_printer {
+ public:
+  explicit page_printer(const print_options& options) : options_(options) {}
+  print_report print(image_reader& source, output_set& to);  // as print_page
+
+ private:
+  print_options options_;
+  std::optional<print_tables> tables_;
+  unsigned samples_ = 0, bits_ = 0;  // of the page that they were made for
+  kit::bytes profile_{};
+};
+
 // The same through a pipeline that was made of these tables.
 print_report print_through(pipeline& stages, image_reader& source, const print_tables& tables,
                            const print_options& options, output_set& to);

@@ -1,0 +1,156 @@
+#include "tools/raster/raster_stream.h"
+
+#include <cstring>
+#include <string_view>
+#include <vector>
+
+#include "kit/profiles/plain_profile.h"
+#include "tools/image/picture_input.h"
+#include "tools/pipeline/user_error.h"
+#include "tools/raster/raster_layout.h"
+#include "tools/raster/stream_feed.h"
+
+namespace vrk::tool {
+
+// The stream, a line of libcups at a time.
+class raster_stream::source {
+ public:
+  source(input_file file, const std::string& name, std::uint64_t max_memory, std::function<void(unsigned)> ended)
+      : name_(name),
+        max_memory_(max_memory),
+        ended_(std::move(ended)),
+        feed_(std::move(file)),
+        raster_(cupsRasterOpenIO(stream_feed::give, &feed_, CUPS_RASTER_READ)) {
+    if (raster_ != nullptr) return;
+    if (feed_.exhausted()) note_end();
+    throw user_error(name_ + ": is neither " + picture_formats + other_formats);
+  }
+
+  std::uint64_t max_memory() const { return max_memory_; }
+  std::string page_name() const { return name_ + ", page " + std::to_string(page_); }
+
+  // False behind the last page.
+  bool read_header(cups_page_header2_t& header) {
+    std::vector<std::uint8_t> unread(line_bytes_);
+    while (lines_left_ != 0) read_line(unread.data());
+    const unsigned announced = pages_announced_;
+    if (feed_.exhausted()) {
+      note_end();
+      if (page_ == 0) throw user_error(name_ + ": holds no page");
+      if (page_ < announced) {
+        throw user_error(name_ + ": ends after page " + std::to_string(page_) + ", expected " +
+                         std::to_string(announced) + " pages");
+      }
+      return false;
+    }
+    ++page_;
+    if (cupsRasterReadHeader2(raster_.get(), &header) == 0) {
+      if (feed_.exhausted()) refuse_end("the stream breaks off inside its header");
+      throw user_error(page_name() + ": its header has a height, bits or bytes a line out of range");
+    }
+    // What other streams have there is a matter between a driver and its filters.
+    if (std::string_view(header.MediaClass) == "PwgRaster") {
+      pages_announced_ = header.cupsInteger[CUPS_RASTER_PWG_TotalPageCount];
+    }
+    return true;
+  }
+
+  void start_page(const raster_layout& layout) {
+    line_bytes_ = layout.line_bytes();
+    lines_left_ = lines_ = layout.lines();
+  }
+
+  void read_line(std::uint8_t* to) {
+    if (cupsRasterReadPixels(raster_.get(), to, unsigned(line_bytes_)) != line_bytes_) {
+      refuse_end("the stream breaks off after " + std::to_string(lines_ - lines_left_) + " of " +
+                 std::to_string(lines_) + " lines");
+    }
+    --lines_left_;
+  }
+
+ private:
+  void note_end() {
+    if (feed_.error() != 0) throw user_error(name_ + ": " + std::strerror(feed_.error()));
+    if (ended_) ended_(page_);
+  }
+  [[noreturn]] void refuse_end(const std::string& why) {
+    lines_left_ = 0;
+    note_end();
+    throw user_error(page_name() + ": " + why);
+  }
+
+  std::string name_;
+  std::uint64_t max_memory_;
+  std::function<void(unsigned)> ended_;
+  stream_feed feed_;
+  std::unique_ptr<cups_raster_t, decltype([](cups_raster_t* raster) { cupsRasterClose(raster); })> raster_;
+  unsigned page_ = 0, pages_announced_ = 0;  // the current one, from 1; 0: none is announced
+  std::size_t line_bytes_ = 0;
+  std::uint64_t lines_ = 0, lines_left_ = 0;  // of the current page
+};
+
+// Colours that come pixel by pixel or line by line.
+class raster_stream::page : public image_reader {
+ public:
+  page(std::shared_ptr<source> from, const raster_layout& layout, const cups_page_header2_t& header)
+      : image_reader(from->page_name()), layout_(layout), from_(std::move(from)) {
+    width_ = layout.width;
+    height_ = layout.height;
+    channels_ = layout.channels;
+    bits_ = layout.bits == 16 ? 16 : 8;
+    dpi_ = resolution{double(header.HWResolution[0]), double(header.HWResolution[1])};
+    if (layout.adobe_rgb) profile_ = profiles::adobe_rgb_profile();
+    line_.resize(layout.line_bytes());
+    rows_.resize(layout.order == CUPS_ORDER_CHUNKED ? 1 : layout.channels);
+  }
+
+  void read_line(void* line) override {
+    from_->read_line(line_.data());
+    for (std::size_t i = 0; i < rows_.size(); ++i) rows_[i] = &line_[i * layout_.row_bytes()];
+    arrange(layout_, rows_, line);
+  }
+
+ protected:
+  raster_layout layout_;
+  std::shared_ptr<source> from_;
+  std::vector<std::uint8_t> line_;
+  std::vector<const std::uint8_t*> rows_;
+};
+
+// Colours that come one after the other: the last one is needed for the first line.
+class raster_stream::whole_page final : public page {
+ public:
+  whole_page(std::shared_ptr<source> from, const raster_layout& layout, const cups_page_header2_t& header)
+      : page(std::move(from), layout, header) {
+    const std::uint64_t bytes = layout.lines() * line_.size();
+    require_memory("planar", bytes, from_->max_memory());
+    // Not touched before there are samples for it.
+    whole_ = std::make_unique_for_overwrite<std::uint8_t[]>(bytes);
+    for (std::uint64_t y = 0; y < layout.lines(); ++y) from_->read_line(&whole_[y * line_.size()]);
+  }
+
+  void read_line(void* line) override {
+    for (std::size_t i = 0; i < rows_.size(); ++i) rows_[i] = &whole_[(i * height_ + next_) * line_.size()];
+    ++next_;
+    arrange(layout_, rows_, line);
+  }
+
+ private:
+  std::unique_ptr<std::uint8_t[]> whole_;
+  std::size_t next_ = 0;
+};
+
+raster_stream::raster_stream(input_file file, const std::string& name, std::uint64_t max_memory,
+                             std::function<void(unsigned)> ended)
+    : source_(std::make_shared<source>(std::move(file), name, max_memory, std::move(ended))) {}
+
+std::unique_ptr<image_reader> raster_stream::next_page() {
+  cups_page_header2_t header;
+  if (!source_->read_header(header)) return nullptr;
+  const raster_layout layout = layout_of(header, source_->page_name());
+  source_->start_page(layout);
+  if (layout.order == CUPS_ORDER_PLANAR) return std::make_unique<whole_page>(source_, layout, header);
+  return std::make_unique<page>(source_, layout, header);
+}
+
+}  // namespace vrk::tool
