@@ -4,6 +4,7 @@ build_packages = g++ cmake ninja-build pkg-config
 tool_packages = libpng-dev libjpeg-dev libcli11-dev libtbb-dev libkissfft-dev nlohmann-json3-dev liblcms2-dev \
   libzimg-dev libexif-dev libtiff-dev libwebp-dev libcups2-dev
 test_packages = libgtest-dev
+queue_packages = ghostscript
 dll_packages = g++-mingw-w64-i686-posix llvm-14
 win32_packages = $(dll_packages) googletest clang-14 lld-14
 profile_packages = argyll icc-profiles-free libgs-common
@@ -11,7 +12,7 @@ proof_packages = python3-numpy python3-pil python3-scipy python3-skimage
 bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev libgutenprint-dev
 build = cmake --preset $(1) >/dev/null && cmake --build --preset $(1)
 
-.PHONY: demo test sanitize win32 compare benchmarks bench bench32 check-link check-proof check-calibrate dist check-dist check-format clean
+.PHONY: demo test test-queue sanitize win32 compare benchmarks bench bench32 check-link check-proof check-calibrate dist check-dist check-format clean
 
 demo: # prints the built-in sample page and shows the paths of the pictures
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -22,6 +23,11 @@ test: # builds the library and the program and runs all tests
 	@scripts/packages $(build_packages) $(tool_packages) $(test_packages)
 	@$(call build,release)
 	@ctest --preset release
+
+test-queue: # runs the tests that need programs of a print system
+	@scripts/packages $(build_packages) $(tool_packages) $(test_packages) $(queue_packages)
+	@$(call build,release)
+	@ctest --preset queue
 
 sanitize: # the same under the address and undefined-behaviour sanitizers
 	@scripts/packages $(build_packages) $(tool_packages) $(test_packages)

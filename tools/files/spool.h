@@ -18,6 +18,8 @@ class spool {
   void append(const void* data, std::size_t bytes);
   void read(std::uint64_t at, void* to, std::size_t bytes) const;
 
+  int descriptor() const { return file_; }  // of the file, which stays the spool's
+
  private:
   [[noreturn]] void fail() const;  // with the reason that the system gave last
 

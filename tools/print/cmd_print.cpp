@@ -15,6 +15,7 @@
 #include "tools/print/dot_arguments.h"
 #include "tools/print/print_page.h"
 #include "tools/print/print_pages.h"
+#include "tools/raster/ghostscript.h"
 #include "tools/raster/raster_stream.h"
 
 namespace vrk::tool {
@@ -262,6 +263,13 @@ void run_print(CLI::App& command, const print_arguments& arguments) {
   if (begins_raster_stream(input.first, input.second)) {
     raster_stream stream(std::move(input.file), input.name, arguments.image.max_memory);
     return print_and_save(command, arguments, stream, {.name = input.name, .inputs = inputs}, options);
+  }
+  if (begins_document(input.first, input.second)) {
+    const page_source source{.name = input.name, .inputs = inputs};
+    ghostscript drawing(std::move(input), arguments.page.dpi.value_or(usual_dpi));
+    raster_stream stream(drawing.take_pages(), source.name, arguments.image.max_memory,
+                         [&](unsigned pages) { drawing.check_end(pages); });
+    return print_and_save(command, arguments, stream, source, options);
   }
   auto picture = read_image(std::move(input), arguments.image.max_memory);
   const bool has_profile = !options.inks.profile.to.empty();

@@ -23,6 +23,8 @@ fails 2 '"prnt" is no command' "$vrk" prnt
 fails 2 'no command is given' "$vrk"
 fails 2 'name is empty' "$vrk" print page.ppm -o ''
 fails 2 'belongs to the dither' "$vrk" print page.ppm -o out --halftone ed --matrix screens
+echo '%PDF-1.4' >page.pdf
+fails 1 'page.pdf: .* install the package ghostscript' env PATH=/nowhere "$vrk" print page.pdf -o out
 fails 1 'missing.png: No such file' "$vrk" print missing.png -o out
 fails 1 'standard output: No space left' sh -c '"$0" tables -o full >/dev/full' "$vrk"
 "$vrk" --help | grep -q 'Exit codes: 0'
