@@ -10,9 +10,10 @@
 
 namespace vrk::tool {
 
-void copy_to_standard_output(const std::filesystem::path& file) {
+void copy_to_standard_output(const std::filesystem::path& file, unsigned first) {
   const auto fail = [](const std::string& name) { throw user_error(name + ": " + std::strerror(errno)); };
   std::ifstream from(file, std::ios::binary);
+  from.seekg(first);
   std::vector<char> part(1 << 16);
   while (from.read(part.data(), std::streamsize(part.size())), from.gcount() > 0) {
     const auto count = std::size_t(from.gcount());

@@ -5,8 +5,6 @@
 #include "tools/command_line/help.h"
 #include "tools/command_line/settings.h"
 #include "tools/commands.h"
-#include "tools/files/standard_output.h"
-#include "tools/files/temporary_directory.h"
 #include "tools/image/picture_input.h"
 #include "tools/page/page.h"
 #include "tools/page/page_arguments.h"
@@ -138,26 +136,43 @@ void add_preview_options(CLI::App& command, picture_options& to) {
 
 // Kept by its name, which settings files save.
 void add_format_option(CLI::App& command, print_format& to) {
-  const std::map<std::string, print_format> formats{{"planes", print_format::planes}, {"tiff", print_format::tiff}};
+  const std::map<std::string, print_format> formats{{"planes", print_format::planes},
+                                                    {"tiff", print_format::tiff},
+                                                    {"cups", print_format::cups},
+                                                    {"pwg", print_format::pwg}};
   command
       .add_option_function<std::string>(
           "--format", [&to, formats](const std::string& name) { to = formats.at(name); },
-          "planes: a PBM or PGM file for each ink (default); tiff: print.tif, with all inks")
+          "planes: a PBM or PGM file for each ink (default); tiff: print.tif, with all inks; cups: print.ras, "
+          "CUPS raster in K, KCMY or KCMYcm; pwg: print.pwg, PWG raster in K or CMYK")
       ->check(CLI::IsMember(formats).description(""))
+      ->type_name("NAME");
+}
+
+void add_order_option(CLI::App& command, std::optional<plane_order>& to) {
+  const std::map<std::string, plane_order> orders{
+      {"chunky", plane_order::chunky}, {"banded", plane_order::banded}, {"planar", plane_order::planar}};
+  command
+      .add_option_function<std::string>(
+          "--order", [&to, orders](const std::string& name) { to = orders.at(name); },
+          "of the inks in a CUPS raster: chunky, dot by dot (default); banded, line by line; planar, one after the "
+          "other")
+      ->check(CLI::IsMember(orders).description(""))
       ->type_name("NAME");
 }
 
 void add_print_options(CLI::App& command, print_arguments& to) {
   command
-      .add_option(
-          "-o,--output", to.directory,
-          "directory for the files; -: the one plane or the TIFF goes to standard output, the summary to standard "
-          "error, and there are no other files")
+      .add_option("-o,--output", to.directory,
+                  "directory for the files; -: the one plane, the TIFF or the raster stream goes to standard output, "
+                  "the summary to standard "
+                  "error, and there are no other files")
       ->type_name("DIR")
       ->check(not_empty)
       ->configurable(false)
       ->required();
   add_format_option(command, to.options.format);
+  add_order_option(command, to.options.order);
   add_tone_options(command, to.options.tone);
   add_ink_options(command, to.options.inks);
   add_dot_options(command, to.options.dots);
@@ -185,30 +200,10 @@ class print_settings {
   saved_settings file_;
 };
 
-// inputs: files that must not be replaced.
-print_report print_into_directory(image_reader& page, const print_options& options, const std::string& directory,
-                                  const std::vector<std::string>& inputs) {
-  output_set files(directory);
-  for (const std::string& input : inputs) files.protect(input);
-  return print_page(page, options, files);
-}
-
-// A whole print or nothing; and TIFF is not written from front to back.
-print_report print_to_standard_output(image_reader& page, print_options options) {
-  const temporary_directory directory(place_for_temporary_files());
-  output_set files(directory.path());
-  options.one_file = true;
-  options.pictures.drawn = false;
-  print_report report = print_page(page, options, files);
-  copy_to_standard_output(directory.path() / report.planes[0].file);
-  report.files = {"standard output"};
-  for (print_report::plane& plane : report.planes) plane.file = "standard output";
-  return report;
-}
-
-// Prints, and then leaves the settings of this print where they are asked for.
-void print_and_save(CLI::App& command, const print_arguments& arguments, image_reader& page, print_options options,
-                    const std::vector<std::string>& inputs) {
+// Prints what the source has, and then leaves the settings of this print where they are asked for. stream: its pages
+// are those of a stream.
+void print_and_save(CLI::App& command, const print_arguments& arguments, const page_source& source,
+                    print_options options, bool stream) {
   options.silent = arguments.told == summary::quiet;
   const bool to_directory = arguments.directory != "-";
   const bool of_pictures =
@@ -216,32 +211,46 @@ void print_and_save(CLI::App& command, const print_arguments& arguments, image_r
   if (!to_directory && of_pictures) {
     throw usage_error("-o - draws no pictures: --detail and --preview-size belong to a directory");
   }
-  print_settings settings(command, arguments, inputs);
-  const print_report report = to_directory ? print_into_directory(page, options, arguments.directory, inputs)
-                                           : print_to_standard_output(page, options);
-  settings.protect(report);
+  if (options.order && options.format != print_format::cups) {
+    throw usage_error("--order belongs to --format cups");
+  }
+  print_settings settings(command, arguments, source.inputs);
+  std::vector<print_report> told;  // of one picture: when all is done
+  const auto tell = [&](const print_report& report) {
+    settings.protect(report);
+    if (stream) show(report, arguments.told, to_directory ? stdout : stderr);
+    if (!stream) told.push_back(report);
+  };
+  if (!to_directory) {
+    print_pages_to_standard_output(source, options, tell);
+  } else if (stream) {
+    print_pages(source, options, arguments.directory, tell);
+  } else {
+    output_set files(arguments.directory);
+    for (const std::string& input : source.inputs) files.protect(input);
+    tell(print_page(*source.next(), options, files));
+  }
   settings.keep();
-  show(report, arguments.told, to_directory ? stdout : stderr);
+  for (const print_report& report : told) show(report, arguments.told, to_directory ? stdout : stderr);
 }
 
-// The same for the pages of a raster stream.
-void print_and_save(CLI::App& command, const print_arguments& arguments, raster_stream& stream, page_source source,
-                    print_options options) {
-  if (arguments.directory == "-") throw usage_error("-o - takes one picture: the pages of a stream need a directory");
-  options.silent = arguments.told == summary::quiet;
-  print_settings settings(command, arguments, source.inputs);
-  source.next = [&]() -> std::unique_ptr<image_reader> {
+// One picture, which is on its page.
+void print_picture(CLI::App& command, const print_arguments& arguments, const print_options& options,
+                   std::unique_ptr<image_reader> page, const std::vector<std::string>& inputs) {
+  const std::string name = page->name();
+  print_and_save(command, arguments, {name, [&] { return std::move(page); }, inputs}, options, false);
+}
+
+void print_stream(CLI::App& command, const print_arguments& arguments, const print_options& options,
+                  raster_stream& stream, const std::string& name, const std::vector<std::string>& inputs) {
+  const auto next = [&]() -> std::unique_ptr<image_reader> {
     auto page = stream.next_page();
     if (page == nullptr) return page;
     page_options as = arguments.page;
     if (!as.dpi) as.dpi = page->dpi();
     return lay_out(give_colors(std::move(page), arguments.image, !options.inks.profile.to.empty()), as);
   };
-  print_pages(source, options, arguments.directory, [&](const print_report& report) {
-    settings.protect(report);
-    show(report, arguments.told, stdout);
-  });
-  settings.keep();
+  print_and_save(command, arguments, {name, next, inputs}, options, true);
 }
 
 void print_sample(CLI::App& command, const print_arguments& arguments) {
@@ -249,7 +258,7 @@ void print_sample(CLI::App& command, const print_arguments& arguments) {
   // detail.png shows the balloon of the page's photograph.
   const auto pixels = [&](double mm) { return unsigned(mm / mm_per_inch * arguments.dpi + 0.5); };
   options.pictures.detail_centre = {pixels(54), pixels(50.5)};
-  print_and_save(command, arguments, *read_sample_page(arguments.dpi), options, {});
+  print_picture(command, arguments, options, read_sample_page(arguments.dpi), {});
 }
 
 void run_print(CLI::App& command, const print_arguments& arguments) {
@@ -262,19 +271,19 @@ void run_print(CLI::App& command, const print_arguments& arguments) {
   picture_input input = open_input(arguments.image.path);
   if (begins_raster_stream(input.first, input.second)) {
     raster_stream stream(std::move(input.file), input.name, arguments.image.max_memory);
-    return print_and_save(command, arguments, stream, {.name = input.name, .inputs = inputs}, options);
+    return print_stream(command, arguments, options, stream, input.name, inputs);
   }
   if (begins_document(input.first, input.second)) {
-    const page_source source{.name = input.name, .inputs = inputs};
+    const std::string name = input.name;
     ghostscript drawing(std::move(input), arguments.page.dpi.value_or(usual_dpi));
-    raster_stream stream(drawing.take_pages(), source.name, arguments.image.max_memory,
+    raster_stream stream(drawing.take_pages(), name, arguments.image.max_memory,
                          [&](unsigned pages) { drawing.check_end(pages); });
-    return print_and_save(command, arguments, stream, source, options);
+    return print_stream(command, arguments, options, stream, name, inputs);
   }
   auto picture = read_image(std::move(input), arguments.image.max_memory);
   const bool has_profile = !options.inks.profile.to.empty();
-  const auto page = lay_out(give_colors(std::move(picture), arguments.image, has_profile), arguments.page);
-  print_and_save(command, arguments, *page, options, inputs);
+  auto page = lay_out(give_colors(std::move(picture), arguments.image, has_profile), arguments.page);
+  print_picture(command, arguments, options, std::move(page), inputs);
 }
 
 }  // namespace

@@ -50,7 +50,8 @@ bool may_be_of_a_print(const std::string& name) {
   const auto is_plane = [&](std::string_view plane) {
     return name == std::string(plane) + ".pbm" || name == std::string(plane) + ".pgm";
   };
-  return name == tiff_planes_name || std::any_of(plane_names.begin(), plane_names.end(), is_plane) ||
+  return name == tiff_planes_name || name == cups_planes_name || name == pwg_planes_name ||
+         std::any_of(plane_names.begin(), plane_names.end(), is_plane) ||
          std::find(std::begin(picture_names), std::end(picture_names), name) != std::end(picture_names);
 }
 

@@ -3,7 +3,7 @@
 namespace vrk::tool {
 
 page_files::page_files(output_set& to, const std::vector<plane_format>& planes, const raster& page, print_format format,
-                       const picture_options& pictures, const dot_colors& look)
+                       plane_order order, const picture_options& pictures, const dot_colors& look)
     : formats_(planes), dots_(planes, page.width, look) {
   const dot_scale scale = dots_.scale();
   if (pictures.drawn) {
@@ -11,7 +11,7 @@ page_files::page_files(output_set& to, const std::vector<plane_format>& planes, 
     small_.emplace(to.add("preview.png"), finer(page, scale), pictures.preview_size, look);
     large_.emplace(to.add("detail.png"), finer(page, scale), pixel_place{centre.x * scale.x, centre.y * scale.y}, look);
   }
-  planes_ = open_plane_files(format, to, planes, page, scale);
+  planes_ = open_plane_files(format, order, to, planes, page, scale);
 }
 
 void page_files::add_line(const std::uint8_t* packed) {

@@ -17,7 +17,7 @@ class page_files {
  public:
   // planes: stay where they are. page: in pixels of the picture
   page_files(output_set& to, const std::vector<plane_format>& planes, const raster& page, print_format format,
-             const picture_options& pictures, const dot_colors& look);
+             plane_order order, const picture_options& pictures, const dot_colors& look);
 
   // One line of pixels, as the halftone wrote it.
   void add_line(const std::uint8_t* packed);

@@ -38,7 +38,7 @@ class plane_files {
 };
 
 // planes: stay where they are. page: in pixels of the picture. finest: the scale of the grid of dots.
-std::unique_ptr<plane_files> open_plane_files(print_format format, output_set& to,
+std::unique_ptr<plane_files> open_plane_files(print_format format, plane_order order, output_set& to,
                                               const std::vector<plane_format>& planes, const raster& page,
                                               dot_scale finest);
 
@@ -52,5 +52,23 @@ inline constexpr const char* tiff_planes_name = "print.tif";
 // One TIFF file for all: C, M, Y, K and light inks, 0 for no ink. A dot of a coarser plane is repeated.
 std::unique_ptr<plane_files> open_tiff_planes(output_set& to, const std::vector<plane_format>& planes,
                                               const raster& page, dot_scale finest);
+
+inline constexpr const char* cups_planes_name = "print.ras";
+inline constexpr const char* pwg_planes_name = "print.pwg";
+inline constexpr unsigned raster_stream_start = 4;  // bytes in front of the first page
+
+// One page of CUPS raster: K, KCMY or KCMYcm in the depth of the planes; six inks of 1 bit take 8 bits where they are
+// chunky. Or of PWG raster: K of 1 bit, else K or CMYK of 8. 0 for no ink. A dot of a coarser plane is repeated. Throws
+// usage_error for what such a stream cannot hold.
+std::unique_ptr<plane_files> open_cups_planes(plane_order order, output_set& to,
+                                              const std::vector<plane_format>& planes, const raster& page,
+                                              dot_scale finest);
+std::unique_ptr<plane_files> open_pwg_planes(output_set& to, const std::vector<plane_format>& planes,
+                                             const raster& page, dot_scale finest);
+
+// Adds the dots of a plane's row to a line of samples, each of so many bits, the first one at bit `first` and the
+// others `step` bits apart. The highest level becomes the highest sample, the others lie evenly below. plane: of `of`.
+void pack_samples(const dots& of, std::size_t plane, const plane_format& format, unsigned bits, std::size_t first,
+                  std::size_t step, std::uint8_t* line);
 
 }  // namespace vrk::tool

@@ -59,7 +59,14 @@ struct picture_options {
 };
 
 // What the planes are written as: see plane_files.h.
-enum class print_format { planes, tiff };
+enum class print_format { planes, tiff, cups, pwg };
+
+constexpr bool is_raster_stream(print_format format) {
+  return format == print_format::cups || format == print_format::pwg;
+}
+
+// Colours of a CUPS raster: dot by dot, line by line, or plane by plane.
+enum class plane_order { chunky, banded, planar };
 
 struct print_options {
   tone_options tone{};
@@ -67,7 +74,8 @@ struct print_options {
   dot_options dots{};
   table_files files{};
   print_format format{};
-  bool one_file = false;  // the planes must not be in several files
+  std::optional<plane_order> order{};  // of cups; chunky unless given
+  bool one_file = false;               // the planes must not be in several files
   picture_options pictures{};
   pixel_layout layout{};  // of RGB between stages
   bool width16 = false;   // 16-bit samples from the first stage to the last

@@ -36,9 +36,10 @@ print_report print_through(pipeline& stages, image_reader& source, const print_t
   const resolution dpi = source.dpi().value_or(usual_dpi);
   if (options.one_file && options.format == print_format::planes && stages.planes().size() != 1) {
     throw usage_error("-o - takes one file, and the planes would be " + std::to_string(stages.planes().size()) +
-                      ": expected --inks 1 or --format tiff");
+                      ": expected --inks 1 or --format tiff, cups or pwg");
   }
-  page_files files(to, stages.planes(), {width, height, dpi}, options.format, options.pictures, tables.look);
+  const plane_order order = options.order.value_or(plane_order::chunky);
+  page_files files(to, stages.planes(), {width, height, dpi}, options.format, order, options.pictures, tables.look);
   stopwatch all;
   const double reading = all.time([&] { return print_lines(source, stages, files, threads, options.silent); });
 

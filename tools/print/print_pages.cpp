@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "tools/files/standard_output.h"
+#include "tools/files/temporary_directory.h"
+#include "tools/pipeline/user_error.h"
 #include "tools/print/manifest.h"
 
 namespace vrk::tool {
@@ -38,6 +41,28 @@ void print_pages(const page_source& pages, const print_options& options, const s
       if (names.empty() || names.back() != plane.file) names.push_back(plane.file);
     }
     keep_manifest(pages, done, directory);
+    tell(report);
+  }
+}
+
+// TIFF is not written from front to back, and of a page that fails nothing is to be seen.
+void print_pages_to_standard_output(const page_source& pages, print_options options,
+                                    const std::function<void(const print_report&)>& tell) {
+  options.one_file = true;
+  options.pictures.drawn = false;
+  page_printer printer(options);
+  bool first = true;
+  while (const std::unique_ptr<image_reader> page = pages.next()) {
+    const temporary_directory directory(place_for_temporary_files());
+    output_set files(directory.path());
+    print_report report = printer.print(*page, files);
+    if (!is_raster_stream(options.format) && pages.next() != nullptr) {
+      throw user_error(pages.name + ": has several pages, expected one, or --format cups or pwg with -o -");
+    }
+    copy_to_standard_output(directory.path() / report.planes[0].file, first ? 0 : raster_stream_start);
+    first = false;
+    report.files = {"standard output"};
+    for (print_report::plane& plane : report.planes) plane.file = "standard output";
     tell(report);
   }
 }

@@ -22,4 +22,9 @@ struct page_source {
 void print_pages(const page_source& pages, const print_options& options, const std::string& directory,
                  const std::function<void(const print_report&)>& tell);
 
+// One file per page, all of them to standard output; of raster streams, one stream. A page goes there when it is
+// complete.
+void print_pages_to_standard_output(const page_source& pages, print_options options,
+                                    const std::function<void(const print_report&)>& tell);
+
 }  // namespace vrk::tool

@@ -1,7 +1,6 @@
 #include <vrk.h>
 
 #include <algorithm>
-#include <array>
 #include <limits>
 
 #include "tools/image/tiff_file.h"
@@ -55,7 +54,10 @@ class tiff_planes final : public plane_files {
   void add_row(const std::uint8_t*, unsigned, const dots& of) override {
     const unsigned strip = lines_ / strip_lines_, line = lines_ % strip_lines_;
     if (line == 0) std::fill(strip_.begin(), strip_.end(), std::uint8_t{0});
-    for (std::size_t p = 0; p < planes_.size(); ++p) pack(of, p, &strip_[line * line_bytes_]);
+    for (std::size_t p = 0; p < planes_.size(); ++p) {
+      pack_samples(of, p, planes_[p], bits_, std::size_t{*places_[p].sample} * bits_, planes_.size() * bits_,
+                   &strip_[line * line_bytes_]);
+    }
     if (++lines_ % strip_lines_ != 0 && lines_ != size_.height) return;
     const auto bytes = tmsize_t((line + 1) * line_bytes_);  // at once, which is several times as fast as line by line
     tiff_->require(TIFFWriteEncodedStrip(tiff_->get(), strip, strip_.data(), bytes) >= 0);
@@ -97,23 +99,6 @@ class tiff_planes final : public plane_files {
     set(TIFFTAG_INKSET, inks == 4 ? INKSET_CMYK : INKSET_MULTIINK);
     set(TIFFTAG_NUMBEROFINKS, unsigned(inks));
     set(TIFFTAG_INKNAMES, unsigned(names.size()), names.c_str());
-  }
-
-  // The highest level becomes the highest sample, the others lie evenly below.
-  void pack(const dots& of, std::size_t plane, std::uint8_t* line) const {
-    const unsigned highest = planes_[plane].levels() - 1, full = (1U << bits_) - 1;
-    std::array<std::uint8_t, 256> samples{};
-    for (unsigned code = 0; code <= highest; ++code) {
-      samples[code] = std::uint8_t((code * full + highest / 2) / highest);
-    }
-    const unsigned repeat = of.scale().x / planes_[plane].scale.x;
-    std::size_t bit = std::size_t{*places_[plane].sample} * bits_;
-    for (const std::uint8_t code : of.codes(plane)) {
-      for (unsigned i = 0; i < repeat; ++i, bit += planes_.size() * bits_) {
-        std::uint8_t& to = line[bit / 8];
-        to = std::uint8_t(to | samples[code] << (8 - bits_ - bit % 8));
-      }
-    }
   }
 
   const std::vector<plane_format>& planes_;

@@ -37,6 +37,13 @@ done
 cat two.pdf | "$vrk" print - --dpi 100x50 -o out >/dev/null
 cmp expected/page-002/m.pbm out/page-002/m.pbm
 
+# As one stream of all pages, which a printer's own filter reads.
+cat two.ras | "$vrk" print - --format cups --order planar --levels 4 -o - --quiet >kcmy.ras
+"$vrk" print two.pdf --dpi 100x50 --format cups --order planar --levels 4 -o - --quiet | cmp - kcmy.ras
+"$vrk" print two.ras --format cups --order planar --levels 4 -o one >/dev/null
+{ cat one/page-001/print.ras && tail -c +5 one/page-002/print.ras; } | cmp - kcmy.ras
+fails 'has several pages, expected one' "$vrk" print two.ras --format tiff -o -
+
 # Documents that cannot be drawn, in part or as a whole.
 fails 'ends.pdf: Ghostscript cannot draw it: ' sh -c 'head -c 300 two.pdf >ends.pdf && "$0" print ends.pdf -o none' "$vrk"
 printf '%%!PS\nnonsense\n' >wrong.ps
