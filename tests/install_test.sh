@@ -20,3 +20,19 @@ library=$(find "$work/installed" -name libvrk.a)
 cc $flags -I"$work/installed/include" "$source/tests/install/consumer.c" "$library" -o "$work/static"
 "$work/static"
 "$work/installed/bin/vrk" --help >/dev/null
+
+# The driver that others start from: its printer gets the dots of the same pages by the program.
+cc $flags -std=c99 -D_DEFAULT_SOURCE -Wall -Wextra -Werror "$source/examples/raster_driver.c" -o "$work/raster_driver" \
+  $(pkg-config --cflags --libs vrk) -lcups
+cc $flags -Wall -Wextra -Werror "$source/tests/install/raster_pages.c" -o "$work/raster_pages"
+cd "$work"
+vrk=$work/installed/bin/vrk
+"$vrk" tables -o t >/dev/null
+tables="$(echo t/*.csc2) $(echo t/*.edtb) $(echo t/*.edpr)"
+"$vrk" demo -o gray --inks 1 --levels 16 --dpi 50 --format pwg >/dev/null
+{ cat gray/print.pwg && tail -c +5 gray/print.pwg; } >two.pwg
+LD_LIBRARY_PATH=$(pkg-config --variable=libdir vrk) ./raster_driver $tables <two.pwg 2>/dev/null | ./raster_pages
+set -- $tables
+"$vrk" print two.pwg -o out --csc2 "$1" --edtb "$2" --edpr "$3" --precision 8 >/dev/null
+cmp 1-0.pbm out/page-001/k.pbm
+cmp 2-3.pbm out/page-002/y.pbm
