@@ -294,7 +294,13 @@ void add_print_command(CLI::App& app) {
       app.add_subcommand("print", "Prints a picture: plane files, a preview, and an enlarged detail");
   add_settings_options(*command, arguments->save_settings);
   add_image_argument(*command, arguments->image);
-  command->get_option("image")->configurable(false);
+  command->get_option("image")
+      ->description(
+          "PNG, JPEG, TIFF, WebP, PBM, PGM, PPM or PAM; a raster stream (CUPS, PWG, Apple); PDF or PostScript, where "
+          "Ghostscript is installed; - for standard input. Each page of a stream or document is printed into a "
+          "directory of "
+          "its own and kept as soon as it is whole")
+      ->configurable(false);
   add_page_options(*command, arguments->page);
   add_print_options(*command, *arguments);
   command
