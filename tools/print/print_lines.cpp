@@ -24,9 +24,14 @@ struct band {
   pipeline::workspace space;
 };
 
-// Many enough to be worth a hand-over between threads, few enough to need about this much memory.
-std::size_t lines_of_a_band(const pipeline& stages) {
-  constexpr std::size_t band_bytes = 1 << 20;
+// More would only wait for the halftone, which takes one after the other.
+std::size_t number_of_bands(unsigned threads) { return threads == 1 ? 1 : std::min(2 * threads, 32U); }
+
+// Many enough to be worth a hand-over between threads, few enough to need about this much memory, however many threads
+// there are.
+std::size_t lines_of_a_band(const pipeline& stages, std::size_t bands) {
+  constexpr std::size_t most_bytes = 1 << 20, most_bytes_of_all = 16 << 20;
+  const std::size_t band_bytes = std::min(most_bytes, most_bytes_of_all / bands);
   const std::size_t line_bytes = stages.source_bytes() + stages.ink_bytes() + stages.packed_bytes();
   return std::clamp<std::size_t>(band_bytes / line_bytes, 1, 64);
 }
@@ -36,8 +41,8 @@ std::size_t lines_of_a_band(const pipeline& stages) {
 // Reading, halftoning and writing each take one band after the other, each on a thread of its own if there are enough.
 // Several bands are converted at once.
 double print_lines(image_reader& source, pipeline& stages, page_files& files, unsigned threads, bool silent) {
-  const std::size_t capacity = lines_of_a_band(stages);
-  std::vector<band> bands(threads == 1 ? 1 : 2 * threads, band(stages, capacity));
+  const std::size_t capacity = lines_of_a_band(stages, number_of_bands(threads));
+  std::vector<band> bands(number_of_bands(threads), band(stages, capacity));
   std::size_t next = 0;
   unsigned lines_left = source.height();
   stopwatch reading;
