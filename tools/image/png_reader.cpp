@@ -57,7 +57,7 @@ class png_reader final : public image_reader {
     info_ = png_create_info_struct(png_);
     try {
       const kit::bytes exif = find_exif(file_.get());
-      run_c(failure_, name_, [this] { read_header(); });
+      run_c(failure_, name_, [&] { read_header(max_memory); });
       read_notes(exif);
       read_profile();
       if (png_get_interlace_type(png_, info_) != PNG_INTERLACE_NONE) read_whole(max_memory);
@@ -83,8 +83,13 @@ class png_reader final : public image_reader {
   }
 
  private:
-  void read_header() {
+  void read_header(std::uint64_t max_memory) {
     png_set_read_fn(png_, file_.get(), read_bytes);
+    // Of all that may stand beside the picture, only what counts is kept, and no more of it than this.
+    constexpr std::uint64_t most_beside = 32 << 20;
+    png_set_chunk_malloc_max(png_, png_alloc_size_t(std::min(max_memory, most_beside)));
+    png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_NEVER,
+                                reinterpret_cast<png_const_bytep>("tEXt\0zTXt\0iTXt\0sPLT\0hIST\0pCAL\0sCAL"), 7);
     png_read_info(png_, info_);
     png_set_expand(png_);
     png_get_gAMA_fixed(png_, info_, &inverse_gamma_);
@@ -179,9 +184,11 @@ class png_reader final : public image_reader {
     static_cast<png_reader*>(png_get_error_ptr(png))->failure_.jump(text);
   }
   static void on_warning(png_structp png, png_const_charp text) {
-    if (std::string_view(text).starts_with("iCCP")) {
-      static_cast<png_reader*>(png_get_error_ptr(png))->refused_profile_ = true;
+    auto* const self = static_cast<png_reader*>(png_get_error_ptr(png));
+    if (std::string_view(text).ends_with("chunk data is too large")) {
+      self->failure_.jump("holds a note or a profile of more than --max-memory, or than 32 MB");
     }
+    if (std::string_view(text).starts_with("iCCP")) self->refused_profile_ = true;
   }
 
   input_file file_;

@@ -33,11 +33,12 @@ bool lies_across(double width, double height, const paper_size& paper) {
 unsigned pixels(double mm, double dpi) { return unsigned(std::max(1.0, std::round(mm / mm_per_inch * dpi))); }
 
 void check_length(double mm, const std::string& name) {
-  if (mm <= longest_paper) return;
+  constexpr double shortest = 0.01;  // mm; a pixel alone may be as small
+  if (mm >= shortest && mm <= longest_paper) return;
   char text[120];
   std::snprintf(text, sizeof text,
-                ": would be %.4g m long on paper by its own resolution, expected up to %g m: give --size", mm / 1000,
-                longest_paper / 1000);
+                ": would be %.4g m long on paper by its own resolution, expected %g to %g m: give --size", mm / 1000,
+                shortest / 1000, longest_paper / 1000);
   throw user_error(name + text);
 }
 

@@ -392,6 +392,13 @@ TEST_F(image, that_needs_too_much_memory_is_refused) {
             path("large.png") +
                 ": is interlaced and so needs 2764808 MB of memory, more than the 1024 MB of "
                 "--max-memory");
+  const std::string noted =
+      png(stored(drawn(3, level)), 8, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE, [](auto to, auto info) {
+        std::string block(2 << 20, 'n');
+        png_set_eXIf_1(to, info, unsigned(block.size()), reinterpret_cast<png_bytep>(block.data()));
+      });
+  EXPECT_NE(complaint([&] { open_image(save("noted.png", noted), 1 << 20); }).find("more than --max-memory"),
+            std::string::npos);
   const tiff_layout tiles{width, height, 3, 8, PHOTOMETRIC_RGB, COMPRESSION_NONE, 0, 64, true};
   const std::string planes = save("planes.tif", tiff(drawn(3, level), tiles));
   const std::string whole = save("whole.webp", webp(drawn(4, level)));
