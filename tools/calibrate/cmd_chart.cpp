@@ -59,7 +59,7 @@ void add_chart_command(CLI::App& app) {
       ->check(not_empty)
       ->required();
   command->add_option("--inks", arguments->chart.inks, "1: K, 4: K C M Y, 6: with light cyan and light magenta")
-      ->check(CLI::IsMember({1, 4, 6}))
+      ->check(CLI::IsMember({"1", "4", "6"}))
       ->capture_default_str();
   command->add_option("--steps", arguments->chart.steps, "patches of each ramp, paper and full tone included")
       ->check(CLI::Range(5, 256))

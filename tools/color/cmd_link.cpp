@@ -67,7 +67,7 @@ void add_link_command(CLI::App& app) {
       ->check(CLI::Range(2, 255))
       ->group("Table");
   command->add_option("--precision", to->form.precision, "bits that the converter works in (default 12)")
-      ->check(CLI::IsMember({8, 12}))
+      ->check(CLI::IsMember({"8", "12"}))
       ->group("Table");
   command
       ->add_option("--encoding", to->encoding,

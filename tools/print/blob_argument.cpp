@@ -8,6 +8,7 @@
 
 #include "kit/inspect.h"
 #include "kit/read_tables.h"
+#include "tools/command_line/printable.h"
 #include "tools/tables/blob_look_up.h"
 
 namespace vrk::tool {
@@ -24,9 +25,11 @@ int number_or_family(const std::string& key, const std::string& value, const std
   return number;
 }
 
-selectors parse_selectors(std::string list, const std::string& argument, unsigned inks) {
+// type: of the blob
+selectors parse_selectors(std::string list, const std::string& argument, const std::string& type, unsigned inks) {
   selectors chosen;
   chosen.levels = int(inks);
+  std::vector<const selector*> given;
   while (!list.empty()) {
     const std::string item = list.substr(0, list.find(','));
     list.erase(0, item.size() + 1);
@@ -37,6 +40,11 @@ selectors parse_selectors(std::string list, const std::string& argument, unsigne
       throw usage_error("--blob " + argument + ": \"" + key +
                         "\" is no selector, expected family, kind, a, b, c, d, levels, step or ink");
     }
+    if (!is_selector_of(type, *known)) {
+      throw usage_error("--blob " + argument + ": " + key + " chooses nothing in a blob of type " + printable(type));
+    }
+    if (std::ranges::count(given, &*known) != 0) throw usage_error("--blob " + argument + ": gives " + key + " twice");
+    given.push_back(&*known);
     chosen.*known->field = number_or_family(key, item.substr(std::min(item.size(), key.size() + 1)), argument);
   }
   return chosen;
@@ -70,6 +78,7 @@ std::string listed(const std::vector<std::string>& tags, const std::string& sepa
 
 table read_table(const std::string& path) {
   constexpr std::streamsize most = std::streamsize{1} << 28, part = 1 << 16;  // no table is as long
+  if (path.empty()) throw usage_error("the name of a file of tables is empty");
   std::ifstream file(path, std::ios::binary);
   if (!file) throw user_error(path + ": " + std::strerror(errno));
   table read{path, {}};
@@ -89,13 +98,13 @@ blob_table read_from_blob(const std::string& argument, unsigned inks) {
   const std::size_t colon = argument.rfind(':');
   const bool selected = colon != std::string::npos && argument.find('=', colon) != std::string::npos;
   const std::string path = selected ? argument.substr(0, colon) : argument;
-  const selectors chosen = parse_selectors(selected ? argument.substr(colon + 1) : "", argument, inks);
-
   const table blob = read_table(path);
   if (const kit::refusal why = kit::why_refused_blob(blob.image)) refuse(blob, why);
+  const std::string type = kit::blob_type(blob.image);
+  const selectors chosen = parse_selectors(selected ? argument.substr(colon + 1) : "", argument, type, inks);
   std::optional<kit::bytes> found = look_up(blob.image, chosen);
   if (!found) refuse_selectors(blob, chosen, argument);
-  return {path, kit::blob_type(blob.image), {argument, std::move(*found)}};
+  return {path, type, {argument, std::move(*found)}};
 }
 
 }  // namespace vrk::tool

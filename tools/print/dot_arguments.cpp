@@ -48,7 +48,7 @@ void add_dot_options(CLI::App& command, dot_options& to) {
   command
       .add_option("--precision", to.precision,
                   "error diffusion: bits at which 8-bit samples are diffused, 8 or 10 (default 10); 16: as --width16")
-      ->check(CLI::IsMember({8, 10, 16}))
+      ->check(CLI::IsMember({"8", "10", "16"}))
       ->group(group);
   command
       .add_option_function<std::string>(

@@ -1,5 +1,8 @@
 #include "tools/print/own_tables.h"
 
+#include <algorithm>
+#include <array>
+
 #include "kit/inspect.h"
 #include "kit/tone_curves.h"
 #include "tools/print/blob_argument.h"
@@ -83,20 +86,21 @@ void read_tone(const tone_options& options, tone_settings& to, std::vector<std::
   to.lift = options.lift;
   to.contrast = options.contrast;
 
-  std::vector<kit::curve> channels;  // once a curve names its channel, all three
+  std::array<std::optional<table>, 3> channels;
   for (const std::string& argument : options.curves) {
     constexpr std::string_view names[] = {"r", "g", "b"};
     named_curve curve = read_curve(argument, names);
     files.push_back(curve.image.name);
     if (curve.of) {
-      if (channels.empty()) channels.assign(3, kit::identity_curve());
-      channels[*curve.of] = only_curve(curve.image);
+      put(channels[*curve.of], std::move(curve.image));
     } else {
       put_tone_curves(std::move(curve.image), to);
     }
   }
-  if (channels.empty()) return;
-  put(to.rgb_curves, {"the curves of R, G and B", kit::curve_image{.curves = channels}.encode()});
+  if (std::ranges::none_of(channels, [](const auto& channel) { return channel.has_value(); })) return;
+  kit::curve_image all;
+  for (const auto& channel : channels) all.curves.push_back(channel ? only_curve(*channel) : kit::identity_curve());
+  put(to.rgb_curves, {"the curves of R, G and B", all.encode()});
 }
 
 void read_plane_curves(const std::vector<std::string>& arguments, plane_curves& to, std::vector<std::string>& files) {

@@ -49,14 +49,15 @@ void add_compare_command(CLI::App& app) {
       ->required();
   command->add_option("--crop", arguments->centre, "centre of the crop, in pixels (default: the picture's centre)")
       ->type_name("X Y")
-      ->expected(2);
+      ->expected(2)
+      ->check(CLI::Range(0, 999999));
   command
       ->add_option("--enlarge", options.enlargement,
                    "side of a dot in compare.png, in pixels; a smaller one shows a larger crop")
       ->check(CLI::Range(1, 16))
       ->capture_default_str();
   command->add_option("--inks", options.inks, "1: K, 4: K C M Y, 6: with light cyan and light magenta (default 4)")
-      ->check(CLI::IsMember({1, 4, 6}));
+      ->check(CLI::IsMember({"1", "4", "6"}));
   command->add_option("--levels", options.levels, "levels of a dot")->check(CLI::Range(2, 16))->capture_default_str();
   command->add_option("--modulation", arguments->modulation, "modulation of the thresholds of error diffusion")
       ->check(CLI::IsMember({"none", "noise"}))

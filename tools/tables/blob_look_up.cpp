@@ -185,6 +185,14 @@ void for_every_selection(const look_up_function& by, const Use& use) {
 
 std::span<const selector> all_selectors() { return selector_list; }
 
+bool is_selector_of(const std::string& type, const selector& by) {
+  const auto number = selector_number(&by - selector_list.data());
+  const auto is_of_type = [&](const look_up_function& function) { return function.type == type; };
+  return std::ranges::none_of(look_ups, is_of_type) || std::ranges::any_of(look_ups, [&](const auto& function) {
+           return is_of_type(function) && std::ranges::count(function.by, number) != 0;
+         });
+}
+
 std::optional<kit::bytes> look_up(const kit::bytes& blob, const selectors& chosen) {
   for (const look_up_function& by : look_ups) {
     if (auto table = find(by, blob, chosen)) return table;

@@ -24,6 +24,9 @@ struct selector {
 };
 std::span<const selector> all_selectors();
 
+// Whether a look-up in blobs of this type is by the selector, one of all_selectors. In a blob of unknown type, by all.
+bool is_selector_of(const std::string& type, const selector& by);
+
 // The table that these selectors find, if the image is a parameter blob and has it. Of input tone curves, newer blobs
 // have five steps each way and older ones two, under other tags: the newer ones go first.
 std::optional<kit::bytes> look_up(const kit::bytes& blob, const selectors& chosen);

@@ -157,6 +157,8 @@ TEST_F(tool, takes_tables_out_of_blobs) {
   save("colors.blob", blob.encode());
   expect_complaint(page, option + ":family=X", "bytes of XN at offset 1048576, expected them inside its ");
   expect_complaint(page, option + ":family=Y", "family is \"Y\", expected H or X");
+  expect_complaint(page, option + ":family=X,step=1", "step chooses nothing in a blob of type CS2T");
+  expect_complaint(page, option + ":a=1,a=2", "gives a twice");
   expect_complaint(page, option + ":sort=4", "\"sort\" is no selector");
 }
 
