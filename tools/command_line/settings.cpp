@@ -98,10 +98,18 @@ void add_settings_options(CLI::App& command, std::string& to) {
       ->group(group);
 }
 
-saved_settings::saved_settings(CLI::App& command, const std::string& path, const std::string& input)
+std::vector<std::string> settings_read(const CLI::App& command) { return command.get_option("--settings")->results(); }
+
+saved_settings::saved_settings(CLI::App& command, const std::string& path, const std::vector<std::string>& inputs)
     : set_(std::filesystem::path(path).parent_path()) {
-  set_.protect(input);
-  if (!path.empty()) set_.add(std::filesystem::path(path).filename()).write(settings_of(command, path));
+  const std::vector<std::string> read = settings_read(command);
+  for (const std::string& input : inputs) {
+    if (std::ranges::count(read, input) == 0) set_.protect(input);
+  }
+  if (path.empty()) return;
+  output_file& file = set_.add(std::filesystem::path(path).filename());
+  file.write(settings_of(command, path));
+  file.close();  // before the run: if there is no room for it, the run does nothing
 }
 
 }  // namespace vrk::tool

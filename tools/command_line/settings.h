@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 
 #include <string>
+#include <vector>
 
 #include "tools/files/output_set.h"
 
@@ -14,11 +15,14 @@ namespace vrk::tool {
 // command line alone.
 void add_settings_options(CLI::App& command, std::string& to);
 
+// The file that --settings names, if it does.
+std::vector<std::string> settings_read(const CLI::App& command);
+
 // The file that a run of the command is to leave; nothing without a path.
 class saved_settings {
  public:
-  // input: a file that is not replaced
-  saved_settings(CLI::App& command, const std::string& path, const std::string& input);
+  // inputs: files that are not replaced, but for the settings that were read
+  saved_settings(CLI::App& command, const std::string& path, const std::vector<std::string>& inputs);
 
   void protect(const std::string& file) { set_.protect(file); }
   void keep() { set_.keep(); }

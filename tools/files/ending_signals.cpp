@@ -14,7 +14,9 @@ ending_signals::ending_signals() {
     caught_.push_back(signal);
     sigaddset(&set_, signal);
   }
-  std::signal(SIGXFSZ, SIG_IGN);  // a file that may grow no more is an error of its writer
+  // A file that may grow no more, or a pipe that nobody reads, is an error of its writer.
+  std::signal(SIGXFSZ, SIG_IGN);
+  std::signal(SIGPIPE, SIG_IGN);
   pthread_sigmask(SIG_BLOCK, &set_, nullptr);
   if (!caught_.empty()) waiting_ = std::thread(&ending_signals::wait, this);
 }

@@ -19,12 +19,6 @@ namespace fs = std::filesystem;
 
 [[noreturn]] void refuse(const fs::path& path, const std::string& why) { throw user_error(path.string() + ": " + why); }
 
-std::optional<file_identity> identity_of(const std::string& path) {
-  struct stat found {};
-  if ((path == "-" ? fstat(STDIN_FILENO, &found) : stat(path.c_str(), &found)) != 0) return {};
-  return file_identity{found.st_dev, found.st_ino};
-}
-
 // One process at a time has this lock of a directory. Some network file systems cannot lock one: runs that end in the
 // same instant are not kept apart there.
 class directory_lock {
@@ -45,6 +39,12 @@ class directory_lock {
 };
 
 }  // namespace
+
+std::optional<file_identity> identity_of(const std::string& path) {
+  struct stat found {};
+  if ((path == "-" ? fstat(STDIN_FILENO, &found) : stat(path.c_str(), &found)) != 0) return {};
+  return file_identity{found.st_dev, found.st_ino};
+}
 
 output_file::output_file(fs::path path, fs::path temporary)
     : path_(std::move(path)), temporary_(std::move(temporary)), file_(std::fopen(temporary_.c_str(), "wbx")) {

@@ -44,6 +44,9 @@ struct file_identity {
   bool operator==(const file_identity&) const = default;
 };
 
+// None when there is no such file. "-": standard input.
+std::optional<file_identity> identity_of(const std::string& path);
+
 // All functions throw user_error, naming the file. Without `keep`, the destructor removes everything again. Runs that
 // keep their files in one directory do so one after the other.
 class output_set {

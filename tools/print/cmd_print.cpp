@@ -5,6 +5,7 @@
 #include "tools/command_line/help.h"
 #include "tools/command_line/settings.h"
 #include "tools/commands.h"
+#include "tools/files/standard_output.h"
 #include "tools/image/picture_input.h"
 #include "tools/page/page.h"
 #include "tools/page/page_arguments.h"
@@ -65,7 +66,7 @@ void add_tone_options(CLI::App& command, tone_options& to) {
 void add_ink_options(CLI::App& command, ink_options& to) {
   const std::string group = "Inks";
   command.add_option("--inks", to.count, "1: K, 4: K C M Y, 6: with light cyan and light magenta (default 4)")
-      ->check(CLI::IsMember({1, 4, 6}))
+      ->check(CLI::IsMember({"1", "4", "6"}))
       ->group(group);
   command.add_flag("--split", to.split, "six inks: four, of which cyan and magenta are split into light and full")
       ->group(group);
@@ -186,9 +187,7 @@ void add_print_options(CLI::App& command, print_arguments& to) {
 class print_settings {
  public:
   print_settings(CLI::App& command, const print_arguments& arguments, const std::vector<std::string>& inputs)
-      : file_(command, arguments.save_settings, arguments.image.path) {
-    for (const std::string& input : inputs) file_.protect(input);
-  }
+      : file_(command, arguments.save_settings, inputs) {}
 
   void protect(const print_report& printed) {
     for (const std::string& file : printed.tables) file_.protect(file);
@@ -222,6 +221,7 @@ void print_and_save(CLI::App& command, const print_arguments& arguments, const p
     if (!stream) told.push_back(report);
   };
   if (!to_directory) {
+    refuse_as_standard_output(source.inputs);
     print_pages_to_standard_output(source, options, tell);
   } else if (stream) {
     print_pages(source, options, arguments.directory, tell);
@@ -258,14 +258,15 @@ void print_sample(CLI::App& command, const print_arguments& arguments) {
   // detail.png shows the balloon of the page's photograph.
   const auto pixels = [&](double mm) { return unsigned(mm / mm_per_inch * arguments.dpi + 0.5); };
   options.pictures.detail_centre = {pixels(54), pixels(50.5)};
-  print_picture(command, arguments, options, read_sample_page(arguments.dpi), {});
+  print_picture(command, arguments, options, read_sample_page(arguments.dpi), settings_read(command));
 }
 
 void run_print(CLI::App& command, const print_arguments& arguments) {
   print_options options = arguments.options;
   const std::vector<unsigned>& centre = arguments.detail_centre;
   if (!centre.empty()) options.pictures.detail_centre = {centre[0], centre[1]};
-  std::vector<std::string> inputs{arguments.image.path};
+  std::vector<std::string> inputs = settings_read(command);
+  inputs.push_back(arguments.image.path);
   if (arguments.image.is_profile_named()) inputs.push_back(arguments.image.profile);
 
   picture_input input = open_input(arguments.image.path);
@@ -308,6 +309,7 @@ void add_print_command(CLI::App& app) {
                    "centre of detail.png, in pixels of the page (default: its centre)")
       ->type_name("X Y")
       ->expected(2)
+      ->check(CLI::Range(0, 999999))
       ->excludes("--no-preview")
       ->group(picture_group);
   command->footer(help_footer({"vrk print photo.jpg -o out/ --size 10x15cm --fill --dpi 600",

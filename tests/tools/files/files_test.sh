@@ -40,6 +40,10 @@ test "$(ls one | tr '\n' ' ')" = 'detail.png manifest.json preview.png print.tif
 cat one/print.tif | "$vrk" print - -o one >/dev/null
 test ! -e one/print.tif && test -s one/k.pbm
 fails 2 'expected --inks 1 or --format tiff' "$vrk" print page.ppm -o -
+fails 1 'standard output: Broken pipe' sh -c '
+  { until [ -e closed ]; do sleep 0.01; done; "$0" print page.ppm -o - --inks 1; echo $? >code; } |
+    { exec <&-; touch closed; }
+  exit "$(cat code)"' "$vrk"
 fails 1 'standard output: No space left' sh -c '"$0" print page.ppm -o - --inks 1 >/dev/full' "$vrk"
 test ! -e ./-
 
@@ -83,6 +87,11 @@ fails 1 'six/detail.png: would be replaced' sh -c '"$0" print - -o six <photo.pn
 fails 1 'six/lc.pbm: would be replaced' "$vrk" print six/lc.pbm -o six
 mkdir own && cp kept own/k.pbm
 fails 1 'own/k.pbm: would be replaced' "$vrk" print page.ppm -o own --dith own/k.pbm
+echo 'levels = 4' >own/m.pbm
+fails 1 'own/m.pbm: would be replaced' "$vrk" print page.ppm -o own --settings own/m.pbm --levels 2
+cp page.ppm copy.ppm
+fails 1 'standard output is copy.ppm' sh -c '"$0" print copy.ppm -o - --inks 1 1<>copy.ppm' "$vrk"
+cmp page.ppm copy.ppm
 cmp four/preview.png photo.png
 
 # Signals: the run ends as by the signal and leaves nothing, but for one that it was told to ignore.
