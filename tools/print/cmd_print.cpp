@@ -146,7 +146,7 @@ void add_format_option(CLI::App& command, print_format& to) {
           "--format", [&to, formats](const std::string& name) { to = formats.at(name); },
           "planes: a PBM or PGM file for each ink (default); tiff: print.tif, with all inks; cups: print.ras, "
           "CUPS raster in K, KCMY or KCMYcm; pwg: print.pwg, PWG raster in K or CMYK")
-      ->check(CLI::IsMember(formats).description(""))
+      ->check(CLI::IsMember(formats))
       ->type_name("NAME");
 }
 
@@ -158,7 +158,7 @@ void add_order_option(CLI::App& command, std::optional<plane_order>& to) {
           "--order", [&to, orders](const std::string& name) { to = orders.at(name); },
           "of the inks in a CUPS raster: chunky, dot by dot (default); banded, line by line; planar, one after the "
           "other")
-      ->check(CLI::IsMember(orders).description(""))
+      ->check(CLI::IsMember(orders))
       ->type_name("NAME");
 }
 
