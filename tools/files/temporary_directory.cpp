@@ -27,7 +27,8 @@ fs::path place_for_temporary_files() {
 std::unique_lock<std::mutex> hold_off_end() { return std::unique_lock(changes); }
 
 void remove_temporary_directories() {
-  for (temporary_directory* const directory : present) directory->remove();
+  for (auto newest = present.rbegin(); newest != present.rend(); ++newest)
+    (*newest)->remove();  // may lie in an older's
 }
 
 temporary_directory::temporary_directory(const fs::path& parent) {

@@ -97,7 +97,7 @@ cmp four/preview.png photo.png
 # Signals: the run ends as by the signal and leaves nothing, but for one that it was told to ignore.
 mkfifo pipe
 for signal in TERM HUP; do
-  "$vrk" print - -o new/directory <pipe &
+  "$vrk" print - -o new/directory --save-settings new/kept.conf <pipe &
   run=$!
   exec 3>pipe
   head -c 90000 page.ppm >&3
