@@ -253,19 +253,30 @@ void print_stream(CLI::App& command, const print_arguments& arguments, const pri
   print_and_save(command, arguments, {name, next, inputs}, options, true);
 }
 
+// Files that a print reads beside its picture; of those that are named among other words, the print itself knows.
+std::vector<std::string> inputs_of(const CLI::App& command, const print_options& options) {
+  std::vector<std::string> inputs = settings_read(command);
+  const table_files& tables = options.files;
+  for (const std::string& file :
+       {tables.csc1, tables.csc2, tables.edpr, tables.edtb, tables.dith, options.inks.profile.to}) {
+    if (!file.empty()) inputs.push_back(file);
+  }
+  return inputs;
+}
+
 void print_sample(CLI::App& command, const print_arguments& arguments) {
   print_options options = arguments.options;
   // detail.png shows the balloon of the page's photograph.
   const auto pixels = [&](double mm) { return unsigned(mm / mm_per_inch * arguments.dpi + 0.5); };
   options.pictures.detail_centre = {pixels(54), pixels(50.5)};
-  print_picture(command, arguments, options, read_sample_page(arguments.dpi), settings_read(command));
+  print_picture(command, arguments, options, read_sample_page(arguments.dpi), inputs_of(command, options));
 }
 
 void run_print(CLI::App& command, const print_arguments& arguments) {
   print_options options = arguments.options;
   const std::vector<unsigned>& centre = arguments.detail_centre;
   if (!centre.empty()) options.pictures.detail_centre = {centre[0], centre[1]};
-  std::vector<std::string> inputs = settings_read(command);
+  std::vector<std::string> inputs = inputs_of(command, options);
   inputs.push_back(arguments.image.path);
   if (arguments.image.is_profile_named()) inputs.push_back(arguments.image.profile);
 

@@ -56,6 +56,8 @@ TEST_F(settings, name_what_they_cannot_say) {
   fs::rename(save("some.csc2", constant_inks(4)), path("some#.csc2"));
   expect_complaint(page, "--save-settings " + path("new") + " --csc2 " + path("some#.csc2"), "cannot hold --csc2");
   expect_complaint(page, "--save-settings " + page, page + ": would be replaced");
+  expect_complaint(page, few_points_ + "--save-settings " + path("few_points.csc2"),
+                   "few_points.csc2: would be replaced");
   EXPECT_FALSE(fs::exists(path("new")) || fs::exists(path("out")));
 }
 
