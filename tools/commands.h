@@ -7,8 +7,7 @@ namespace vrk::tool {
 
 inline constexpr const char* exit_help =
     "Exit codes: 0, all is done; 1, it could not be done, and the files are as they were before, but for whole pages "
-    "of a stream; 2, the command line "
-    "is wrong.";
+    "of a stream; 2, the command line is wrong.";
 
 void add_print_command(CLI::App& app);      // print: a picture through all stages
 void add_demo_command(CLI::App& app);       // demo: the built-in sample page

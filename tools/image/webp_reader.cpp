@@ -94,7 +94,6 @@ class webp_reader final : public image_reader {
     dpi_ = notes.dpi;
     seen_ = notes.seen;
     if (profile_.empty()) profile_ = profile_of(notes.color, channels_);
-    if (profile_.empty()) profile_ = profile_of(notes.color, channels_);
   }
 
   std::size_t stride() const { return std::size_t{width_} * (alpha_ ? 4 : 3); }

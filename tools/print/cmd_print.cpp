@@ -33,6 +33,17 @@ struct print_arguments {
   unsigned dpi = unsigned(usual_dpi.x);
 };
 
+// One of several names. Settings files save the name.
+template <class Value, class To>
+CLI::Option* add_choice(CLI::App& command, const std::string& option, const std::map<std::string, Value>& choices,
+                        To& to, const std::string& help) {
+  return command
+      .add_option_function<std::string>(
+          option, [&to, choices](const std::string& name) { to = choices.at(name); }, help)
+      ->check(CLI::IsMember(choices))
+      ->type_name("NAME");
+}
+
 void add_tone_options(CLI::App& command, tone_options& to) {
   const std::string group = "Tone of the picture";
   command.add_option("--balance", to.balance, "first pre-processor: steps that lift the middle of R, G, B")
@@ -89,15 +100,12 @@ void add_ink_options(CLI::App& command, ink_options& to) {
 
 void add_run_options(CLI::App& command, print_options& to) {
   const std::string group = "Work";
-  const std::map<std::string, pixel_layout> layouts{{"rgb", pixel_layout::rgb},
-                                                    {"bgr", pixel_layout::bgr},
-                                                    {"bgrx", pixel_layout::bgrx},
-                                                    {"xrgb", pixel_layout::xrgb}};
-  command
-      .add_option_function<std::string>(
-          "--layout", [&to, layouts](const std::string& name) { to.layout = layouts.at(name); },
-          "pixel layout between stages (default rgb); the print stays the same")
-      ->check(CLI::IsMember(layouts))
+  add_choice<pixel_layout>(command, "--layout",
+                           {{"rgb", pixel_layout::rgb},
+                            {"bgr", pixel_layout::bgr},
+                            {"bgrx", pixel_layout::bgrx},
+                            {"xrgb", pixel_layout::xrgb}},
+                           to.layout, "pixel layout between stages (default rgb); the print stays the same")
       ->group(group);
   command.add_flag("--width16", to.width16, "16-bit samples from the first stage to the last")->group(group);
   command.add_option("--threads", to.threads, "threads to work with (default: one per core); the print stays the same")
@@ -135,45 +143,32 @@ void add_preview_options(CLI::App& command, picture_options& to) {
       ->group(picture_group);
 }
 
-// Kept by its name, which settings files save.
-void add_format_option(CLI::App& command, print_format& to) {
-  const std::map<std::string, print_format> formats{{"planes", print_format::planes},
-                                                    {"tiff", print_format::tiff},
-                                                    {"cups", print_format::cups},
-                                                    {"pwg", print_format::pwg}};
-  command
-      .add_option_function<std::string>(
-          "--format", [&to, formats](const std::string& name) { to = formats.at(name); },
-          "planes: a PBM or PGM file for each ink (default); tiff: print.tif, with all inks; cups: print.ras, "
-          "CUPS raster in K, KCMY or KCMYcm; pwg: print.pwg, PWG raster in K or CMYK")
-      ->check(CLI::IsMember(formats))
-      ->type_name("NAME");
-}
-
-void add_order_option(CLI::App& command, std::optional<plane_order>& to) {
-  const std::map<std::string, plane_order> orders{
-      {"chunky", plane_order::chunky}, {"banded", plane_order::banded}, {"planar", plane_order::planar}};
-  command
-      .add_option_function<std::string>(
-          "--order", [&to, orders](const std::string& name) { to = orders.at(name); },
-          "of the inks in a CUPS raster: chunky, dot by dot (default); banded, line by line; planar, one after the "
-          "other")
-      ->check(CLI::IsMember(orders))
-      ->type_name("NAME");
+void add_format_options(CLI::App& command, print_options& to) {
+  add_choice<print_format>(command, "--format",
+                           {{"planes", print_format::planes},
+                            {"tiff", print_format::tiff},
+                            {"cups", print_format::cups},
+                            {"pwg", print_format::pwg}},
+                           to.format,
+                           "planes: a PBM or PGM file for each ink (default); tiff: print.tif, with all inks; cups: "
+                           "print.ras, CUPS raster in "
+                           "K, KCMY or KCMYcm; pwg: print.pwg, PWG raster in K or CMYK");
+  add_choice<plane_order>(
+      command, "--order",
+      {{"chunky", plane_order::chunky}, {"banded", plane_order::banded}, {"planar", plane_order::planar}}, to.order,
+      "of the inks in a CUPS raster: chunky, dot by dot (default); banded, line by line; planar, one after the other");
 }
 
 void add_print_options(CLI::App& command, print_arguments& to) {
   command
       .add_option("-o,--output", to.directory,
                   "directory for the files; -: the one plane, the TIFF or the raster stream goes to standard output, "
-                  "the summary to standard "
-                  "error, and there are no other files")
+                  "the summary to standard error, and there are no other files")
       ->type_name("DIR")
       ->check(not_empty)
       ->configurable(false)
       ->required();
-  add_format_option(command, to.options.format);
-  add_order_option(command, to.options.order);
+  add_format_options(command, to.options);
   add_tone_options(command, to.options.tone);
   add_ink_options(command, to.options.inks);
   add_dot_options(command, to.options.dots);
@@ -310,8 +305,7 @@ void add_print_command(CLI::App& app) {
       ->description(
           "PNG, JPEG, TIFF, WebP, PBM, PGM, PPM or PAM; a raster stream (CUPS, PWG, Apple); PDF or PostScript, where "
           "Ghostscript is installed; - for standard input. Each page of a stream or document is printed into a "
-          "directory of "
-          "its own and kept as soon as it is whole")
+          "directory of its own and kept as soon as it is whole")
       ->configurable(false);
   add_page_options(*command, arguments->page);
   add_print_options(*command, *arguments);
