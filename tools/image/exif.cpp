@@ -36,13 +36,15 @@ double ratio(const exif_data& exif, ExifTag tag) {
 }
 
 // Cameras that write Adobe RGB call it "uncalibrated", and say which one it is by the interoperability of their files.
+// Some use a number that the format does not have.
 exif_color color_of(const exif_data& exif) {
-  const exif_color said = color_of_space(short_number(exif, EXIF_TAG_COLOR_SPACE, EXIF_IFD_EXIF).value_or(0));
-  if (said != exif_color::not_said) return said;
+  constexpr unsigned srgb = 1, adobe_rgb = 2;
   const ExifEntry* const index =
       find(exif, ExifTag(EXIF_TAG_INTEROPERABILITY_INDEX), EXIF_FORMAT_ASCII, EXIF_IFD_INTEROPERABILITY);
   const std::string kind = index == nullptr ? "" : std::string(reinterpret_cast<const char*>(index->data), index->size);
-  return kind.starts_with("R03") ? exif_color::adobe_rgb : exif_color::not_said;
+  const unsigned space = short_number(exif, EXIF_TAG_COLOR_SPACE, EXIF_IFD_EXIF).value_or(0);
+  if (space == srgb) return exif_color::srgb;
+  return space == adobe_rgb || kind.starts_with("R03") ? exif_color::adobe_rgb : exif_color::not_said;
 }
 
 }  // namespace
@@ -65,10 +67,6 @@ exif_notes read_exif(const void* data, std::size_t size) {
   if (dpi.x > 0 && dpi.y > 0 && dpi != unknown) notes.dpi = dpi;
   notes.color = color_of(exif);
   return notes;
-}
-
-exif_color color_of_space(unsigned number) {
-  return number == 1 ? exif_color::srgb : number == 2 ? exif_color::adobe_rgb : exif_color::not_said;
 }
 
 kit::bytes profile_of(exif_color color, unsigned channels) {

@@ -22,9 +22,6 @@ struct exif_notes {
 // are missing or damaged count as not given.
 exif_notes read_exif(const void* data, std::size_t size);
 
-// The field ColorSpace. Some cameras write a number for Adobe RGB that the format does not have.
-exif_color color_of_space(unsigned number);
-
 // An ICC profile of pictures with so many channels; empty where the note says nothing about those.
 kit::bytes profile_of(exif_color color, unsigned channels);
 

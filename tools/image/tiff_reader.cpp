@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "tools/image/alpha.h"
-#include "tools/image/exif.h"
 #include "tools/image/image_reader.h"
 #include "tools/image/seekable_file.h"
 #include "tools/image/tiff_file.h"
@@ -170,21 +169,7 @@ class tiff_reader final : public image_reader {
     if (known && dpi.x > 0 && dpi.y > 0) dpi_ = dpi;
     std::uint32_t size = 0;
     const std::uint8_t* profile = nullptr;
-    if (TIFFGetField(first().get(), TIFFTAG_ICCPROFILE, &size, &profile) != 0) {
-      profile_.assign(profile, profile + size);
-    } else {
-      read_color_space();
-    }
-  }
-
-  // Of the camera's note, whose other fields the picture has itself. Damage to it is none to the picture.
-  void read_color_space() {
-    toff_t at = 0;
-    if (TIFFGetField(first().get(), TIFFTAG_EXIFIFD, &at) == 0) return;
-    const tiff_file note(bytes_, "rm", name_, max_memory_);
-    std::uint16_t space = 0;
-    if (TIFFReadEXIFDirectory(note.get(), at) != 0) TIFFGetField(note.get(), EXIFTAG_COLORSPACE, &space);
-    profile_ = profile_of(color_of_space(space), channels_);
+    if (TIFFGetField(first().get(), TIFFTAG_ICCPROFILE, &size, &profile) != 0) profile_.assign(profile, profile + size);
   }
 
   void read_layout() {

@@ -8,7 +8,6 @@
 #include "tests/samples.h"
 #include "tests/tools/color/made_profile.h"
 #include "tests/tools/image/made_pictures.h"
-#include "tests/tools/image/made_tiff.h"
 #include "tests/tools/print/print_job.h"
 
 namespace {
@@ -57,35 +56,6 @@ std::string png(int depth, int type, const std::function<void(png_structp, png_i
 std::string jpeg(int channels, const std::function<void(jpeg_compress_struct&)>& note) {
   const J_COLOR_SPACE space = channels == 1 ? JCS_GRAYSCALE : channels == 3 ? JCS_RGB : JCS_CMYK;
   return made_jpeg(width, height, lines_of(width * unsigned(channels)), channels, space, {}, note);
-}
-
-// A TIFF whose camera has noted a colour space.
-void note_color_space(const std::string& path, unsigned space, std::uint64_t damage = 0) {
-  TIFF* const tiff = TIFFOpen(path.c_str(), "r+");
-  TIFFCreateEXIFDirectory(tiff);
-  TIFFSetField(tiff, EXIFTAG_COLORSPACE, space);
-  std::uint64_t at = 0;
-  TIFFWriteCustomDirectory(tiff, &at);
-  TIFFSetDirectory(tiff, 0);
-  TIFFSetField(tiff, TIFFTAG_EXIFIFD, at + damage);
-  TIFFRewriteDirectory(tiff);
-  TIFFClose(tiff);
-}
-
-TEST_F(picture_color, of_a_camera_is_noted_in_tiff_too) {
-  const struct {
-    unsigned space;
-    std::uint64_t damage;
-    const char* description;
-  } cases[] = {{2, 0, "Adobe RGB (1998)"}, {1, 0, "sRGB"}, {0xFFFF, 0, "sRGB"}, {2, 1 << 20, "sRGB"}};
-  for (const auto& c : cases) {
-    const samples all(3 * 4 * 4, 99);
-    make_tiff(path("camera.tif"), all, {.width = 4, .height = 4, .samples = 3, .bits = 8, .kind = PHOTOMETRIC_RGB});
-    note_color_space(path("camera.tif"), c.space, c.damage);
-    const auto read = open_picture({path("camera.tif")});
-    EXPECT_EQ(read->colors().profile, c.description) << c.space;
-    EXPECT_EQ(lines_read(*read).size(), all.size());
-  }
 }
 
 TEST_F(picture_color, is_what_the_file_says) {
