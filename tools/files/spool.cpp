@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 
 #include "tools/files/temporary_directory.h"
 #include "tools/pipeline/user_error.h"
@@ -31,6 +32,17 @@ void spool::append(const void* data, std::size_t bytes) {
     from += written;
     bytes -= std::size_t(written);
   }
+}
+
+std::uint64_t spool::append_rest(std::FILE* file, const std::string& name) {
+  std::uint64_t size = 0;
+  std::vector<char> part(1 << 16);
+  while (const std::size_t count = std::fread(part.data(), 1, part.size(), file)) {
+    append(part.data(), count);
+    size += count;
+  }
+  if (std::ferror(file) != 0) throw user_error(name + ": " + std::strerror(errno));
+  return size;
 }
 
 void spool::read(std::uint64_t at, void* to, std::size_t bytes) const {

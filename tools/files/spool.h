@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <string>
 
 namespace vrk::tool {
@@ -16,6 +17,7 @@ class spool {
   spool& operator=(const spool&) = delete;
 
   void append(const void* data, std::size_t bytes);
+  std::uint64_t append_rest(std::FILE* file, const std::string& name);  // returns its bytes; name: for messages
   void read(std::uint64_t at, void* to, std::size_t bytes) const;
 
   int descriptor() const { return file_; }  // of the file, which stays the spool's

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <vector>
 
 #include "tools/pipeline/user_error.h"
 
@@ -20,12 +19,7 @@ seekable_file::seekable_file(input_file file, const std::string& name) : file_(s
     return;
   }
   spooled_.emplace();
-  std::vector<char> part(1 << 16);
-  while (const std::size_t count = std::fread(part.data(), 1, part.size(), file_.get())) {
-    spooled_->append(part.data(), count);
-    size_ += count;
-  }
-  if (std::ferror(file_.get()) != 0) fail();
+  size_ = spooled_->append_rest(file_.get(), name_);
 }
 
 std::size_t seekable_file::read(std::uint64_t at, void* to, std::size_t bytes) const {

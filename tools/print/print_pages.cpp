@@ -1,7 +1,5 @@
 #include "tools/print/print_pages.h"
 
-#include <algorithm>
-
 #include "tools/files/standard_output.h"
 #include "tools/files/temporary_directory.h"
 #include "tools/pipeline/user_error.h"
@@ -14,12 +12,10 @@ void keep_manifest(const page_source& pages, const std::vector<printed_page>& do
   output_set files(directory);
   for (const std::string& input : pages.inputs) files.protect(input);
   add_manifest(pages.name, done, files);
-  const auto is_new = [&](const std::string& file) {
-    return std::ranges::any_of(done, [&](const printed_page& page) { return file.starts_with(page.directory + "/"); });
-  };
+  if (done.size() > 1) return files.keep();  // what an earlier print had left went with the first page
   files.keep([&] {
     std::vector<std::string> old = files_of_manifest(directory);
-    std::erase_if(old, is_new);
+    std::erase_if(old, [&](const std::string& file) { return file.starts_with(done[0].directory + "/"); });
     return old;
   });
 }

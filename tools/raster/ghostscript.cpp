@@ -62,11 +62,7 @@ ghostscript::ghostscript(picture_input document, resolution dpi)
   int in = fileno(document_.get());
   if (lseek(in, 0, SEEK_SET) != 0) {
     spooled_.emplace();
-    std::vector<char> part(1 << 16);
-    while (const std::size_t count = std::fread(part.data(), 1, part.size(), document_.get())) {
-      spooled_->append(part.data(), count);
-    }
-    if (std::ferror(document_.get()) != 0) throw user_error(name_ + ": " + std::strerror(errno));
+    spooled_->append_rest(document_.get(), name_);
     in = spooled_->descriptor();
     lseek(in, 0, SEEK_SET);
   }
