@@ -12,6 +12,8 @@
 namespace vrk::tool {
 namespace {
 
+constexpr const char* group = "Settings";
+
 struct setting {
   CLI::Option* option;
   std::vector<std::string> values;
@@ -79,8 +81,7 @@ std::string settings_of(CLI::App& command, const std::string& path) {
 
 }  // namespace
 
-void add_settings_options(CLI::App& command, std::string& to) {
-  const std::string group = "Settings";
+void add_settings_option(CLI::App& command) {
   command
       .add_option_function<std::string>(
           "--settings", [&command](const std::string& path) { load(command, path); },
@@ -89,6 +90,10 @@ void add_settings_options(CLI::App& command, std::string& to) {
       ->check(not_empty)
       ->configurable(false)
       ->group(group);
+}
+
+void add_settings_options(CLI::App& command, std::string& to) {
+  add_settings_option(command);
   command
       .add_option("--save-settings", to,
                   "writes the options of this run, but for pictures, output and summary, as a file for --settings")

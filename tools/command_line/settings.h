@@ -10,9 +10,11 @@
 
 namespace vrk::tool {
 
-// Adds --settings and --save-settings (to). Comes before the other options of the command: what a file says counts
-// where the command line says nothing, and is checked like that. Options that are not configurable belong to the
-// command line alone.
+// Adds --settings. Comes before the other options of the command: what a file says counts where the command line says
+// nothing, and is checked like that. Options that are not configurable belong to the command line alone.
+void add_settings_option(CLI::App& command);
+
+// And --save-settings (to).
 void add_settings_options(CLI::App& command, std::string& to);
 
 // The file that --settings names, if it does.

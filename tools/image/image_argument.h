@@ -18,14 +18,8 @@ struct image_argument {
   bool is_profile_named() const { return profile != "embedded" && profile != "none"; }
 };
 
-inline void add_image_argument(CLI::App& command, image_argument& to) {
-  command
-      .add_option(
-          "image", to.path,
-          "PNG, JPEG, TIFF, WebP, PBM, PGM, PPM, PAM, or a raster stream (CUPS, PWG, Apple); - for standard input")
-      ->type_name("IMAGE")
-      ->check(not_empty)
-      ->required();
+// All but the path. to: lives as long as the command
+inline void add_picture_options(CLI::App& command, image_argument& to) {
   command
       .add_option(
           "--picture-profile", to.profile,
@@ -41,6 +35,17 @@ inline void add_image_argument(CLI::App& command, image_argument& to) {
       ->transform(CLI::AsSizeValue(false).description(""))
       ->check(CLI::Range(std::uint64_t{1} << 20, std::uint64_t{1} << 40).description(""))
       ->type_name("SIZE");
+}
+
+inline void add_image_argument(CLI::App& command, image_argument& to) {
+  command
+      .add_option(
+          "image", to.path,
+          "PNG, JPEG, TIFF, WebP, PBM, PGM, PPM, PAM, or a raster stream (CUPS, PWG, Apple); - for standard input")
+      ->type_name("IMAGE")
+      ->check(not_empty)
+      ->required();
+  add_picture_options(command, to);
 }
 
 }  // namespace vrk::tool

@@ -7,6 +7,8 @@
 
 namespace vrk::tool {
 
+inline constexpr const char* paper_group = "Size on paper";  // what these options are listed under
+
 // to: lives as long as the command
 void add_page_options(CLI::App& command, page_options& to);
 
