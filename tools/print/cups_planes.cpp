@@ -119,6 +119,7 @@ std::unique_ptr<plane_files> open_cups_planes(plane_order order, output_set& to,
   const unsigned bits = highest_bits(planes);
   cups_page_header2_t header{};
   header.NumCopies = 1;
+  header.cupsBorderlessScalingFactor = 1;
   header.cupsBitsPerColor = bits;
   header.cupsNumColors = unsigned(planes.size());
   header.cupsColorSpace = planes.size() == 1   ? CUPS_CSPACE_K
@@ -127,13 +128,8 @@ std::unique_ptr<plane_files> open_cups_planes(plane_order order, output_set& to,
   header.cupsColorOrder = order == plane_order::chunky   ? CUPS_ORDER_CHUNKED
                           : order == plane_order::banded ? CUPS_ORDER_BANDED
                                                          : CUPS_ORDER_PLANAR;
-  header.cupsBitsPerPixel = bits;
-  if (order == plane_order::chunky) {
-    header.cupsBitsPerPixel = bits == 1 && planes.size() == 6 ? 8 : bits * unsigned(planes.size());
-    if (header.cupsBitsPerPixel == 12) {
-      throw usage_error("--format cups has no chunky form of six inks of 2 bits: expected --order banded or planar");
-    }
-  }
+  const unsigned used = order == plane_order::chunky ? bits * unsigned(planes.size()) : bits;
+  header.cupsBitsPerPixel = used <= 4 ? used : (used + 7) / 8 * 8;  // what libcups reads
   const raster size = finer(page, finest);
   if (const pwg_media_t* const paper = paper_of(size); paper != nullptr && paper->ppd != nullptr) {
     std::strncpy(header.cupsPageSizeName, paper->ppd, sizeof header.cupsPageSizeName - 1);

@@ -57,9 +57,9 @@ inline constexpr const char* cups_planes_name = "print.ras";
 inline constexpr const char* pwg_planes_name = "print.pwg";
 inline constexpr unsigned raster_stream_start = 4;  // bytes in front of the first page
 
-// One page of CUPS raster: K, KCMY or KCMYcm in the depth of the planes; six inks of 1 bit take 8 bits where they are
-// chunky. Or of PWG raster: K of 1 bit, else K or CMYK of 8. 0 for no ink. A dot of a coarser plane is repeated. Throws
-// usage_error for what such a stream cannot hold.
+// One page of CUPS raster: K, KCMY or KCMYcm in the depth of the planes; where they are chunky, six inks of 1 or 2 bits
+// are the last ones of 8 or 16. Or of PWG raster: K of 1 bit, else K or CMYK of 8. 0 for no ink. A dot of a coarser
+// plane is repeated. Throws usage_error for what such a stream cannot hold.
 std::unique_ptr<plane_files> open_cups_planes(plane_order order, output_set& to,
                                               const std::vector<plane_format>& planes, const raster& page,
                                               dot_scale finest);
