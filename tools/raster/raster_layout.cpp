@@ -79,7 +79,8 @@ raster_layout layout_of(const cups_page_header2_t& header, const std::string& na
           number(space->channels) + " in colour space " + number(space->space));
   const unsigned bits = header.cupsBitsPerColor;
   require(bits == 8 || bits == 16 || ((bits == 1 || bits == 2 || bits == 4) && space->channels != 3), name,
-          number(bits) + " bits a colour", space->channels == 3 ? "8 or 16" : "1, 2, 4, 8 or 16");
+          number(bits) + (bits == 1 ? " bit" : " bits") + " a colour",
+          space->channels == 3 ? "8 or 16 (Ghostscript: -dcupsBitsPerColor=8)" : "1, 2, 4, 8 or 16");
   require(header.cupsColorOrder <= CUPS_ORDER_PLANAR, name, "colour order " + number(header.cupsColorOrder),
           "0, 1 or 2");
   const raster_layout layout{

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstring>
 
 #include "tests/tools/print/print_job.h"
@@ -100,6 +102,22 @@ TEST_F(raster, of_version_1_is_read) {
   summary(path("now.ras"), "--quiet");
   const std::string expected = plane(1, "m");
   summary(path("old.ras"), "--quiet");
+  EXPECT_EQ(plane(1, "m"), expected);
+}
+
+// As machines of the other byte order send it.
+TEST_F(raster, of_the_other_byte_order_is_read) {
+  const std::string now = load(stream("now.ras", {CUPS_CSPACE_RGB, 3, 16, CUPS_ORDER_BANDED}));
+  std::string other = now;
+  const auto swap = [&](std::size_t at, std::size_t bytes) { std::reverse(&other[at], &other[at + bytes]); };
+  swap(0, 4);
+  const std::size_t first = 4 + offsetof(cups_page_header2_t, AdvanceDistance);
+  const std::size_t end = 4 + offsetof(cups_page_header2_t, cupsString);
+  for (std::size_t at = first; at < end; at += 4) swap(at, 4);
+  for (std::size_t at = 4 + sizeof(cups_page_header2_t); at < other.size(); at += 2) swap(at, 2);
+  summary(path("now.ras"), "--quiet");
+  const std::string expected = plane(1, "m");
+  summary(save("other.ras", other), "--quiet");
   EXPECT_EQ(plane(1, "m"), expected);
 }
 
