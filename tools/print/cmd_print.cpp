@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <memory>
 #include <string>
 
@@ -34,13 +36,21 @@ void add_print_arguments(CLI::App& command, print_arguments& to) {
   command
       .add_option("-o,--output", to.directory,
                   "directory for the files; -: the one plane, the TIFF or the raster stream goes to standard output, "
-                  "the summary to standard error, and there are no other files")
+                  "the summary to standard error, and there are no other files. Without it, --format cups and pwg "
+                  "write to standard output")
       ->type_name("DIR")
       ->check(not_empty)
-      ->configurable(false)
-      ->required();
+      ->configurable(false);
   add_print_options(command, to.options);
   add_summary_options(command, to.told);
+}
+
+// Where a print goes that names no place: a raster stream to the next program, as that of any filter.
+void choose_output(print_arguments& arguments) {
+  if (!arguments.directory.empty()) return;
+  if (!is_raster_stream(arguments.options.format)) throw CLI::RequiredError("--output");
+  if (isatty(STDOUT_FILENO) != 0) throw usage_error("a raster stream is nothing for a terminal: expected -o or a pipe");
+  arguments.directory = "-";
 }
 
 // The file of settings that a print is to leave. It replaces nothing that the print reads or writes.
@@ -177,7 +187,10 @@ void add_print_command(CLI::App& app) {
                                "vrk print photo.jpg -o out/ --profile press.icc --ink-limit 280 --levels 4",
                                "vrk print photo.jpg -o out/ --settings press.conf --quiet"},
                               {curve_help, blob_help}));
-  command->callback([arguments, command] { run_print(*command, *arguments); });
+  command->callback([arguments, command] {
+    choose_output(*arguments);
+    run_print(*command, *arguments);
+  });
 }
 
 void add_demo_command(CLI::App& app) {
@@ -189,7 +202,10 @@ void add_demo_command(CLI::App& app) {
       ->check(CLI::Range(20, 2400))
       ->capture_default_str();
   command->footer(help_footer({"vrk demo -o out/ --dpi 300 --inks 6"}, {curve_help, blob_help}));
-  command->callback([arguments, command] { print_sample(*command, *arguments); });
+  command->callback([arguments, command] {
+    choose_output(*arguments);
+    print_sample(*command, *arguments);
+  });
 }
 
 }  // namespace vrk::tool
