@@ -4,10 +4,9 @@
 #include <string_view>
 #include <vector>
 
-#include "kit/profiles/plain_profile.h"
 #include "tools/image/picture_input.h"
 #include "tools/pipeline/user_error.h"
-#include "tools/raster/raster_layout.h"
+#include "tools/raster/raster_page.h"
 #include "tools/raster/stream_feed.h"
 
 namespace vrk::tool {
@@ -89,44 +88,16 @@ class raster_stream::source {
   std::uint64_t lines_ = 0, lines_left_ = 0;  // of the current page
 };
 
-// Colours that come pixel by pixel or line by line.
-class raster_stream::page : public image_reader {
- public:
-  page(std::shared_ptr<source> from, const raster_layout& layout, const cups_page_header2_t& header)
-      : image_reader(from->page_name()), layout_(layout), from_(std::move(from)) {
-    width_ = layout.width;
-    height_ = layout.height;
-    channels_ = layout.channels;
-    bits_ = layout.bits == 16 ? 16 : 8;
-    dpi_ = resolution{double(header.HWResolution[0]), double(header.HWResolution[1])};
-    if (layout.adobe_rgb) profile_ = profiles::adobe_rgb_profile();
-    line_.resize(layout.line_bytes());
-    rows_.resize(layout.order == CUPS_ORDER_CHUNKED ? 1 : layout.channels);
-  }
-
-  void read_line(void* line) override {
-    from_->read_line(line_.data());
-    for (std::size_t i = 0; i < rows_.size(); ++i) rows_[i] = &line_[i * layout_.row_bytes()];
-    arrange(layout_, rows_, line);
-  }
-
- protected:
-  raster_layout layout_;
-  std::shared_ptr<source> from_;
-  std::vector<std::uint8_t> line_;
-  std::vector<const std::uint8_t*> rows_;
-};
-
 // Colours that come one after the other: the last one is needed for the first line.
-class raster_stream::whole_page final : public page {
+class raster_stream::whole_page final : public raster_page {
  public:
-  whole_page(std::shared_ptr<source> from, const raster_layout& layout, const cups_page_header2_t& header)
-      : page(std::move(from), layout, header) {
+  whole_page(source& from, const raster_layout& layout, const cups_page_header2_t& header)
+      : raster_page(from.page_name(), layout, header, {}) {
     const std::uint64_t bytes = layout.lines() * line_.size();
-    require_memory("planar", bytes, from_->max_memory());
+    require_memory("planar", bytes, from.max_memory());
     // Not touched before there are samples for it.
     whole_ = std::make_unique_for_overwrite<std::uint8_t[]>(bytes);
-    for (std::uint64_t y = 0; y < layout.lines(); ++y) from_->read_line(&whole_[y * line_.size()]);
+    for (std::uint64_t y = 0; y < layout.lines(); ++y) from.read_line(&whole_[y * line_.size()]);
   }
 
   void read_line(void* line) override {
@@ -149,8 +120,9 @@ std::unique_ptr<image_reader> raster_stream::next_page() {
   if (!source_->read_header(header)) return nullptr;
   const raster_layout layout = layout_of(header, source_->page_name());
   source_->start_page(layout);
-  if (layout.order == CUPS_ORDER_PLANAR) return std::make_unique<whole_page>(source_, layout, header);
-  return std::make_unique<page>(source_, layout, header);
+  if (layout.order == CUPS_ORDER_PLANAR) return std::make_unique<whole_page>(*source_, layout, header);
+  return std::make_unique<raster_page>(source_->page_name(), layout, header,
+                                       [from = source_](std::uint8_t* line) { from->read_line(line); });
 }
 
 }  // namespace vrk::tool

@@ -29,7 +29,6 @@ class raster_stream {
 
  private:
   class source;
-  class page;
   class whole_page;
 
   std::shared_ptr<source> source_;
