@@ -1,0 +1,25 @@
+// Pages and pictures that a network may send.
+#pragma once
+
+#include <cups/raster.h>
+
+#include <string>
+
+#include "tools/image/image_reader.h"
+
+namespace vrk::tool {
+
+// The largest paper, and the most memory for a picture that cannot be read line by line.
+inline constexpr unsigned widest_paper_mm = 432, longest_paper_mm = 1200;
+inline constexpr std::uint64_t most_picture_memory = std::uint64_t{256} << 20;
+
+// All throw user_error, with `name` in front.
+
+// Where the header of a page is not like one that PAPPL takes, PAPPL shows the driver one of its own making.
+void refuse_replaced_header(const cups_page_header2_t& header, const std::string& name);
+
+void refuse_huge_page(const cups_page_header2_t& header, const std::string& name);
+
+void refuse_huge_picture(const image_reader& picture);
+
+}  // namespace vrk::tool
