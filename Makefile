@@ -4,7 +4,7 @@ build_packages = g++ cmake ninja-build pkg-config
 tool_packages = libpng-dev libjpeg-dev libcli11-dev libtbb-dev libkissfft-dev nlohmann-json3-dev liblcms2-dev \
   libzimg-dev libexif-dev libtiff-dev libwebp-dev libcups2-dev
 test_packages = libgtest-dev
-queue_packages = ghostscript cups cups-filters cups-ppdc python3
+queue_packages = libpappl-dev cups-ipp-utils ghostscript cups cups-filters cups-ppdc python3
 dll_packages = g++-mingw-w64-i686-posix llvm-14
 win32_packages = $(dll_packages) googletest clang-14 lld-14
 profile_packages = argyll icc-profiles-free libgs-common
@@ -26,7 +26,7 @@ test: # builds the library and the program and runs all tests
 
 test-queue: # runs the tests that need programs of a print system
 	@scripts/packages $(build_packages) $(tool_packages) $(test_packages) $(queue_packages)
-	@$(call build,release)
+	@$(call build,queue)
 	@ctest --preset queue
 
 sanitize: # the same under the address and undefined-behaviour sanitizers

@@ -94,7 +94,8 @@ void print_and_save(CLI::App& command, const print_arguments& arguments, const p
     refuse_as_standard_output(source.inputs);
     print_pages_to_standard_output(source, options, tell);
   } else if (stream) {
-    print_pages(source, options, arguments.directory, tell);
+    page_printer printer(options);
+    print_pages(source, printer, arguments.directory, tell);
   } else {
     output_set files(arguments.directory);
     for (const std::string& input : source.inputs) files.protect(input);

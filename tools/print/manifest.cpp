@@ -25,27 +25,6 @@ json describe(const plane_format& plane, const plane_place& place) {
   return told;
 }
 
-// By the options of `vrk print` that give such tables.
-json describe(const print_tables& tables) {
-  json used = json::object();
-  const auto add = [&](const std::string& role, const std::optional<table>& of) {
-    if (of) used[role] = of->name;
-  };
-  add("curve", tables.tone.curve);
-  add("rgb curves", tables.tone.rgb_curves);
-  add("csc1", tables.rgb);
-  add("gray", tables.gray);
-  add("csc2", tables.ink);
-  add("post", tables.post.main);
-  for (std::size_t p = 0; p < plane_names.size(); ++p) {
-    add("post " + std::string(plane_names[p]), tables.post.planes[p]);
-  }
-  add("dith", tables.dither);
-  add("edpr", tables.parameters);
-  add("edtb", tables.distribution);
-  return used;
-}
-
 bool may_be_of_a_print(const std::string& name) {
   const auto is_plane = [&](std::string_view plane) {
     return name == std::string(plane) + ".pbm" || name == std::string(plane) + ".pgm";
@@ -77,12 +56,14 @@ void add_manifest(const image_reader& source, const page_files& files, const pri
   for (std::size_t p = 0; p < files.planes(); ++p) {
     planes.push_back(describe(files.format(p), files.place(p)));
   }
+  json used = json::object();
+  for (const auto& [role, of] : named_tables(tables)) used[role] = of->name;
   const json manifest{{"program", std::string("vrk ") + vrk_get_version()},
                       {"picture", source.name()},
                       {"picture_profile", {{"name", source.colors().profile}, {"origin", source.colors().origin}}},
                       {"planes", planes},
                       {"pictures", files.drawn() ? json(picture_names) : json::array()},
-                      {"tables", describe(tables)}};
+                      {"tables", used}};
   write(manifest, to);
 }
 

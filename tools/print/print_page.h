@@ -22,6 +22,8 @@ class page_printer {
   explicit page_printer(const print_options& options) : options_(options) {}
   print_report print(image_reader& source, output_set& to);  // as print_page
 
+  const print_tables& tables() const { return *tables_; }  // of the last page
+
  private:
   print_options options_;
   std::optional<print_tables> tables_;

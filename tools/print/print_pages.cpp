@@ -22,9 +22,8 @@ void keep_manifest(const page_source& pages, const std::vector<printed_page>& do
 
 }  // namespace
 
-void print_pages(const page_source& pages, const print_options& options, const std::string& directory,
+void print_pages(const page_source& pages, page_printer& printer, const std::string& directory,
                  const std::function<void(const print_report&)>& tell) {
-  page_printer printer(options);
   std::vector<printed_page> done;
   while (const std::unique_ptr<image_reader> page = pages.next()) {
     const std::string name = page_directory(unsigned(done.size()) + 1);

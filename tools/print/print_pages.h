@@ -19,7 +19,7 @@ struct page_source {
 // Writes page-001, page-002, ..., each as print_page does, and a manifest of all of them below the directory. A page is
 // kept and told as soon as it is complete: when a later one fails, those before it are there and in the manifest, and
 // those of an earlier print are not.
-void print_pages(const page_source& pages, const print_options& options, const std::string& directory,
+void print_pages(const page_source& pages, page_printer& printer, const std::string& directory,
                  const std::function<void(const print_report&)>& tell);
 
 // One file per page, all of them to standard output; of raster streams, one stream. A page goes there when it is

@@ -20,6 +20,26 @@ dot_colors look_of(const profile_link& profile, const plane_curves& post, unsign
 
 }  // namespace
 
+std::vector<std::pair<std::string, const table*>> named_tables(const print_tables& tables) {
+  std::vector<std::pair<std::string, const table*>> named;
+  const auto add = [&](const std::string& role, const std::optional<table>& of) {
+    if (of) named.emplace_back(role, &*of);
+  };
+  add("curve", tables.tone.curve);
+  add("rgb curves", tables.tone.rgb_curves);
+  add("csc1", tables.rgb);
+  add("gray", tables.gray);
+  add("csc2", tables.ink);
+  add("post", tables.post.main);
+  for (std::size_t p = 0; p < plane_names.size(); ++p) {
+    add("post " + std::string(plane_names[p]), tables.post.planes[p]);
+  }
+  add("dith", tables.dither);
+  add("edpr", tables.parameters);
+  add("edtb", tables.distribution);
+  return named;
+}
+
 print_tables choose_tables(const print_options& options, line_format source, const table& picture) {
   print_tables tables = read_own_tables(options, picture);
   refuse_contradictions(options, tables, source);

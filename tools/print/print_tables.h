@@ -2,6 +2,9 @@
 #pragma once
 
 #include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "tools/pipeline/stage.h"
 #include "tools/pipeline/table.h"
@@ -26,6 +29,9 @@ struct print_tables {
 
   std::vector<std::string> files{};  // that the user's tables come from, among other arguments
 };
+
+// Those that there are, in the order of the pipeline, by the options of `vrk print` that give such tables.
+std::vector<std::pair<std::string, const table*>> named_tables(const print_tables& tables);
 
 // Reads the user's tables, refuses options that contradict each other, and fills up with the kit's tables. Throws
 // user_error. picture: the profile of a picture that comes in C, M, Y, K; empty where it has none.
