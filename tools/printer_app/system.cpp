@@ -13,6 +13,7 @@
 #include "tools/printer_app/file_job.h"
 #include "tools/printer_app/guarded.h"
 #include "tools/printer_app/last_print_page.h"
+#include "tools/printer_app/style.h"
 #include "tools/printer_app/vendor_options.h"
 
 namespace vrk::tool {
@@ -99,6 +100,7 @@ pappl_system_t* create(const server_options& options) {
   set_access(system, password);
   add_file_filters(system);
   add_vendor_labels(system);
+  add_style(system);
   papplSystemSetPrinterDrivers(system, int(drivers().size()), drivers().data(), nullptr, add_last_print_page,
                                describe_printer, nullptr);
   papplSystemLoadState(system, (state_directory() / "printers.state").c_str());
