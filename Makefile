@@ -4,7 +4,8 @@ build_packages = g++ cmake ninja-build pkg-config
 tool_packages = libpng-dev libjpeg-dev libcli11-dev libtbb-dev libkissfft-dev nlohmann-json3-dev liblcms2-dev \
   libzimg-dev libexif-dev libtiff-dev libwebp-dev libcups2-dev
 test_packages = libgtest-dev
-queue_packages = libpappl-dev cups-ipp-utils ghostscript cups cups-filters cups-ppdc python3
+queue_packages = libpappl-dev cups-ipp-utils ghostscript cups cups-filters cups-ppdc python3 \
+  chromium chromium-driver python3-selenium
 dll_packages = g++-mingw-w64-i686-posix llvm-14
 win32_packages = $(dll_packages) googletest clang-14 lld-14
 profile_packages = argyll icc-profiles-free libgs-common
