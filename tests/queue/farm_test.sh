@@ -62,6 +62,8 @@ for n in 1 2; do
   # Neither waits for the other: the shares are even, but for what one printer is ahead by.
   [ "$(prints_by $n)" -ge 10 ] || fail "printer $n has printed $(prints_by $n) of 40 jobs"
   [ "$(find "$work/out$n" -name y.pbm | wc -l)" -eq "$(prints_by $n)" ] || fail "printer $n prints without colours"
+  paper=$(sed -n 's/^\*DefaultPageSize: //p' "$work/cups/etc/ppd/p$n.ppd")
+  grep -q "^\*PageSize $paper:" "$work/cups/etc/ppd/p$n.ppd" || fail "the queue has not the paper of the printer, $paper"
 done
 
 # Stopped, it can finish no job; of those that it has, one is found that it had not printed yet.

@@ -41,6 +41,10 @@ void set_paper(pappl_pr_driver_data_t& record) {
   std::strncpy(ready.source, record.source[0], sizeof ready.source - 1);
   std::strncpy(ready.type, paper_kinds[0], sizeof ready.type - 1);
   record.media_default = ready;
+  // Drivers that CUPS makes from this call a paper by its name only where it also has margins, and without a paper of
+  // that name they print on another one. So there are margins, too small to be seen.
+  record.left_right = record.bottom_top = 1;  // 0.01 mm
+  record.borderless = true;
 }
 
 void set_pixels(pappl_pr_driver_data_t& record) {
