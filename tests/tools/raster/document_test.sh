@@ -38,7 +38,7 @@ cat two.pdf | "$vrk" print - --dpi 100x50 -o out >/dev/null
 cmp expected/page-002/m.pbm out/page-002/m.pbm
 
 # As one stream of all pages, which a printer's own filter reads.
-cat two.ras | "$vrk" print - --format cups --order planar --levels 4 -o - --quiet >kcmy.ras
+cat two.ras | "$vrk" print - --format cups --order planar --levels 4 --quiet >kcmy.ras
 "$vrk" print two.pdf --dpi 100x50 --format cups --order planar --levels 4 -o - --quiet | cmp - kcmy.ras
 "$vrk" print two.ras --format cups --order planar --levels 4 -o one >/dev/null
 { cat one/page-001/print.ras && tail -c +5 one/page-002/print.ras; } | cmp - kcmy.ras
