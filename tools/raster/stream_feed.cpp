@@ -1,5 +1,7 @@
 #include "tools/raster/stream_feed.h"
 
+#include <sys/ioctl.h>
+
 #include <algorithm>
 #include <cerrno>
 
@@ -24,11 +26,14 @@ void stream_feed::fill() {
   std::copy(bytes_.begin() + std::ptrdiff_t(begin_), bytes_.begin() + std::ptrdiff_t(end_), bytes_.begin());
   end_ -= begin_;
   begin_ = 0;
-  while (!ended_ && end_ < bytes_.size()) {
-    const std::size_t more = std::fread(&bytes_[end_], 1, bytes_.size() - end_, file_.get());
-    end_ += more;
-    ended_ = more == 0;
-  }
+  // What is there, and no more: who sends pages through a pipe may take long for the next one.
+  int there = 0;
+  if (ioctl(fileno(file_.get()), FIONREAD, &there) != 0) there = 0;
+  const std::size_t least = last_bytes + 1 - std::min(last_bytes, count());
+  const std::size_t wanted = std::clamp(std::size_t(there), least, bytes_.size() - end_);  // below 0: a large file
+  const std::size_t more = ended_ ? 0 : std::fread(&bytes_[end_], 1, wanted, file_.get());
+  end_ += more;
+  ended_ = more < wanted;
   if (ended_ && std::ferror(file_.get()) != 0) error_ = errno;
 }
 
