@@ -1,6 +1,7 @@
 #include "tools/files/ending_signals.h"
 
 #include "tools/files/temporary_directory.h"
+#include "tools/processes/child_process.h"
 
 namespace vrk::tool {
 
@@ -33,6 +34,7 @@ void ending_signals::wait() {
   sigwait(&set_, &signal);
   if (over_) return;
   const auto lock = hold_off_end();
+  end_child_processes();
   remove_temporary_directories();
   std::signal(signal, SIG_DFL);
   pthread_sigmask(SIG_UNBLOCK, &set_, nullptr);

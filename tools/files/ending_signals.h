@@ -9,8 +9,9 @@
 
 namespace vrk::tool {
 
-// While it lives, such a signal first removes the temporary directories of the process and then ends it as if nobody
-// had caught it. One that the process was told to ignore stays ignored. Made by main before any other thread.
+// While it lives, such a signal first ends the child processes, removes the temporary directories, and then ends the
+// process as if nobody had caught it. One that the process was told to ignore stays ignored. Made by main before any
+// other thread.
 class ending_signals {
  public:
   ending_signals();

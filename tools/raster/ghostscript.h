@@ -1,14 +1,13 @@
 // PDF and PostScript, drawn by Ghostscript where it is installed.
 #pragma once
 
-#include <sys/types.h>
-
 #include <optional>
 #include <string>
 
 #include "tools/files/spool.h"
 #include "tools/image/picture_input.h"
 #include "tools/image/resolution.h"
+#include "tools/processes/child_process.h"
 
 namespace vrk::tool {
 
@@ -19,9 +18,6 @@ class ghostscript {
   // Starts it: a process without a shell, which may read this document and temporary files, but nothing else of the
   // user's. Throws user_error when it is not installed.
   ghostscript(picture_input document, resolution dpi);
-  ~ghostscript();  // ends it
-  ghostscript(const ghostscript&) = delete;
-  ghostscript& operator=(const ghostscript&) = delete;
 
   // What it draws: CUPS raster in sRGB. To be taken once.
   input_file take_pages() { return std::move(pages_); }
@@ -37,7 +33,7 @@ class ghostscript {
   input_file document_, pages_;
   std::optional<spool> spooled_;  // a document that comes through a pipe: Ghostscript reads at any place
   spool said_;
-  pid_t process_ = 0;
+  child_process drawing_;
 };
 
 }  // namespace vrk::tool
