@@ -16,6 +16,8 @@ namespace vrk::tool {
 // Bytes for a picture that cannot be read line by line.
 inline constexpr std::uint64_t usual_max_memory = std::uint64_t{1} << 30;
 
+struct page_header;  // see tools/raster/page_header.h
+
 struct picture_colors {
   std::string profile = "sRGB";    // its description, or "inks" for amounts of the printer's own
   std::string origin = "assumed";  // or "embedded" in the file, or "named" on the command line
@@ -43,6 +45,9 @@ class image_reader {
   // What they were taken for in the end, for notes on the print.
   const picture_colors& colors() const { return colors_; }
 
+  // What a raster stream says about this page; null for other pictures.
+  const std::shared_ptr<const page_header>& header() const { return header_; }
+
   // Fills line_bytes() bytes with the next line. Throws user_error, naming the file, when the file is broken or ends
   // early; the last line checks the end of the file as well where the format has one.
   virtual void read_line(void* line) = 0;
@@ -61,6 +66,7 @@ class image_reader {
   std::optional<resolution> dpi_{};
   orientation seen_{};
   kit::bytes profile_{};
+  std::shared_ptr<const page_header> header_{};
   picture_colors colors_{};
 };
 

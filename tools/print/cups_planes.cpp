@@ -1,46 +1,22 @@
 #include <cups/raster.h>
 
 #include <algorithm>
-#include <cmath>
-#include <cstring>
 #include <exception>
 
 #include "tools/files/spool.h"
 #include "tools/pipeline/user_error.h"
 #include "tools/print/plane_files.h"
+#include "tools/print/raster_header.h"
 
 namespace vrk::tool {
 namespace {
 
-constexpr double points_per_inch = 72, hundredths_of_mm_per_inch = 2540;
-
-// Prepares the header of a page for what is printed: size, resolution and paper.
-void set_page(cups_page_header2_t& header, const raster& size) {
-  const double inches[2] = {size.width / size.dpi.x, size.height / size.dpi.y};
-  header.HWResolution[0] = unsigned(std::lround(size.dpi.x));
-  header.HWResolution[1] = unsigned(std::lround(size.dpi.y));
-  header.cupsWidth = size.width;
-  header.cupsHeight = size.height;
-  for (unsigned i = 0; i < 2; ++i) {
-    header.cupsPageSize[i] = float(inches[i] * points_per_inch);
-    header.PageSize[i] = unsigned(std::lround(inches[i] * points_per_inch));
-    header.cupsImagingBBox[2 + i] = header.cupsPageSize[i];
-    header.ImagingBoundingBox[2 + i] = header.PageSize[i];
-  }
-}
-
-pwg_media_t* paper_of(const raster& size) {
-  return pwgMediaForSize(int(std::lround(size.width / size.dpi.x * hundredths_of_mm_per_inch)),
-                         int(std::lround(size.height / size.dpi.y * hundredths_of_mm_per_inch)));
-}
-
 class cups_planes final : public plane_files {
  public:
-  // mode: of libcups. header: all but the page's size. places: of each plane among the samples.
+  // mode: of libcups. header: all but the bytes of a line. places: of each plane among the samples.
   cups_planes(output_set& to, const char* name, cups_mode_t mode, const std::vector<plane_format>& planes,
               const raster& size, const cups_page_header2_t& header, const std::vector<unsigned>& places)
       : planes_(planes), file_(to.add(name)), header_(header) {
-    set_page(header_, size);
     const unsigned bits = header.cupsBitsPerColor;
     for (std::size_t p = 0; p < planes.size(); ++p) places_.push_back({name, size, bits, places[p]});
     row_bytes_ = (std::size_t{size.width} * header.cupsBitsPerPixel + 7) / 8;
@@ -115,11 +91,10 @@ unsigned highest_bits(const std::vector<plane_format>& planes) {
 
 std::unique_ptr<plane_files> open_cups_planes(plane_order order, output_set& to,
                                               const std::vector<plane_format>& planes, const raster& page,
-                                              dot_scale finest) {
+                                              dot_scale finest, const page_header* from) {
   const unsigned bits = highest_bits(planes);
-  cups_page_header2_t header{};
-  header.NumCopies = 1;
-  header.cupsBorderlessScalingFactor = 1;
+  const raster size = finer(page, finest);
+  cups_page_header2_t header = cups_header(size, from);
   header.cupsBitsPerColor = bits;
   header.cupsNumColors = unsigned(planes.size());
   header.cupsColorSpace = planes.size() == 1   ? CUPS_CSPACE_K
@@ -130,27 +105,17 @@ std::unique_ptr<plane_files> open_cups_planes(plane_order order, output_set& to,
                                                          : CUPS_ORDER_PLANAR;
   const unsigned used = order == plane_order::chunky ? bits * unsigned(planes.size()) : bits;
   header.cupsBitsPerPixel = used <= 4 ? used : (used + 7) / 8 * 8;  // what libcups reads
-  const raster size = finer(page, finest);
-  if (const pwg_media_t* const paper = paper_of(size); paper != nullptr && paper->ppd != nullptr) {
-    std::strncpy(header.cupsPageSizeName, paper->ppd, sizeof header.cupsPageSizeName - 1);
-  }
   return std::make_unique<cups_planes>(to, cups_planes_name, CUPS_RASTER_WRITE, planes, size, header,
                                        std::vector<unsigned>{0, 1, 2, 3, 4, 5});
 }
 
 std::unique_ptr<plane_files> open_pwg_planes(output_set& to, const std::vector<plane_format>& planes,
-                                             const raster& page, dot_scale finest) {
+                                             const raster& page, dot_scale finest, const page_header* from) {
   if (planes.size() == 6) throw usage_error("--format pwg holds K or C, M, Y, K: expected --inks 1 or 4");
   const raster size = finer(page, finest);
   const bool black = planes.size() == 1;
   const char* const type = !black ? "cmyk_8" : highest_bits(planes) == 1 ? "black_1" : "black_8";
-  cups_page_header2_t header{};
-  if (cupsRasterInitPWGHeader(&header, paper_of(size), type, int(std::lround(size.dpi.x)), int(std::lround(size.dpi.y)),
-                              "one-sided", nullptr) == 0) {
-    throw user_error(std::string("--format pwg: ") + cupsRasterErrorString());
-  }
-  header.cupsInteger[CUPS_RASTER_PWG_ImageBoxRight] = size.width;
-  header.cupsInteger[CUPS_RASTER_PWG_ImageBoxBottom] = size.height;
+  const cups_page_header2_t header = pwg_header(size, type, from);
   const std::vector<unsigned> places = black ? std::vector<unsigned>{0} : std::vector<unsigned>{3, 0, 1, 2};
   return std::make_unique<cups_planes>(to, pwg_planes_name, CUPS_RASTER_WRITE_PWG, planes, size, header, places);
 }

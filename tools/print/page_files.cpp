@@ -3,7 +3,8 @@
 namespace vrk::tool {
 
 page_files::page_files(output_set& to, const std::vector<plane_format>& planes, const raster& page, print_format format,
-                       plane_order order, const picture_options& pictures, const dot_colors& look)
+                       plane_order order, const picture_options& pictures, const dot_colors& look,
+                       const page_header* from)
     : formats_(planes), dots_(planes, page.width, look) {
   const dot_scale scale = dots_.scale();
   if (pictures.drawn) {
@@ -11,7 +12,7 @@ page_files::page_files(output_set& to, const std::vector<plane_format>& planes, 
     small_.emplace(to.add("preview.png"), finer(page, scale), pictures.preview_size, look);
     large_.emplace(to.add("detail.png"), finer(page, scale), pixel_place{centre.x * scale.x, centre.y * scale.y}, look);
   }
-  planes_ = open_plane_files(format, order, to, planes, page, scale);
+  planes_ = open_plane_files(format, order, to, planes, page, scale, from);
 }
 
 void page_files::add_line(const std::uint8_t* packed) {

@@ -15,9 +15,9 @@ namespace vrk::tool {
 
 class page_files {
  public:
-  // planes: stay where they are. page: in pixels of the picture
+  // planes: stay where they are. page: in pixels of the picture. from: as for open_plane_files
   page_files(output_set& to, const std::vector<plane_format>& planes, const raster& page, print_format format,
-             plane_order order, const picture_options& pictures, const dot_colors& look);
+             plane_order order, const picture_options& pictures, const dot_colors& look, const page_header* from);
 
   // One line of pixels, as the halftone wrote it.
   void add_line(const std::uint8_t* packed);

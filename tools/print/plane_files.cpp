@@ -6,14 +6,14 @@ namespace vrk::tool {
 
 std::unique_ptr<plane_files> open_plane_files(print_format format, plane_order order, output_set& to,
                                               const std::vector<plane_format>& planes, const raster& page,
-                                              dot_scale finest) {
+                                              dot_scale finest, const page_header* from) {
   switch (format) {
     case print_format::tiff:
       return open_tiff_planes(to, planes, page, finest);
     case print_format::cups:
-      return open_cups_planes(order, to, planes, page, finest);
+      return open_cups_planes(order, to, planes, page, finest, from);
     case print_format::pwg:
-      return open_pwg_planes(to, planes, page, finest);
+      return open_pwg_planes(to, planes, page, finest, from);
     default:
       return open_pnm_planes(to, planes, page);
   }

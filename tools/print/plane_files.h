@@ -14,6 +14,8 @@
 
 namespace vrk::tool {
 
+struct page_header;
+
 // Where a plane is found.
 struct plane_place {
   std::string file;
@@ -37,10 +39,11 @@ class plane_files {
   std::vector<plane_place> places_;
 };
 
-// planes: stay where they are. page: in pixels of the picture. finest: the scale of the grid of dots.
+// planes: stay where they are. page: in pixels of the picture. finest: the scale of the grid of dots. from: what the
+// page's stream said about it, for raster streams; may be null.
 std::unique_ptr<plane_files> open_plane_files(print_format format, plane_order order, output_set& to,
                                               const std::vector<plane_format>& planes, const raster& page,
-                                              dot_scale finest);
+                                              dot_scale finest, const page_header* from);
 
 // A PBM or PGM file for each plane: the packed lines of one of 1 bit, any other as a gray picture, in which white is no
 // ink.
@@ -62,9 +65,9 @@ inline constexpr unsigned raster_stream_start = 4;  // bytes in front of the fir
 // plane is repeated. Throws usage_error for what such a stream cannot hold.
 std::unique_ptr<plane_files> open_cups_planes(plane_order order, output_set& to,
                                               const std::vector<plane_format>& planes, const raster& page,
-                                              dot_scale finest);
+                                              dot_scale finest, const page_header* from);
 std::unique_ptr<plane_files> open_pwg_planes(output_set& to, const std::vector<plane_format>& planes,
-                                             const raster& page, dot_scale finest);
+                                             const raster& page, dot_scale finest, const page_header* from);
 
 // Adds the dots of a plane's row to a line of samples, each of so many bits, the first one at bit `first` and the
 // others `step` bits apart. The highest level becomes the highest sample, the others lie evenly below. plane: of `of`.

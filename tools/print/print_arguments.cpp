@@ -8,6 +8,14 @@
 namespace vrk::tool {
 namespace {
 
+const CLI::Validator media_and_file(
+    [](const std::string& text) {
+      const std::size_t equals = text.find('=');
+      const bool both = equals != 0 && equals < text.size() - 1;
+      return both ? std::string() : "--media-table " + text + ": expected TYPE=FILE, such as Glossy=colors.bin";
+    },
+    "");
+
 // One of several names. Settings files save the name.
 template <class Value, class To>
 CLI::Option* add_choice(CLI::App& command, const std::string& option, const std::map<std::string, Value>& choices,
@@ -98,6 +106,14 @@ void add_table_files(CLI::App& command, table_files& to) {
   add("--edpr", to.edpr, "error diffusion: levels, thresholds, cells");
   add("--edtb", to.edtb, "error diffusion: error distribution");
   add("--dith", to.dith, "dither: levels and threshold matrices");
+  command
+      .add_option("--media-table", to.media,
+                  "as --blob, for those pages of a raster stream whose header names this type of media (MediaType); "
+                  "may be repeated")
+      ->type_name("TYPE=FILE[:SELECTOR=VALUE,...]")
+      ->check(media_and_file)
+      ->allow_extra_args(false)
+      ->group(group);
   command.add_option("--blob", to.blobs, "table out of a parameter blob; may be repeated")
       ->type_name("FILE[:SELECTOR=VALUE,...]")
       ->check(not_empty)
@@ -149,7 +165,10 @@ void add_print_options(CLI::App& command, print_options& to) {
 void add_detail_option(CLI::App& command, picture_options& to) {
   command
       .add_option_function<std::vector<unsigned>>(
-          "--detail", [&to](const std::vector<unsigned>& place) { to.detail_centre = {place[0], place[1]}; },
+          "--detail",
+          [&to](const std::vector<unsigned>& place) {
+            to.detail_centre = {place[0], place[1]};
+          },
           "centre of detail.png, in pixels of the page (default: its centre)")
       ->type_name("X Y")
       ->expected(2)

@@ -49,6 +49,7 @@ struct dot_options {
 struct table_files {
   std::string csc1{}, csc2{}, edpr{}, edtb{}, dith{};
   std::vector<std::string> blobs{};  // FILE[:selector=value,...], see blob_argument.h
+  std::vector<std::string> media{};  // TYPE=BLOB, for pages whose header names this type of media
 };
 
 // Pictures of the print.

@@ -16,7 +16,8 @@ namespace vrk::tool {
 // has none.
 print_report print_page(image_reader& source, const print_options& options, output_set& to);
 
-// Prints pages with the same options. Tables are made again only for a page whose samples are of another kind.
+// Prints pages with the same options. Tables are made again only for a page whose samples are of another kind, or
+// whose type of media selects others.
 class page_printer {
  public:
   explicit page_printer(const print_options& options) : options_(options) {}
@@ -29,6 +30,7 @@ class page_printer {
   std::optional<print_tables> tables_;
   unsigned samples_ = 0, bits_ = 0;  // of the page that they were made for
   kit::bytes profile_{};
+  std::vector<std::string> media_{};
 };
 
 // The same through a pipeline that was made of these tables.

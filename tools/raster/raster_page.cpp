@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "kit/profiles/plain_profile.h"
+#include "tools/raster/page_header.h"
 
 namespace vrk::tool {
 
@@ -14,6 +15,7 @@ raster_page::raster_page(const std::string& name, const raster_layout& layout, c
   channels_ = layout.channels;
   bits_ = layout.bits == 16 ? 16 : 8;
   dpi_ = resolution{double(header.HWResolution[0]), double(header.HWResolution[1])};
+  header_ = std::make_shared<page_header>(page_header{header});
   if (layout.adobe_rgb) profile_ = profiles::adobe_rgb_profile();
   rows_.resize(layout.order == CUPS_ORDER_CHUNKED ? 1 : layout.channels);
 }

@@ -1,11 +1,11 @@
 #include "tools/raster/raster_stream.h"
 
 #include <cstring>
-#include <string_view>
 #include <vector>
 
 #include "tools/image/picture_input.h"
 #include "tools/pipeline/user_error.h"
+#include "tools/raster/page_header.h"
 #include "tools/raster/raster_page.h"
 #include "tools/raster/stream_feed.h"
 
@@ -48,7 +48,7 @@ class raster_stream::source {
       throw user_error(page_name() + ": its header has a height, bits or bytes a line out of range");
     }
     // What other streams have there is a matter between a driver and its filters.
-    if (std::string_view(header.MediaClass) == "PwgRaster") {
+    if (page_header{header}.is_pwg()) {
       pages_announced_ = header.cupsInteger[CUPS_RASTER_PWG_TotalPageCount];
     }
     return true;
