@@ -23,6 +23,8 @@ dpkg-deb -x "$packages"/vrk_*.deb debian
 for root in vrk-*-linux-* debian/usr; do
   cc -I"$root/include" "$source/tests/install/consumer.c" -L"$root/lib" -lvrk -o consumer
   LD_LIBRARY_PATH=$root/lib ./consumer
+  "$root/lib/cups/filter/rastertovrk" 2>&1 | grep -q '^ERROR: usage: '
+  test -s "$root/share/cups/drv/vrk.drv"
   "$root/bin/vrk" --version >/dev/null
   grep -q '^\.TH VRK ' "$root/share/man/man1/vrk.1"
   "$root/bin/vrk" completion bash | cmp - "$root/share/bash-completion/completions/vrk"

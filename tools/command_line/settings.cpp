@@ -52,8 +52,9 @@ std::vector<setting> find_settings(CLI::App& command, const std::string& text, c
   return found;
 }
 
-void load(CLI::App& command, const std::string& path) {
-  for (auto& [option, values] : find_settings(command, read_text(path), path)) {
+// Where the command has nothing of that option yet.
+void set(std::vector<setting> given, const std::string& source) {
+  for (auto& [option, values] : given) {
     if (option->count() != 0) continue;
     try {
       const bool flag = option->get_expected_min() == 0;
@@ -62,7 +63,7 @@ void load(CLI::App& command, const std::string& path) {
       option->add_result(values);
       option->run_callback();
     } catch (const CLI::ParseError& error) {
-      throw usage_error(path + ": " + error.what());
+      throw usage_error(source + ": " + error.what());
     }
   }
 }
@@ -81,10 +82,20 @@ std::string settings_of(CLI::App& command, const std::string& path) {
 
 }  // namespace
 
+void load_settings(CLI::App& command, const std::string& path) {
+  set(find_settings(command, read_text(path), path), path);
+}
+
+void add_settings(CLI::App& command, const std::vector<named_setting>& given, const std::string& source) {
+  std::vector<setting> found;
+  for (const auto& [name, values] : given) found.push_back({command.get_option("--" + name), values});
+  set(std::move(found), source);
+}
+
 void add_settings_option(CLI::App& command) {
   command
       .add_option_function<std::string>(
-          "--settings", [&command](const std::string& path) { load(command, path); },
+          "--settings", [&command](const std::string& path) { load_settings(command, path); },
           "options from a file, a line for each, such as levels=4; those of the command line come first")
       ->type_name("FILE")
       ->check(not_empty)

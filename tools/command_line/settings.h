@@ -17,6 +17,16 @@ void add_settings_option(CLI::App& command);
 // And --save-settings (to).
 void add_settings_options(CLI::App& command, std::string& to);
 
+// What --settings does.
+void load_settings(CLI::App& command, const std::string& path);
+
+// The same with options that another source gives. Throws usage_error, with its name in front.
+struct named_setting {
+  std::string name;  // of an option of the command
+  std::vector<std::string> values;
+};
+void add_settings(CLI::App& command, const std::vector<named_setting>& given, const std::string& source);
+
 // The file that --settings names, if it does.
 std::vector<std::string> settings_read(const CLI::App& command);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tools/command_line/option_facts.h"
 #include "tools/command_line/settings.h"
 #include "tools/page/page_arguments.h"
 #include "tools/pipeline/user_error.h"
@@ -10,20 +11,49 @@
 namespace vrk::tool {
 namespace {
 
+const CLI::Option& find_option(const CLI::App& command, const std::string& name, job_kind kind) {
+  const CLI::Option* const option = command.get_option_no_throw("--" + name);
+  if (option != nullptr && is_job_option(*option, kind)) return *option;
+  throw usage_error("\"" + name + "\" is no option of a job, expected one of vrk print without --" +
+                    (kind == job_kind::pages ? ", but for the size on paper and pictures of the print" : ""));
+}
+
 // As words of a command line.
-std::vector<std::string> words_of(const std::vector<job_option>& given, const CLI::App& command, job_kind kind) {
+std::vector<std::string> words_of(const std::vector<job_option>& job, const CLI::App& command, job_kind kind) {
   std::vector<std::string> words;
-  for (const auto& [name, value] : given) {
-    const CLI::Option* const option = command.get_option_no_throw("--" + name);
-    if (option == nullptr || !is_job_option(*option, kind)) {
-      throw usage_error("\"" + name + "\" is no option of a job, expected one of vrk print without --" +
-                        (kind == job_kind::pages ? ", but for the size on paper and pictures of the print" : ""));
-    }
-    if (option->get_expected_max() == 0 && value == "false") continue;  // a flag, as if it were not there
+  for (const auto& [name, value] : job) {
+    const CLI::Option& option = find_option(command, name, kind);
+    if (value == "false" && !option.get_needs().empty()) continue;  // what is off needs nothing else to be there
     words.push_back("--" + name + "=" + value);
   }
-  std::ranges::reverse(words);  // as CLI11 takes them
   return words;
+}
+
+// What the queue says counts where the command has nothing, its settings file where the queue has nothing.
+void add_queue(CLI::App& command, const std::vector<job_option>& queue, job_kind kind) {
+  std::vector<named_setting> settings;
+  std::string file;
+  for (const auto& [name, value] : queue) {
+    find_option(command, name, kind);
+    if (name == "settings") {
+      file = value;
+      continue;
+    }
+    auto known = std::ranges::find(settings, name, &named_setting::name);
+    if (known == settings.end()) known = settings.insert(known, {name, {}});
+    known->values.push_back(value);
+  }
+  add_settings(command, settings, "the queue");
+  if (!file.empty()) load_settings(command, file);
+}
+
+// Letters and digits, in lower case.
+std::string letters_of(const std::string& name) {
+  std::string letters;
+  for (const char c : name) {
+    if (c != '-') letters += char(std::tolower(static_cast<unsigned char>(c)));
+  }
+  return letters;
 }
 
 }  // namespace
@@ -42,13 +72,33 @@ bool is_job_option(const CLI::Option& option, job_kind kind) {
          (kind == job_kind::picture || option.get_group() != paper_group);
 }
 
-job_options read_job_options(const std::vector<job_option>& given, job_kind kind) {
+std::optional<std::string> job_option_name(const std::string& written, job_kind kind) {
+  std::string letters = letters_of(written);
+  if (letters.starts_with("vrk")) letters.erase(0, 3);
+  job_options unused;
+  CLI::App command;
+  command.set_help_flag();
+  add_job_options(command, unused);
+  for (const CLI::Option* const option : shown_options(command)) {
+    const std::string name = option->get_single_name();
+    if (letters_of(name) == letters && is_job_option(*option, kind)) return name;
+  }
+  return {};
+}
+
+job_options read_job_options(const std::vector<job_option>& job, job_kind kind, const std::vector<job_option>& queue) {
   job_options read;
   CLI::App command("", "print");
   command.set_help_flag();
   add_job_options(command, read);
+  // Called after that of --settings, and before the checks of what options need of each other.
+  const std::string last = "queue";
+  command.add_flag_callback("--" + last, [&] { add_queue(command, queue, kind); })->configurable(false);
+  std::vector<std::string> words = words_of(job, command, kind);
+  words.push_back("--" + last);
+  std::ranges::reverse(words);  // as CLI11 takes them
   try {
-    command.parse(words_of(given, command, kind));
+    command.parse(words);
   } catch (const CLI::ParseError& error) {
     throw usage_error(error.what());
   }

@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,8 +35,14 @@ void add_job_options(CLI::App& command, job_options& to);
 // Whether such a job itself can have this option, one of add_job_options.
 bool is_job_option(const CLI::Option& option, job_kind kind);
 
-// Options that may be given several times (curve, post, blob) are repeated. A settings file counts where the job says
-// nothing. Throws usage_error or user_error with the sentence that `vrk print` would say, which names the option.
-job_options read_job_options(const std::vector<job_option>& given, job_kind kind);
+// The name of the option that is written in one of the ways of print queues: "vrk-ink-limit", "VrkInkLimit",
+// "ink-limit". None when a job has no such option.
+std::optional<std::string> job_option_name(const std::string& written, job_kind kind);
+
+// Options that may be given several times (curve, post, blob, media-table) are repeated. What counts, the first one
+// first: the job, its settings file, what its queue says, the queue's settings file. Throws usage_error or user_error
+// with the sentence that `vrk print` would say, which names the option.
+job_options read_job_options(const std::vector<job_option>& job, job_kind kind,
+                             const std::vector<job_option>& queue = {});
 
 }  // namespace vrk::tool
