@@ -5,6 +5,7 @@
 
 #include "tools/files/spool.h"
 #include "tools/pipeline/user_error.h"
+#include "tools/print/bit_rows.h"
 #include "tools/print/plane_files.h"
 #include "tools/print/raster_header.h"
 
@@ -24,19 +25,19 @@ class cups_planes final : public plane_files {
     line_.resize(row_bytes_ * (header.cupsColorOrder == CUPS_ORDER_CHUNKED ? 1 : planes.size()));
     header_.cupsBytesPerLine = unsigned(banded ? line_.size() : row_bytes_);
     if (header.cupsColorOrder == CUPS_ORDER_PLANAR) later_ = std::vector<spool>(planes.size() - 1);
+    const dot_scale first = planes[0].scale;
+    as_packed_ = bits == 1 && mixes_bits(header.cupsBitsPerPixel) &&
+                 std::ranges::all_of(
+                     planes, [&](const plane_format& p) { return p.scale.x == first.x && p.scale.y == first.y; });
     raster_.reset(cupsRasterOpenIO(give, this, mode));
     check(raster_ != nullptr && cupsRasterWriteHeader2(raster_.get(), &header_) != 0);
   }
 
-  void add_row(const std::uint8_t*, unsigned, const dots& of) override {
-    const unsigned bits = header_.cupsBitsPerColor, pixel = header_.cupsBitsPerPixel;
-    const bool mixed = header_.cupsColorOrder == CUPS_ORDER_CHUNKED;
-    const std::size_t unused = mixed ? pixel - planes_.size() * bits : 0;  // in front of the samples of a pixel
-    std::fill(line_.begin(), line_.end(), std::uint8_t{0});
-    for (std::size_t p = 0; p < planes_.size(); ++p) {
-      const std::size_t place = *places_[p].sample;
-      pack_samples(of, p, planes_[p], bits, mixed ? unused + place * bits : 0, pixel,
-                   &line_[mixed ? 0 : place * row_bytes_]);
+  void add_row(const std::uint8_t* packed, unsigned row, const dots& of) override {
+    if (as_packed_) {
+      mix_row(packed, row, of);
+    } else {
+      pack_row(of);
     }
     write(line_.data());
     for (std::size_t i = 0; i < later_.size(); ++i) later_[i].append(&line_[(i + 1) * row_bytes_], row_bytes_);
@@ -69,6 +70,29 @@ class cups_planes final : public plane_files {
     if (failure_) std::rethrow_exception(failure_);
     if (!done) throw user_error(file_.path().string() + ": libcups cannot write such a page");
   }
+
+  // Where dots have one bit, as they lie in the halftone's lines.
+  void mix_row(const std::uint8_t* packed, unsigned row, const dots& of) {
+    std::vector<const std::uint8_t*> rows(planes_.size());
+    for (std::size_t p = 0; p < rows.size(); ++p) rows[*places_[p].sample] = of.packed_line(packed, row, p);
+    if (header_.cupsColorOrder == CUPS_ORDER_CHUNKED) {
+      return mix_bits(rows, header_.cupsWidth, header_.cupsBitsPerPixel, line_.data());
+    }
+    for (std::size_t p = 0; p < rows.size(); ++p) mix_bits({rows[p]}, header_.cupsWidth, 1, &line_[p * row_bytes_]);
+  }
+
+  void pack_row(const dots& of) {
+    const unsigned bits = header_.cupsBitsPerColor, pixel = header_.cupsBitsPerPixel;
+    const bool mixed = header_.cupsColorOrder == CUPS_ORDER_CHUNKED;
+    const std::size_t unused = mixed ? pixel - planes_.size() * bits : 0;  // in front of the samples of a pixel
+    std::fill(line_.begin(), line_.end(), std::uint8_t{0});
+    for (std::size_t p = 0; p < planes_.size(); ++p) {
+      const std::size_t place = *places_[p].sample;
+      pack_samples(of, p, planes_[p], bits, mixed ? unused + place * bits : 0, pixel,
+                   &line_[mixed ? 0 : place * row_bytes_]);
+    }
+  }
+
   void write(std::uint8_t* line) {
     check(cupsRasterWritePixels(raster_.get(), line, header_.cupsBytesPerLine) == header_.cupsBytesPerLine);
   }
@@ -76,6 +100,7 @@ class cups_planes final : public plane_files {
   const std::vector<plane_format>& planes_;
   output_file& file_;
   cups_page_header2_t header_;
+  bool as_packed_;                  // the dots are those of the halftone's lines
   std::size_t row_bytes_ = 0;       // of one plane, or of all where they are mixed
   std::vector<std::uint8_t> line_;  // the row of every plane
   std::vector<spool> later_;        // planes behind the first one, which come when that is complete

@@ -95,6 +95,11 @@ raster_layout layout_of(const cups_page_header2_t& header, const std::string& na
 }
 
 void arrange(const raster_layout& layout, const std::vector<const std::uint8_t*>& rows, void* to) {
+  const bool in_order = std::is_sorted(layout.places, layout.places + layout.channels);
+  if (layout.order == CUPS_ORDER_CHUNKED && layout.bits >= 8 && in_order && !layout.inverted) {
+    std::memcpy(to, rows[0], layout.row_bytes());
+    return;
+  }
   layout.bits == 16 ? arrange_as(layout, rows, static_cast<std::uint16_t*>(to))
                     : arrange_as(layout, rows, static_cast<std::uint8_t*>(to));
 }
