@@ -4,7 +4,8 @@ build_packages = g++ cmake ninja-build pkg-config
 tool_packages = libpng-dev libjpeg-dev libcli11-dev libtbb-dev libkissfft-dev nlohmann-json3-dev liblcms2-dev \
   libzimg-dev libexif-dev libtiff-dev libwebp-dev libcups2-dev
 test_packages = libgtest-dev
-queue_packages = libpappl-dev cups-ipp-utils ghostscript cups cups-filters cups-ppdc python3 \
+printer_app_packages = libpappl-dev
+queue_packages = $(printer_app_packages) cups-ipp-utils ghostscript cups cups-filters cups-ppdc python3 \
   chromium chromium-driver python3-selenium
 dll_packages = g++-mingw-w64-i686-posix llvm-14
 win32_packages = $(dll_packages) googletest clang-14 lld-14
@@ -79,11 +80,12 @@ check-calibrate: out/press.icc # how even ramps become, by a press profile, with
 	@$(call build,program)
 	@scripts/check-calibrate build/program/tools/vrk out/press.icc out/check-calibrate
 
-dist: # packs out/dist: a zip for 32-bit Windows, a tar.gz and a Debian package for Linux
-	@scripts/packages $(build_packages) $(tool_packages) $(dll_packages) dpkg-dev file help2man
-	@$(call build,program)
+dist: # packs out/dist: a zip for 32-bit Windows, a tar.gz and two Debian packages for Linux
+	@scripts/packages $(build_packages) $(tool_packages) $(test_packages) $(printer_app_packages) $(dll_packages) \
+	  dpkg-dev file help2man
+	@$(call build,queue)
 	@$(call build,dll)
-	@cpack --config build/program/CPackConfig.cmake -B out/dist
+	@cpack --config build/release/CPackConfig.cmake -B out/dist
 	@cpack --config build/dll/CPackConfig.cmake -B out/dist
 
 check-dist: dist # unpacks out/dist and builds and runs programs with what is there

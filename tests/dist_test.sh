@@ -19,13 +19,15 @@ examples=windows/share/doc/vrk/examples
 i686-w64-mingw32-gcc-posix -Iwindows/include "$examples"/print_page.c "$examples"/print_page_windows.c -o page.exe
 
 tar xf "$packages"/vrk-*-linux-*.tar.gz
-dpkg-deb -x "$packages"/vrk_*.deb debian
+for package in vrk vrk-printer-app; do dpkg-deb -x "$packages/$package"_*.deb debian; done
+if dpkg-deb -f "$packages"/vrk_*.deb Depends | grep pappl; then exit 1; fi # only the printer application needs it
 for root in vrk-*-linux-* debian/usr; do
   cc -I"$root/include" "$source/tests/install/consumer.c" -L"$root/lib" -lvrk -o consumer
   LD_LIBRARY_PATH=$root/lib ./consumer
   "$root/lib/cups/filter/rastertovrk" 2>&1 | grep -q '^ERROR: usage: '
   test -s "$root/share/cups/drv/vrk.drv"
   "$root/bin/vrk" --version >/dev/null
+  "$root/bin/vrk-printer-app" --version >/dev/null
   grep -q '^\.TH VRK ' "$root/share/man/man1/vrk.1"
   "$root/bin/vrk" completion bash | cmp - "$root/share/bash-completion/completions/vrk"
   for page in print demo tables inspect link chart calibrate compare report; do
