@@ -23,8 +23,6 @@ class cups_options {
   cups_options(const cups_options&) = delete;
   cups_options& operator=(const cups_options&) = delete;
 
-  int count() const { return count_; }
-  cups_option_t* data() const { return options_; }
   std::span<const cups_option_t> all() const { return {options_, std::size_t(count_)}; }
 
  private:
@@ -106,7 +104,6 @@ queue_options read_queue_options(const std::string& path, const std::string& opt
   } else {
     const ppd_file file = open_ppd(path);
     ppdMarkDefaults(file.get());
-    cupsMarkOptions(file.get(), given.count(), given.data());
     read.job = options_of(given, file.get());
     read.queue = choices_of(*file, read.job);
     add_attributes(*file, read);

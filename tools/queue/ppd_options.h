@@ -10,7 +10,7 @@ namespace vrk::tool {
 
 struct queue_options {
   std::vector<job_option> job{};    // what the job says
-  std::vector<job_option> queue{};  // what the PPD file says: choices that it marks, and attributes
+  std::vector<job_option> queue{};  // what the PPD file says: default choices, and attributes
   std::string next_filter{};        // VrkNextFilter; empty: none
 };
 
