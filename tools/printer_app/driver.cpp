@@ -67,7 +67,7 @@ void set_rest(pappl_pr_driver_data_t& record) {
   std::strncpy(record.make_and_model, all[0].description, sizeof record.make_and_model - 1);
   record.ppm = record.ppm_color = 10;
   record.kind = PAPPL_KIND_DOCUMENT | PAPPL_KIND_PHOTO;
-  record.orient_default = IPP_ORIENT_NONE;
+  record.orient_default = IPP_ORIENT_PORTRAIT;
   record.sides_supported = record.sides_default = PAPPL_SIDES_ONE_SIDED;
   record.duplex = PAPPL_DUPLEX_NONE;
   record.finishings = PAPPL_FINISHINGS_NONE;

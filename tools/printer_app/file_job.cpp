@@ -21,6 +21,23 @@ using print_settings =
     std::unique_ptr<pappl_pr_options_t,
                     decltype([](pappl_pr_options_t* options) { papplJobDeletePrintOptions(options); })>;
 
+// What the job asks for; without it, a picture is turned as the paper is.
+std::optional<unsigned> turns_of(pappl_job_t* job) {
+  ipp_attribute_t* const orientation = papplJobGetAttribute(job, "orientation-requested");
+  switch (orientation == nullptr ? int(IPP_ORIENT_NONE) : ippGetInteger(orientation, 0)) {
+    case IPP_ORIENT_PORTRAIT:
+      return 0;
+    case IPP_ORIENT_REVERSE_LANDSCAPE:
+      return 1;
+    case IPP_ORIENT_REVERSE_PORTRAIT:
+      return 2;
+    case IPP_ORIENT_LANDSCAPE:
+      return 3;
+    default:
+      return {};
+  }
+}
+
 // The page that the job and its printer ask for.
 page_options page_of(pappl_job_t* job) {
   const print_settings options(papplJobCreatePrintOptions(job, 1, true));
@@ -36,22 +53,7 @@ page_options page_of(pappl_job_t* job) {
     page.paper = {options->media.size_width / 100.0, options->media.size_length / 100.0};
   }
   page.fill = options->print_scaling == PAPPL_SCALING_FILL;
-  switch (options->orientation_requested) {
-    case IPP_ORIENT_PORTRAIT:
-      page.quarter_turns = 0;
-      break;
-    case IPP_ORIENT_LANDSCAPE:
-      page.quarter_turns = 3;
-      break;
-    case IPP_ORIENT_REVERSE_PORTRAIT:
-      page.quarter_turns = 2;
-      break;
-    case IPP_ORIENT_REVERSE_LANDSCAPE:
-      page.quarter_turns = 1;
-      break;
-    default:
-      break;
-  }
+  page.quarter_turns = turns_of(job);
   return page;
 }
 

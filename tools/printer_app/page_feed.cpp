@@ -27,8 +27,8 @@ bool page_feed::start_page(const cups_page_header2_t& header) {
   capacity_ = std::clamp<std::size_t>(ring_bytes / line_bytes_, 2, most_lines);
   ring_.resize(capacity_ * line_bytes_);
   added_ = taken_ = 0;
-  reader_waits_ = false;
-  phase_ = phase::in_page;
+  complete_ = reader_waits_ = false;
+  page_waits_ = true;
   changed_.notify_all();
   return true;
 }
@@ -45,14 +45,14 @@ bool page_feed::add_line(const std::uint8_t* line) {
 
 bool page_feed::end_page() {
   std::unique_lock lock(mutex_);
-  phase_ = phase::behind_page;
+  complete_ = true;
   changed_.notify_all();
   return wait_for_reader(lock);
 }
 
 void page_feed::end() {
   const std::lock_guard lock(mutex_);
-  phase_ = phase::ended;
+  ended_ = true;
   changed_.notify_all();
 }
 
@@ -60,8 +60,9 @@ std::unique_ptr<image_reader> page_feed::next_page() {
   std::unique_lock lock(mutex_);
   reader_waits_ = true;
   changed_.notify_all();
-  changed_.wait(lock, [&] { return phase_ == phase::in_page || phase_ == phase::ended; });
-  if (phase_ == phase::ended) return nullptr;
+  changed_.wait(lock, [&] { return page_waits_ || ended_; });
+  if (!page_waits_) return nullptr;
+  page_waits_ = false;
   const std::string name = name_ + ", page " + std::to_string(page_);
   return std::make_unique<raster_page>(name, layout_of(header_, name), header_,
                                        [this](std::uint8_t* line) { take_line(line); });
@@ -69,7 +70,7 @@ std::unique_ptr<image_reader> page_feed::next_page() {
 
 void page_feed::take_line(std::uint8_t* to) {
   std::unique_lock lock(mutex_);
-  changed_.wait(lock, [&] { return taken_ < added_ || phase_ != phase::in_page; });
+  changed_.wait(lock, [&] { return taken_ < added_ || complete_ || ended_; });
   if (taken_ == added_) {
     throw user_error(name_ + ", page " + std::to_string(page_) + ": the stream breaks off after " +
                      std::to_string(added_) + " of " + std::to_string(header_.cupsHeight) + " lines");

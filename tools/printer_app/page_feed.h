@@ -29,17 +29,15 @@ class page_feed {
   void stop();                                // no more are wanted
 
  private:
-  enum class phase { between_pages, in_page, behind_page, ended };
-
   bool wait_for_reader(std::unique_lock<std::mutex>& lock);
   void take_line(std::uint8_t* to);
 
   std::string name_;
   std::mutex mutex_;
   std::condition_variable changed_;
-  phase phase_ = phase::between_pages;
-  bool reader_waits_ = false, stopped_ = false;
-  unsigned page_ = 0;  // the current one, from 1
+  bool page_waits_ = false, reader_waits_ = false;           // for each other
+  bool complete_ = false, ended_ = false, stopped_ = false;  // no more lines; no more pages; no more wanted
+  unsigned page_ = 0;                                        // the current one, from 1
   cups_page_header2_t header_{};
   std::size_t line_bytes_ = 0, capacity_ = 0;  // of the ring, in lines
   std::vector<std::uint8_t> ring_;

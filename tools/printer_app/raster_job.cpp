@@ -9,6 +9,7 @@
 #include "tools/printer_app/page_feed.h"
 #include "tools/printer_app/page_limits.h"
 #include "tools/printer_app/print_job.h"
+#include "tools/raster/raster_page.h"
 
 namespace vrk::tool {
 namespace {
@@ -17,7 +18,10 @@ namespace {
 class raster_job {
  public:
   raster_job(pappl_job_t* job, pappl_device_t* device)
-      : options_(read_options(job, job_kind::pages)), feed_(papplJobGetName(job)), printing_([this, job, device] {
+      : options_(read_options(job, job_kind::pages)),
+        name_(papplJobGetName(job)),
+        feed_(name_),
+        printing_([this, job, device] {
           failure_ = complaint_of([&] { print(job, device); });
           feed_.stop();
         }) {}
@@ -30,11 +34,17 @@ class raster_job {
 
   page_feed& feed() { return feed_; }
 
+  void start_page(const cups_page_header2_t& header) {
+    announced_ = announced_pages(header);
+    if (feed_.start_page(header)) ++pages_;
+  }
+
   // Behind the last page. Throws what the print threw.
   void finish() {
     feed_.end();
     printing_.join();
     if (!failure_.empty()) throw user_error(failure_);
+    require_all_pages(name_, pages_, announced_);
   }
 
  private:
@@ -47,6 +57,8 @@ class raster_job {
   }
 
   job_options options_;
+  std::string name_;
+  unsigned pages_ = 0, announced_ = 0;
   page_feed feed_;
   std::string failure_;
   std::thread printing_;
@@ -64,7 +76,7 @@ bool start_page(pappl_job_t* job, pappl_pr_options_t* options, pappl_device_t*, 
     const std::string name = std::string(papplJobGetName(job)) + ", page " + std::to_string(page);
     refuse_replaced_header(header, name);
     refuse_huge_page(header, name);
-    of(job)->feed().start_page(header);
+    of(job)->start_page(header);
   });
 }
 

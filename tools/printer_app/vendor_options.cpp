@@ -97,7 +97,9 @@ void add_vendor_labels(pappl_system_t* system) {
     strings += "\"" + option.name + "\" = \"" + option.option + ": " + help + "\";\n";
   }
   static const std::string kept = strings;  // PAPPL does not copy them
-  papplSystemAddStringsData(system, "/vrk-en.strings", "en", kept.c_str());
+  constexpr const char* resource = "/vrk.strings";
+  papplSystemAddStringsData(system, resource, "en", kept.c_str());
+  papplSystemRemoveResource(system, resource);  // the names stay; with it, every request would make a printer larger
 }
 
 std::vector<job_option> options_of(pappl_job_t* job) {

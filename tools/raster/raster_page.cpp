@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "kit/profiles/plain_profile.h"
+#include "tools/pipeline/user_error.h"
 #include "tools/raster/page_header.h"
 
 namespace vrk::tool {
@@ -24,6 +25,17 @@ void raster_page::read_line(void* line) {
   read_(line_.data());
   for (std::size_t i = 0; i < rows_.size(); ++i) rows_[i] = &line_[i * layout_.row_bytes()];
   arrange(layout_, rows_, line);
+}
+
+// What other streams have there is a matter between a driver and its filters.
+unsigned announced_pages(const cups_page_header2_t& header) {
+  return page_header{header}.is_pwg() ? header.cupsInteger[CUPS_RASTER_PWG_TotalPageCount] : 0;
+}
+
+void require_all_pages(const std::string& name, unsigned came, unsigned announced) {
+  if (came >= announced) return;
+  throw user_error(name + ": ends after page " + std::to_string(came) + ", expected " + std::to_string(announced) +
+                   " pages");
 }
 
 }  // namespace vrk::tool

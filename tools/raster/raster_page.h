@@ -1,4 +1,4 @@
-// A page of a raster stream as a picture.
+// Pages of raster streams, as pictures.
 #pragma once
 
 #include <functional>
@@ -25,5 +25,11 @@ class raster_page : public image_reader {
   std::vector<std::uint8_t> line_;
   std::vector<const std::uint8_t*> rows_;  // of each colour, or the one of all colours
 };
+
+// How many pages the stream has by the header of one; 0 where it does not say.
+unsigned announced_pages(const cups_page_header2_t& header);
+
+// Throws user_error when a stream has ended after fewer pages than announced.
+void require_all_pages(const std::string& name, unsigned came, unsigned announced);
 
 }  // namespace vrk::tool

@@ -32,14 +32,10 @@ class raster_stream::source {
   bool read_header(cups_page_header2_t& header) {
     std::vector<std::uint8_t> unread(line_bytes_);
     while (lines_left_ != 0) read_line(unread.data());
-    const unsigned announced = pages_announced_;
     if (feed_.exhausted()) {
       note_end();
       if (page_ == 0) throw user_error(name_ + ": holds no page");
-      if (page_ < announced) {
-        throw user_error(name_ + ": ends after page " + std::to_string(page_) + ", expected " +
-                         std::to_string(announced) + " pages");
-      }
+      require_all_pages(name_, page_, pages_announced_);
       return false;
     }
     ++page_;
@@ -47,10 +43,7 @@ class raster_stream::source {
       if (feed_.exhausted()) refuse_end("the stream breaks off inside its header");
       throw user_error(page_name() + ": its header has a height, bits or bytes a line out of range");
     }
-    // What other streams have there is a matter between a driver and its filters.
-    if (page_header{header}.is_pwg()) {
-      pages_announced_ = header.cupsInteger[CUPS_RASTER_PWG_TotalPageCount];
-    }
+    pages_announced_ = announced_pages(header);
     return true;
   }
 
