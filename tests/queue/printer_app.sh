@@ -8,7 +8,8 @@
 #   printer_uri DIR NAME                 ipp://...
 #   print_job DIR NAME FILE TYPE [ATTRIBUTE...]   sends a file as this MIME type with job attributes of ipptool ("keyword
 #                                        vrk-filter burkes"), waits for the job, and prints its state and what is said
-#                                        about it: "completed Job completed."
+#                                        about it: "completed Job completed.", or why it is refused: "refused
+#                                        client-error-document-format-error (...)"
 #
 # The process is in DIR/pid, the port in DIR/port, the log in DIR/log, jobs and printers in DIR/state.
 
@@ -72,6 +73,7 @@ END
 }
 {
   NAME "wait"
+  SKIP-IF-NOT-DEFINED JOB
   DELAY 0.1
   OPERATION Get-Job-Attributes
   GROUP operation-attributes-tag
@@ -87,6 +89,11 @@ END
 END
   } >"$print_job_dir/job.test"
   ipptool -tv "$print_job_uri" "$print_job_dir/job.test" >"$print_job_dir/job.said" 2>&1 || true
+  sed -n 's/^ *status-code = //p' "$print_job_dir/job.said" | head -1 >"$print_job_dir/job.status"
+  case $(cat "$print_job_dir/job.status") in
+    successful*) ;;
+    *) echo "refused $(cat "$print_job_dir/job.status")" && return ;;
+  esac
   sed -n 's/^ *job-state (enum) = //p' "$print_job_dir/job.said" | tail -1 | tr '\n' ' '
   sed -n 's/^ *job-state-message (text[A-Za-z]*) = //p' "$print_job_dir/job.said" | tail -1
 }

@@ -9,7 +9,8 @@
 #include <string_view>
 
 #include "tools/pipeline/user_error.h"
-#include "tools/printer_app/silence.h"
+#include "tools/printer_app/request.h"
+#include "tools/printer_app/turns.h"
 
 namespace vrk::tool {
 namespace {
@@ -42,8 +43,9 @@ bool gives_password(pappl_client_t* client) {
 }
 
 http_status_t authorize(pappl_client_t* client, const char* group, gid_t, void*) {
-  limit_silence(client);
-  if (password.empty() || group == nullptr) return HTTP_STATUS_CONTINUE;
+  watch_request(client);
+  if (group == nullptr) return wait_for_turn(client) ? HTTP_STATUS_CONTINUE : HTTP_STATUS_SERVICE_UNAVAILABLE;
+  if (password.empty()) return HTTP_STATUS_CONTINUE;
   return gives_password(client) ? HTTP_STATUS_CONTINUE : HTTP_STATUS_UNAUTHORIZED;
 }
 

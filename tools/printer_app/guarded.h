@@ -11,9 +11,12 @@
 
 namespace vrk::tool {
 
-// One sentence, in the job's state and in the log.
+// A sentence as it fits IPP.
+inline std::string said_of(const std::string& why) { return printable(why).substr(0, 500); }
+
+// In the job's state and in the log.
 inline void say_failed(pappl_job_t* job, const std::string& why) {
-  const std::string said = printable(why).substr(0, 500);
+  const std::string said = said_of(why);
   papplJobSetMessage(job, "%s", said.c_str());
   papplLogJob(job, PAPPL_LOGLEVEL_ERROR, "%s", said.c_str());
 }

@@ -9,6 +9,8 @@
 #include "tools/printer_app/page_feed.h"
 #include "tools/printer_app/page_limits.h"
 #include "tools/printer_app/print_job.h"
+#include "tools/printer_app/request.h"
+#include "tools/printer_app/turns.h"
 #include "tools/raster/raster_page.h"
 
 namespace vrk::tool {
@@ -89,7 +91,12 @@ bool end_page(pappl_job_t* job, pappl_pr_options_t*, pappl_device_t*, unsigned) 
 bool end_job(pappl_job_t* job, pappl_pr_options_t*, pappl_device_t*) {
   const std::unique_ptr<raster_job> ended(of(job));
   papplJobSetData(job, nullptr);
-  return guarded(job, [&] { ended->finish(); });
+  const std::string why = complaint_of([&] { ended->finish(); });
+  end_turn();
+  if (why.empty()) return true;
+  say_failed(job, why);
+  answer_overread_request(why);
+  return false;
 }
 
 }  // namespace

@@ -21,6 +21,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Each takes a thread and, with a request half read, about 80 KB.
+constexpr int most_clients = 2048;
+
 // The words of -o.
 class server_options {
  public:
@@ -97,6 +100,7 @@ pappl_system_t* create(const server_options& options) {
       log.c_str(), read_log_level(options.text("log-level", "info")), nullptr, false);
   if (system == nullptr) throw user_error((state_directory() / "jobs").string() + ": PAPPL cannot keep jobs there");
   if (options.has("server-hostname")) papplSystemSetHostName(system, options.text("server-hostname").c_str());
+  papplSystemSetMaxClients(system, most_clients);
   set_access(system, password);
   add_file_filters(system);
   add_vendor_labels(system);

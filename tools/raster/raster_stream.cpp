@@ -5,7 +5,6 @@
 
 #include "tools/image/picture_input.h"
 #include "tools/pipeline/user_error.h"
-#include "tools/raster/page_header.h"
 #include "tools/raster/raster_page.h"
 #include "tools/raster/stream_feed.h"
 
