@@ -5,7 +5,7 @@ tool_packages = libpng-dev libjpeg-dev libcli11-dev libtbb-dev libkissfft-dev nl
   libzimg-dev libexif-dev libtiff-dev libwebp-dev libcups2-dev
 test_packages = libgtest-dev
 printer_app_packages = libpappl-dev
-queue_packages = $(printer_app_packages) cups-ipp-utils ghostscript cups cups-filters cups-ppdc python3 \
+queue_packages = $(printer_app_packages) cups-ipp-utils curl ghostscript cups cups-filters cups-ppdc python3 \
   chromium chromium-driver python3-selenium
 dll_packages = g++-mingw-w64-i686-posix llvm-14
 win32_packages = $(dll_packages) googletest clang-14 lld-14

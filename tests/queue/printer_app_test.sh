@@ -56,3 +56,36 @@ prints 000003 gray.pwg image/pwg-raster ''
 prints 000004 one.png image/png '--size A4 --dpi 150' 'resolution printer-resolution 150dpi'
 prints 000005 one.jpg image/jpeg '--size 10x15cm --fill' 'keyword media om_small-photo_100x150mm' 'keyword print-scaling fill'
 prints 000006 two.pwg image/pwg-raster '--filter burkes --levels 4' 'keyword vrk-filter burkes' 'integer vrk-levels 4'
+expect 'aborted --filter: nonsense not in {' print_job app p two.pwg image/pwg-raster 'keyword vrk-filter nonsense'
+expect 'aborted vrk-csc2: names a file of the machine' print_job app p two.pwg image/pwg-raster 'text vrk-csc2 /etc/passwd'
+test ! -e prints/p-000007 && test ! -e prints/p-000008
+
+# A printer that takes a stream.
+cat >printer.py <<'END'
+import socket
+server = socket.create_server(("127.0.0.1", 0))
+print(server.getsockname()[1], flush=True)
+client = server.accept()[0]
+with open("sent", "wb") as to:
+    while data := client.recv(65536):
+        to.write(data)
+END
+python3 printer.py >port &
+device=$!
+for _ in $(seq 100); do [ -s port ] || sleep 0.1; done
+printer_app app add -d s -m vrk -v "socket://localhost:$(cat port)"
+expect completed print_job app s two.pwg image/pwg-raster 'keyword vrk-order planar' 'keyword print-color-mode monochrome'
+wait $device
+"$vrk" print two.pwg --format cups --order planar --inks 1 -o - --quiet 2>/dev/null | cmp - sent
+
+# Who may look at prints and change printers, where there is a password.
+stop_printer_app app
+echo word >password
+chmod 600 password
+start_printer_app app "$program" -o password-file=password
+status() { curl -s -o page -w '%{http_code}' "$@" "http://localhost:$(cat app/port)/p/last"; }
+test "$(status)" -eq 401 && test "$(status -u x:words)" -eq 401 && test "$(status -u x:word)" -eq 200
+grep -q 'Job 6, two.pwg, page 2: 278 x 417 pixels at 100 dpi' page
+expect completed print_job app p two.pwg image/pwg-raster
+refused=$(SNAP_COMMON=$work TMPDIR=$work "$program" server -o listen-hostname='*' -o spool-directory=none 2>&1 || true)
+case $refused in *"add -o password-file=FILE"*) ;; *) echo "$refused" && exit 1 ;; esac
