@@ -106,17 +106,17 @@ void add_table_files(CLI::App& command, table_files& to) {
   add("--edpr", to.edpr, "error diffusion: levels, thresholds, cells");
   add("--edtb", to.edtb, "error diffusion: error distribution");
   add("--dith", to.dith, "dither: levels and threshold matrices");
+  command.add_option("--blob", to.blobs, "table out of a parameter blob; may be repeated")
+      ->type_name("FILE[:SELECTOR=VALUE,...]")
+      ->check(not_empty)
+      ->allow_extra_args(false)
+      ->group(group);
   command
       .add_option("--media-table", to.media,
                   "as --blob, for those pages of a raster stream whose header names this type of media (MediaType); "
                   "may be repeated")
       ->type_name("TYPE=FILE[:SELECTOR=VALUE,...]")
       ->check(media_and_file)
-      ->allow_extra_args(false)
-      ->group(group);
-  command.add_option("--blob", to.blobs, "table out of a parameter blob; may be repeated")
-      ->type_name("FILE[:SELECTOR=VALUE,...]")
-      ->check(not_empty)
       ->allow_extra_args(false)
       ->group(group);
 }
