@@ -89,3 +89,10 @@ grep -q 'Job 6, two.pwg, page 2: 278 x 417 pixels at 100 dpi' page
 expect completed print_job app p two.pwg image/pwg-raster
 refused=$(SNAP_COMMON=$work TMPDIR=$work "$program" server -o listen-hostname='*' -o spool-directory=none 2>&1 || true)
 case $refused in *"add -o password-file=FILE"*) ;; *) echo "$refused" && exit 1 ;; esac
+
+# A printer that is deleted leaves an application that can end, and its last print goes with the next start.
+test -e app/state/last/1
+printer_app app delete -d p
+stop_printer_app app
+start_printer_app app "$program"
+test ! -e app/state/last/1 && test -e app/state/last/2

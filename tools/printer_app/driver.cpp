@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "tools/printer_app/application.h"
 #include "tools/printer_app/file_job.h"
 #include "tools/printer_app/guarded.h"
 #include "tools/printer_app/raster_job.h"
@@ -79,11 +78,6 @@ void set_rest(pappl_pr_driver_data_t& record) {
   };
   record.status_cb = [](pappl_printer_t*) { return true; };
   record.testpage_cb = make_test_page;
-  record.delete_cb = [](pappl_printer_t* printer, pappl_pr_driver_data_t*) {
-    std::error_code ignored;
-    const bool for_good = papplSystemIsRunning(papplPrinterGetSystem(printer));
-    if (for_good) std::filesystem::remove_all(last_print_directory(printer), ignored);
-  };
 }
 
 }  // namespace

@@ -75,6 +75,15 @@ void prepare_state_directory(const fs::path& directory) {
   fs::remove_all(work_directory());  // what a run that was killed has left
 }
 
+// Not while a printer is deleted: PAPPL holds its locks then.
+void forget_deleted_printers(pappl_system_t* system) {
+  std::error_code none;
+  for (const fs::directory_entry& print : fs::directory_iterator(state_directory() / "last", none)) {
+    const int number = std::atoi(print.path().filename().c_str());
+    if (papplSystemFindPrinter(system, nullptr, number, nullptr) == nullptr) fs::remove_all(print.path(), none);
+  }
+}
+
 // Where it listens. Returns false when the port is not free.
 bool add_listeners(pappl_system_t* system, const std::string& address) {
   return papplSystemAddListeners(system, address == "*" ? nullptr : address.c_str());
@@ -108,6 +117,7 @@ pappl_system_t* create(const server_options& options) {
   papplSystemSetPrinterDrivers(system, int(drivers().size()), drivers().data(), nullptr, add_last_print_page,
                                describe_printer, nullptr);
   papplSystemLoadState(system, (state_directory() / "printers.state").c_str());
+  forget_deleted_printers(system);
   papplSystemSetSaveCallback(system, save_state, nullptr);
   if (!options.has("private-server")) {
     if (!add_listeners(system, address)) {
