@@ -1,6 +1,8 @@
 // Frame, pre-processing, both converters, post-processing.
 #include <array>
 
+#include "csc/csc1_handle.h"
+#include "csc/csc2_handle.h"
 #include "digest/digest_entry.h"
 #include "kit/color_table.h"
 #include "kit/curve_image.h"
@@ -106,8 +108,8 @@ void first_converter(const std::string& name, const kit::bytes& table, std::uint
   if (!entry.wanted()) return;
   const pixel_bytes src = picture(chosen.width, 4 * sample_bytes(flags, VRK_IN16));
   const kit::bytes bits = noise(chosen.width / 8 + 1);
-  void* const h =
-      entry.build([&](void* mem) { return vrk_create_csc1(std::uint32_t(table.size()), table.data(), flags, mem); });
+  void* const h = entry.build<csc1_handle>(
+      [&](void* mem) { return vrk_create_csc1(std::uint32_t(table.size()), table.data(), flags, mem); });
   std::uint8_t* const dst = entry.output(std::size_t(chosen.width) * 8);
   std::uint8_t* const short_dst = entry.output(short_width * 8);
   entry.run(8, [&](std::uint32_t y) {
@@ -123,7 +125,7 @@ void second_converter(const std::string& name, const kit::bytes& table, std::uin
   digest_entry entry(with_flags("csc2 " + name, flags));
   if (!entry.wanted()) return;
   const pixel_bytes src = picture(chosen.width, (input_samples == 1 ? 1 : 4) * sample_bytes(flags, VRK_IN16));
-  void* const h = entry.build(
+  void* const h = entry.build<csc2_handle>(
       [&](void* mem) { return vrk_create_csc2(std::uint32_t(table.size()), table.data(), input_samples, flags, mem); });
   std::uint8_t* const dst = entry.output(std::size_t(chosen.width) * 12);
   std::uint8_t* const short_dst = entry.output(short_width * 12);

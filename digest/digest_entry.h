@@ -6,10 +6,13 @@
 #include <functional>
 #include <memory>
 #include <new>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "base/carver.h"
+#include "base/cpu_level.h"
 #include "kit/bytes.h"
 #include "vrk.h"
 
@@ -17,8 +20,9 @@ namespace vrk::digest {
 
 // Set once, before the first entry.
 struct options {
-  bool speed = false;       // print Mpixel/s instead of digests
-  std::string_view only{};  // run entries whose names begin with this
+  bool speed = false;              // print Mpixel/s instead of digests
+  std::string_view only{};         // run entries whose names begin with this
+  std::optional<cpu_level> level;  // of the kernels that run, not above the processor's
   // Pixels of a line: odd, so no multiple of a vector, and enough for the fast kernels of the converters.
   std::uint32_t width = 353;
 };
@@ -68,7 +72,8 @@ class digest_entry {
   bool wanted() const { return wanted_; }
 
   // Makes a handle by both calls of a create function. Sizes and the built memory are part of the digest.
-  template <class Create>
+  // Handle: its record, of a family with kernels for several levels of processors.
+  template <class Handle = void, class Create>
   void* build(Create create) {
     const std::uint32_t size = create(nullptr);
     handles_.push_back(std::make_unique<handle_memory>(size));
@@ -76,7 +81,12 @@ class digest_entry {
     const std::uint32_t used = create(mem);
     add(size);
     add(used);
-    add({static_cast<const std::uint8_t*>(mem), used});
+    const std::span<const std::uint8_t> built(static_cast<const std::uint8_t*>(mem), used);
+    if constexpr (std::is_void_v<Handle>) {
+      add(built);
+    } else {
+      add_and_choose_level(built, record_of<Handle>(mem).level);
+    }
     return mem;
   }
 
@@ -90,6 +100,10 @@ class digest_entry {
   void add(std::span<const std::uint8_t> bytes);
 
  private:
+  // Where a level was chosen, handles count as created on a processor of the base level, so that the lists of all
+  // levels are the same.
+  void add_and_choose_level(std::span<const std::uint8_t> handle, cpu_level& level);
+
   std::string name_;
   bool wanted_;
   std::uint64_t digest_ = 0xCBF29CE484222325;  // FNV-1a

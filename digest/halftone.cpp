@@ -1,6 +1,7 @@
 // Error diffusion, ordered dither, and pages that pass all stages.
 #include <algorithm>
 
+#include "csc/csc2_handle.h"
 #include "digest/digest_entry.h"
 #include "kit/curve_image.h"
 #include "kit/planes.h"
@@ -152,8 +153,8 @@ void whole_page(const std::string& name, std::uint32_t samples) {
   void* const pre = entry.build([&](void* mem) {
     return vrk_create_preproc(nullptr, 1, 2, 0, nullptr, 0, nullptr, (samples & VRK_OUT16) | VRK_COMPOSE, mem);
   });
-  void* const csc =
-      entry.build([&](void* mem) { return vrk_create_csc2(std::uint32_t(grid.size()), grid.data(), 3, samples, mem); });
+  void* const csc = entry.build<csc2_handle>(
+      [&](void* mem) { return vrk_create_csc2(std::uint32_t(grid.size()), grid.data(), 3, samples, mem); });
   void* const post = entry.build([&](void* mem) {
     return vrk_create_postproc(4, 1, split.data(), 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0,
                                nullptr, samples | VRK_COMPOSE, mem);

@@ -1,10 +1,13 @@
-// usage: vrk_digest [speed] [NAME]
+// usage: vrk_digest [speed] [--level base|sse41|avx2] [NAME]
 // Prints a digest, or the speed, of every entry whose name begins with NAME. The digests must be the same from every
-// build, which scripts/compare-builds checks.
+// build, and from every level of vector instructions, which scripts/compare-builds checks. A level that the processor
+// does not have ends the program with status 77.
 #include <algorithm>
 #include <chrono>
 #include <cinttypes>
 #include <cstdio>
+#include <cstdlib>
+#include <map>
 #include <string_view>
 
 #include "digest/digest_entry.h"
@@ -61,6 +64,17 @@ __attribute__((no_sanitize_address)) void digest_entry::add(std::span<const std:
   for (const std::uint8_t byte : bytes) digest_ = (digest_ ^ byte) * 0x100000001B3;
 }
 
+void digest_entry::add_and_choose_level(std::span<const std::uint8_t> handle, cpu_level& level) {
+  if (!chosen.level) return add(handle);
+  if (*chosen.level > level) {
+    std::fputs("vrk_digest: this processor does not have that level\n", stderr);
+    std::exit(77);
+  }
+  level = cpu_level::base;
+  add(handle);
+  level = *chosen.level;
+}
+
 void digest_entry::run(std::uint32_t lines, const std::function<void(std::uint32_t y)>& line) {
   if (!chosen.speed) {
     for (std::uint32_t y = 0; y < lines; ++y) {
@@ -94,10 +108,14 @@ void digest_entry::run(std::uint32_t lines, const std::function<void(std::uint32
 
 int main(int count, char** words) {
   using namespace vrk::digest;
+  const std::map<std::string_view, vrk::cpu_level> levels{
+      {"base", vrk::cpu_level::base}, {"sse41", vrk::cpu_level::sse41}, {"avx2", vrk::cpu_level::avx2}};
   for (int i = 1; i < count; ++i) {
     if (words[i] == std::string_view("speed")) {
       chosen.speed = true;
       chosen.width = 8192;
+    } else if (words[i] == std::string_view("--level") && i + 1 < count && levels.contains(words[i + 1])) {
+      chosen.level = levels.at(words[++i]);
     } else {
       chosen.only = words[i];
     }

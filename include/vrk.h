@@ -66,9 +66,11 @@
  *     vrk_xform_preproc, vrk_xform_preproc2, vrk_exec_dither, vrk_exec_ditherx  3 KiB
  *     every other function                                                      2 KiB
  *
- * PROCESSORS. On x86 the library uses SSE2 instructions, which the processor must have. Results and sizes depend
- * neither on the processor nor on the build. Create calls compute doubles in SSE2 registers and expect the rounding mode that threads start with, to nearest; the x87
- * control word does not matter.
+ * PROCESSORS. On x86 the library uses SSE2 instructions, which the processor must have. Create calls find out whether it
+ * has SSE4.1 and AVX2, too, and the operating system keeps their registers, and note it in the handle, which is why that
+ * is used on the machine that built it. Results and sizes depend neither on the processor nor on the build. Create calls
+ * compute doubles in SSE2 registers and expect the rounding mode that threads start with, to nearest; the x87 control
+ * word does not matter.
  *
  * EXAMPLE: one page from RGB to four 1-bit planes.
  *

@@ -1,6 +1,7 @@
 // The first converter: RGB to three samples through a grid, or by a fixed rule to gray, black or posterised colour.
 #pragma once
 
+#include "base/cpu_level.h"
 #include "csc/grid.h"
 
 namespace vrk {
@@ -16,6 +17,7 @@ struct csc1_handle {
   u32 flags;          // as adjusted
   u32 row;            // of the family's table (csc1_kernels.h)
   u32 short_run_row;  // for runs that are too short for that one
+  cpu_level level;    // of the processor
 };
 
 constexpr u32 csc1_record_bytes = 324;  // what the size rule counts for the record

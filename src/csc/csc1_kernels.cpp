@@ -44,6 +44,7 @@ std::span<const csc1_row> csc1_rows() { return rows; }
 
 void csc1_select_rows(csc1_rule rule, csc1_handle& h) {
   const csc_widths widths = csc_widths_of(h.flags);
+  h.level = level_of_processor();
   h.row = row_for(rule, widths, h.grid.bounded != 0, ~0u);
   h.short_run_row = row_for(rule, widths, h.grid.bounded != 0, 0);
 }
@@ -51,7 +52,7 @@ void csc1_select_rows(csc1_rule rule, csc1_handle& h) {
 void csc1_convert(const csc1_handle& h, const u8* src, const u8* mask, u32 pixel_count, u8* dst) {
   const csc1_row& row = rows[h.row];
   const csc1_row& chosen = pixel_count < row.shortest_run ? rows[h.short_run_row] : row;
-  chosen.kernel(h, src, mask, pixel_count, dst);
+  chosen.kernel[h.level](h, src, mask, pixel_count, dst);
 }
 
 }  // namespace vrk

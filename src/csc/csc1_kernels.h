@@ -14,7 +14,7 @@ struct csc1_row {
   csc_widths widths;
   bool bounded;      // serves bounded grids only (see tetra_sse2.h)
   u32 shortest_run;  // worth its preparations from so many pixels on; right for all
-  csc1_kernel* kernel;
+  by_level<csc1_kernel*> kernel;
 };
 std::span<const csc1_row> csc1_rows();
 

@@ -1,6 +1,7 @@
 // The second converter: RGB or gray to four or six inks through a grid, or one-sample pixels through a tone curve.
 #pragma once
 
+#include "base/cpu_level.h"
 #include "csc/grid.h"
 
 namespace vrk {
@@ -12,6 +13,7 @@ struct csc2_handle {
   u32 flags;          // as adjusted
   u32 row;            // of the family's table (csc2_kernels.h)
   u32 short_run_row;  // for runs that are too short for that one
+  cpu_level level;    // of the processor
 };
 
 constexpr u32 csc2_record_bytes = 416;  // what the size rule counts for the record

@@ -82,6 +82,7 @@ std::span<const csc2_row> csc2_rows() { return rows; }
 
 void csc2_select_rows(u32 inks, bool gray, csc2_handle& h) {
   const csc_widths widths = csc_widths_of(h.flags);
+  h.level = level_of_processor();
   h.row = row_for(inks, gray, widths, h.grid.bounded != 0, ~0u);
   h.short_run_row = row_for(inks, gray, widths, h.grid.bounded != 0, 0);
 }
@@ -89,7 +90,7 @@ void csc2_select_rows(u32 inks, bool gray, csc2_handle& h) {
 void csc2_convert(const csc2_handle& h, const u8* src, u32 pixel_count, u8* dst) {
   const csc2_row& row = rows[h.row];
   const csc2_row& chosen = pixel_count < row.shortest_run ? rows[h.short_run_row] : row;
-  chosen.kernel(h, src, pixel_count, dst);
+  chosen.kernel[h.level](h, src, pixel_count, dst);
 }
 
 }  // namespace vrk

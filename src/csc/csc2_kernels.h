@@ -15,7 +15,7 @@ struct csc2_row {
   csc_widths widths;
   bool bounded;      // serves bounded grids only (see tetra_sse2.h)
   u32 shortest_run;  // worth its preparations from so many pixels on; right for all
-  csc2_kernel* kernel;
+  by_level<csc2_kernel*> kernel;
 };
 std::span<const csc2_row> csc2_rows();
 

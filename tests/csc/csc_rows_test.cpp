@@ -2,6 +2,7 @@
 #include "csc/csc1_kernels.h"
 #include "csc/csc2_kernels.h"
 #include "tests/csc/csc_reference.h"
+#include "tests/levels.h"
 
 namespace {
 
@@ -25,14 +26,20 @@ template <class Handle, class Row>
 void expect_rows_as_reference(std::span<const Row> rows, auto conversion_for) {
   for (const Row& row : rows) {
     const std::uint32_t flags = flags_of(row.widths);
-    for (unsigned round = 0; round < 4; ++round) {
-      SCOPED_TRACE(testing::Message() << "row " << &row - rows.data() << ", round " << round);
+    const auto expect_as_reference_at = [&](vrk::cpu_level level, unsigned round) {
+      SCOPED_TRACE(testing::Message() << "row " << &row - rows.data() << ", level " << int(level) << ", round "
+                                      << round);
       expect_as_reference(conversion_for(row, round, flags), varied_pixels(300, flags & VRK_IN16, round), round,
                           round > 1 && std::is_same_v<Handle, vrk::csc1_handle>, [&](void* handle) {
                             Handle& h = vrk::record_of<Handle>(handle);
                             h.row = h.short_run_row = vrk::u32(&row - rows.data());
+                            h.level = level;
                             EXPECT_TRUE(h.grid.bounded || !row.bounded);
                           });
+    };
+    for (const vrk::cpu_level level : levels_of_this_machine()) {
+      if (level != vrk::cpu_level::base && row.kernel[level] == row.kernel.base) continue;
+      for (unsigned round = 0; round < 4; ++round) expect_as_reference_at(level, round);
     }
   }
 }
