@@ -14,18 +14,39 @@ using std::numbers::sqrt2;
 // Samples, at evenly spaced x, the diagonal y = x pushed sideways by `displacement`, perpendicular to itself. Walks
 // along the diagonal in steps of a thirtieth of the spacing and takes the first point at or beyond each x. The order of
 // these operations, running sums included, decides the last digit of the entries.
+//
+// Exponentials are what the walk costs, so most of its points are counted and not computed: about as many as the entry
+// before took. Displacements bend one way all along, so the points' x, over the way along the diagonal, is a convex or
+// a concave curve, as the amplitude's sign says. Where it lies below the x that is sought at both ends of a skip, and
+// rises behind it, it lies below in between: a convex curve under its chord, a concave one because it was rising all
+// the time.
 template <class Displacement>
 void curve_sample(Displacement displacement, u32 max, std::span<u16> entries) {
   constexpr double cos45 = 0.7071067812;
+  constexpr double doubt = 1e-9;  // far above what rounding adds up to, far below what a step moves x by
   const double dx = 1.0 / double(entries.size() - 1);
   const double du = dx * 0.03333333333333333;
-  double u = 0, x = 0;
-  for (std::size_t i = 0; i < entries.size(); u += du) {
-    const double shift = cos45 * displacement(std::clamp(u, 0.0, 1.0));
-    if (u - shift >= x) {
-      entries[i++] = u16(std::clamp(u + shift, 0.0, 1.0) * max + 0.5);
-      x += dx;
-    }
+  struct point {
+    double u, shift;  // along the diagonal; what its x loses and its y gains by the displacement
+    double x() const { return u - shift; }
+  };
+  const auto point_at = [&](double u) { return point{u, cos45 * displacement(std::clamp(u, 0.0, 1.0))}; };
+
+  point at = point_at(0);
+  double x = 0;
+  for (std::size_t i = 0, steps = 0;;) {  // steps: since the entry before
+    for (; at.x() < x; ++steps) at = point_at(at.u + du);
+    entries[i] = u16(std::clamp(at.u + at.shift, 0.0, 1.0) * max + 0.5);
+    if (++i == entries.size()) return;
+    x += dx;
+
+    const std::size_t skipped = steps > 2 ? steps - 2 : 0;  // the last of them and the one behind it are computed
+    double u = at.u;
+    for (std::size_t left = skipped; left != 0; --left) u += du;
+    const point last = point_at(u), next = point_at(u + du);
+    const bool all_below = next.u <= 1 && at.x() < x - doubt && last.x() < x - doubt && last.x() + doubt < next.x();
+    at = all_below ? next : point_at(at.u + du);
+    steps = all_below ? skipped + 1 : 1;
   }
 }
 

@@ -1,5 +1,7 @@
 // Every row of the pre-processors' kernels, and the tables that they read.
+#include "base/elementary.h"
 #include "preproc/preproc_kernels.h"
+#include "preproc/tone_tables.h"
 #include "tests/preproc/preproc_reference.h"
 
 namespace {
@@ -51,6 +53,37 @@ TEST(preproc_tables, of_every_step_equal_those_of_the_standard_librarys_function
         expect_entries(expected.lift, built.lift.get());
         expect_entries(expected.contrast, built.contrast.get());
       }
+    }
+  }
+}
+
+// Every step that a driver offers, and far beyond: no point that the library leaves out may be the one that counts.
+TEST(preproc_tables, are_those_of_the_whole_walk) {
+  const auto expect_walked = [](const std::vector<u16>& entries, int max, auto displacement) {
+    const std::vector<tone_entry> walked = pushed_diagonal(max, int(entries.size()), displacement);
+    EXPECT_TRUE(std::ranges::equal(entries, walked, {}, {}, &tone_entry::v));
+  };
+  for (int i = -150; i <= 150; ++i) {
+    const int step = std::abs(i) <= 100 ? i : (i < 0 ? i + 100 : i - 100) * 655;
+    SCOPED_TRACE(step);
+    for (const double unit : {10 / 255.0, 5 / 255.0}) {
+      const double a = step * unit / std::sqrt(2.0) / (1 - 2 * vrk::exp(-5));
+      const auto displacement = [a](double c) { return a * (1 - vrk::exp(-10 * c) - vrk::exp(-10 * (1 - c))); };
+      for (const int max : {255, 1023}) {
+        std::vector<u16> entries(256);
+        balance_curve(step, unit, u32(max), entries);
+        expect_walked(entries, max, displacement);
+      }
+    }
+  }
+  for (int step = -128; step < 128; ++step) {
+    SCOPED_TRACE(step);
+    const double a = step * 0.05 / std::sqrt(2.0);
+    const auto displacement = [a](double c) { return a * c * (1 - vrk::exp(-4 * (1 - 2 * (c - 0.5)))); };
+    for (const int max : {255, 1023}) {
+      std::vector<u16> entries(std::size_t(max) + 1);
+      lift_curve(step, entries);
+      expect_walked(entries, max, displacement);
     }
   }
 }
