@@ -14,7 +14,7 @@ proof_packages = python3-numpy python3-pil python3-scipy python3-skimage
 bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev libgutenprint-dev
 build = cmake --preset $(1) >/dev/null && cmake --build --preset $(1)
 
-.PHONY: demo test test-queue sanitize win32 compare benchmarks bench bench32 check-link check-proof check-calibrate dist check-dist check-format clean
+.PHONY: demo test test-queue sanitize win32 compare benchmarks bench bench-rows bench32 check-link check-proof check-calibrate dist check-dist check-format clean
 
 demo: # prints the built-in sample page and shows the paths of the pictures
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -45,12 +45,20 @@ BUILDS = build/release build/sanitize build/win32
 compare: # the same bytes from the builds that the three targets above made
 	@scripts/compare-builds $(BUILDS)
 
-benchmarks: # builds the benchmark program
-	@scripts/packages $(build_packages) $(bench_packages)
-	@$(call build,bench)
+benchmarks: # builds the benchmark programs; PHOTOS=DIR with the program's readers
+	@scripts/packages $(build_packages) $(bench_packages) $(if $(PHOTOS),$(tool_packages))
+	@cmake --preset bench $(if $(PHOTOS),-DVRK_TOOLS=ON) >/dev/null && cmake --build --preset bench
 
-bench: benchmarks # speed of every stage, beside other libraries where Debian has them; ARGS=... goes to the program
+bench: benchmarks # speed of every stage, beside other libraries where Debian has them, then bench-rows; ARGS=... to the first
 	@build/bench/bench/vrk_bench $(ARGS)
+	@$(bench_rows)
+
+bench-rows: benchmarks # kernel rows beside those of the commit BEFORE, in turns; ROWS=... goes to the program
+	@$(bench_rows)
+
+BEFORE = 874abaf
+bench_rows = before=$$(scripts/library-of $(BEFORE)) && build/bench/bench/vrk_paired \
+  $${before:+--before "$$before"} $(if $(PHOTOS),--pictures "$(PHOTOS)") $(ROWS)
 
 bench32: # speed of every stage in the DLL beside the 64-bit library, the lowest ratio last
 	@scripts/packages $(build_packages) $(tool_packages) $(test_packages) $(win32_packages)

@@ -2,6 +2,7 @@
 // on the same planes.
 #include <utility>
 
+#include "bench/common.h"
 #include "bench/inks.h"
 #include "kit/dither_table.h"
 #include "kit/level_sets.h"

@@ -1,5 +1,6 @@
 // Error diffusion: every kernel, packed and as dot cells, and the dither of libcupsfilters on the same planes. Rates
 // count the pixels of every plane, so they are rates per plane.
+#include "bench/common.h"
 #include "bench/inks.h"
 #include "kit/presets.h"
 #include "vrk.h"

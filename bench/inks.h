@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "bench/common.h"
+#include "bench/pictures.h"
 
 namespace vrk::bench {
 

@@ -2,20 +2,11 @@
 #include <algorithm>
 #include <cstdio>
 #include <map>
-#include <random>
 
 #include "bench/common.h"
-#include "pictures/photograph.h"
 
 namespace vrk::bench {
 namespace {
-
-constexpr unsigned line_width = 2400, line_count = 160;
-
-void widen(picture& p) {
-  std::minstd_rand noise(2);
-  for (const unsigned v : p.rgb8) p.rgb16.push_back(std::uint16_t(v << 8 | (noise() >> 8 & 0xFF)));
-}
 
 struct comparison {
   std::string ours, theirs;
@@ -62,32 +53,6 @@ void print_comparisons(rate_reporter& reporter) {
 }
 
 }  // namespace
-
-const picture& photographic() {
-  static const picture p = [] {
-    picture made{"photo", line_width, line_count, {}, {}};
-    // Every tenth line of a page of such lines, so that all regions of the picture are in it.
-    const kit::bytes page = pictures::photograph(line_width, line_count * 10);
-    for (unsigned y = 0; y < line_count; ++y) {
-      const auto line = page.begin() + std::ptrdiff_t(y) * 10 * 3 * line_width;
-      made.rgb8.insert(made.rgb8.end(), line, line + 3 * line_width);
-    }
-    widen(made);
-    return made;
-  }();
-  return p;
-}
-
-const picture& uniform_random() {
-  static const picture p = [] {
-    picture made{"random", line_width, line_count, {}, {}};
-    std::minstd_rand generator(1);
-    for (unsigned i = 0; i < 3 * made.pixels(); ++i) made.rgb8.push_back(std::uint8_t(generator() >> 8));
-    widen(made);
-    return made;
-  }();
-  return p;
-}
 
 void compare(std::string ours, std::string theirs, double bar) {
   comparisons().push_back({std::move(ours), std::move(theirs), bar});

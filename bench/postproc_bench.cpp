@@ -1,6 +1,7 @@
 // Post-processing: every chain of curves and every width, and Little CMS with the same curves on the same pixels.
 #include <cmath>
 
+#include "bench/common.h"
 #include "bench/inks.h"
 #include "kit/curve_image.h"
 #include "vrk.h"

@@ -1,0 +1,49 @@
+// Curves: post-processing, and what it takes to create a pre-processor.
+#include "bench/paired/own_rows.h"
+#include "kit/tone_curves.h"
+
+namespace vrk::bench {
+
+work curves_work(const std::string& name) {
+  const auto make = [](const library& calls, rows choice, const input& in, unsigned width) -> std::optional<candidate> {
+    if (choice != rows::chosen) return {};
+    kit::curve_image image{.version = "0020", .curve_count = 4, .output_count = 4};
+    for (const double gamma : {1.2, 1.4, 1.6, 1.8}) image.curves.push_back(kit::gamma_curve(gamma));
+    const kit::bytes table = image.encode();
+    const auto create = [&](void* mem) {
+      return calls.create_postproc(4, 1, table.data(), 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0,
+                                   nullptr, 0, mem);
+    };
+    const auto handle = std::make_shared<kit::bytes>(create(nullptr)), out = std::make_shared<kit::bytes>(width * 4);
+    create(handle->data());
+    const auto lines = std::make_shared<source_lines>(plane_samples(in, 4, 8), 4, width);
+    return candidate{
+        "", [=, xform = calls.xform_postproc](unsigned y) { xform(handle->data(), (*lines)(y), width, out->data()); },
+        out};
+  };
+  return {name, make};
+}
+
+// A line is one creation, and the 256 grays through the new handle, which take a thousandth of the time: handles of
+// other builds may look different.
+work preprocessor_creation_work(const std::string& name) {
+  const auto make = [](const library& calls, rows choice, const input&, unsigned) -> std::optional<candidate> {
+    if (choice != rows::chosen) return {};
+    const auto create = [call = calls.create_preproc](void* mem) {
+      const std::int16_t balance[] = {1, -1, 2};
+      return call(balance, 1, 1, 0, nullptr, 0, nullptr, VRK_COMPOSE, mem);
+    };
+    kit::bytes grays;
+    for (unsigned i = 0; i < 3 * 256; ++i) grays.push_back(std::uint8_t(i / 3));
+    const auto handle = std::make_shared<kit::bytes>(create(nullptr)), out = std::make_shared<kit::bytes>(grays.size());
+    return candidate{"",
+                     [=, xform = calls.xform_preproc](unsigned) {
+                       create(handle->data());
+                       xform(handle->data(), grays.data(), nullptr, 256, out->data());
+                     },
+                     out};
+  };
+  return {name, make};
+}
+
+}  // namespace vrk::bench
