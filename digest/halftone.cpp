@@ -3,6 +3,7 @@
 
 #include "csc/csc2_handle.h"
 #include "digest/digest_entry.h"
+#include "halftone/dither/dither_handle.h"
 #include "kit/curve_image.h"
 #include "kit/planes.h"
 #include "kit/presets.h"
@@ -114,7 +115,7 @@ void dither(const std::string& matrix, std::uint32_t planes, dither_levels level
   parameters.planes[k] = kit::dither_parameters(1, levels.k, matrix, in16).planes[k];
   const kit::bytes table = parameters.encode();
   const pixel_bytes src = picture(chosen.width, planes * (in16 ? 2 : 1));
-  void* const h = entry.build([&](void* mem) {
+  void* const h = entry.build<dither_handle>([&](void* mem) {
     return vrk_create_dither(chosen.width, std::uint32_t(table.size()), table.data(), flags, mem);
   });
   vrk_ht_info info;

@@ -113,7 +113,8 @@ inline void expect_lines_of_definition(
   prepare(h.get());
   const dither_reference reference{table, flags, of};
   const unsigned levels = reference.in16 ? 65536 : 256;
-  for (const auto& [width, x] : {std::pair{0u, 0u}, {1u, 0u}, {7u, 5u}, {8u, 4u}, {9u, 1999u - 8}, {333u, 17u}}) {
+  for (const auto& [width, x] :
+       {std::pair{0u, 0u}, {1u, 0u}, {7u, 5u}, {8u, 4u}, {9u, 1999u - 8}, {333u, 17u}, {1100u, 6u}}) {
     ASSERT_EQ(vrk_start_dither_block(h.get(), width, x, seed), 1u);
     for (unsigned y = seed; y < seed + 3; ++y) {
       samples src(width * of.planes);

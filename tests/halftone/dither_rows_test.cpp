@@ -1,29 +1,43 @@
 // Every row of the dither kernels.
 #include "halftone/dither/dither_kernels.h"
 #include "tests/halftone/dither_reference.h"
+#include "tests/levels.h"
 
 namespace {
 
 using namespace vrk;
 
-// In a handle of one plane, whatever row creation chose for it. More levels than the bits can tell show how a row
-// merges them.
+// Of the K plane, in handles of one, four and six, whatever row creation chose for it. More levels than the bits can
+// tell show how a row merges them. Matrices are narrower and wider than vectors.
+void expect_row_as_defined(u32 number, u32 planes, cpu_level level, u32 flags) {
+  const dither_row& row = dither_rows()[number];
+  const auto [bits, merge, code] = row.packing;
+  const u16 top = has(flags, VRK_IN16) ? 1023 : 255;
+  test::dither_mix of{planes, bits, bits, {}, merge == dither_merge::adds};
+  if (code != k_code::level) of.codes = {0, code == k_code::low_first ? 1u : 2u, 3};
+  for (const u32 width : {1u, 9u, 16u, 31u, 33u, 255u}) {
+    kit::dither_table table = test::make_table(of, top, bits + width);
+    kit::dither_plane& k = table.planes[k_table_slot];
+    k.width = width;
+    k.matrix.resize(width * k.height, 77);
+    if (code != k_code::level) k.level_values = {0, u16(top / 3), top};
+    if (merge != dither_merge::fits) k.level_values = test::samples((1u << bits) + 3);
+    test::expect_lines_of_definition(table, flags, of, 7, [=](void* handle) {
+      auto& h = record_of<dither_handle>(handle);
+      h.plane[k_table_slot].row = u8(number);
+      h.level = level;
+    });
+  }
+}
+
 TEST(dither_rows, equal_the_definition) {
-  const std::span<const dither_row> rows = dither_rows();
-  for (std::size_t number = 0; number < rows.size(); ++number) {
-    const auto [bits, adds, code, one_interval] = rows[number].packing;
-    test::dither_mix of{.planes = 1, .colour_bits = 0, .k_bits = bits, .adds = adds};
-    if (code != k_code::level) of.codes = {0, code == k_code::low_first ? 1u : 2u, 3};
-    for (const u32 flags : {VRK_K_CODE3, VRK_K_CODE3 | VRK_IN16}) {
-      const u16 top = has(flags, VRK_IN16) ? 1023 : 255;
-      kit::dither_table table = test::make_table(of, top, bits);
-      test::samples& levels = table.planes[k_table_slot].level_values;
-      if (one_interval) levels = {0, top};
-      if (code != k_code::level) levels = {0, u16(top / 3), top};
-      if (!one_interval && code == k_code::level) levels = test::samples(bits == 8 ? 255 : (1u << bits) + 3);
-      test::expect_lines_of_definition(table, flags, of, 7, [number](void* handle) {
-        record_of<dither_handle>(handle).plane[k_table_slot].row = u8(number);
-      });
+  for (u32 number = 0; number < dither_rows().size(); ++number) {
+    const auto& stretch = dither_rows()[number].stretch;
+    for (const cpu_level level : test::levels_of_this_machine()) {
+      if (level != cpu_level::base && stretch[level] == stretch.base) continue;
+      SCOPED_TRACE(testing::Message() << "row " << number << ", level " << int(level));
+      for (const u32 planes : {1u, 4u, 6u}) expect_row_as_defined(number, planes, level, VRK_K_CODE3);
+      if (level == cpu_level::base) expect_row_as_defined(number, 1, level, VRK_K_CODE3 | VRK_IN16);
     }
   }
 }

@@ -5,6 +5,7 @@
 #include "base/flags.h"
 #include "base/look_up_index.h"
 #include "base/rows.h"
+#include "halftone/dither/stretch_kernels.h"
 
 namespace vrk {
 namespace {
@@ -31,11 +32,16 @@ constexpr std::array<dither_mix, 10> dither_mixes{{
     {1, 0, 4},
 }};
 
+template <int in>
+u32 load_threshold(const u8* row, u32 column) {
+  return load_sample<sample_of<in>>(row + column * sizeof(sample_of<in>));
+}
+
 template <int in, dither_packing packing>
 void dither_plane_kernel(const dither_plane_line& line) {
   constexpr u32 pixels_per_byte = 8 / packing.bits;
   const u8* const level_lut = line.level_lut;
-  const u16* const* const thresholds = line.thresholds;
+  const u8* const* const thresholds = line.thresholds;
   const u32 src_step = line.src_step, width = line.width;
   const u8* src = line.src;
   u8* out = line.out;
@@ -44,9 +50,9 @@ void dither_plane_kernel(const dither_plane_line& line) {
   // `packed` and behind it the level of the pixel at `src`.
   const auto appended = [=](u32 packed, const u8* src, u32 column) {
     const u32 value = load_index<in>(src);
-    const u32 interval = packing.one_interval ? 0 : level_lut[value];
-    const u32 level = interval + (value > thresholds[interval][column]);
-    return packing.adds ? (packed << packing.bits) + level : packed << packing.bits | level;
+    const u32 interval = packing.one_interval() ? 0 : level_lut[value];
+    const u32 level = interval + (value > load_threshold<in>(thresholds[interval], column));
+    return packing.merge == dither_merge::adds ? (packed << packing.bits) + level : packed << packing.bits | level;
   };
   const auto pack_wrapping = [&](u32 pixels) {
     u32 packed = 0;
@@ -88,34 +94,44 @@ void dither_plane_kernel(const dither_plane_line& line) {
   if (rest != 0) store(pack_wrapping(rest) << (pixels_per_byte - rest) * packing.bits);
 }
 
-template <dither_packing packing>
-constexpr dither_row row_of = {packing, dither_plane_kernel<8, packing>, dither_plane_kernel<16, packing>};
+using enum dither_merge;
 
-constexpr std::array<dither_row, 10> rows{{
-    row_of<{1, false, k_code::level, true}>,
-    row_of<{1, false}>,
-    row_of<{2, false}>,
-    row_of<{4, false}>,
-    row_of<{2, false, k_code::low_first}>,
-    row_of<{2, false, k_code::high_first}>,
-    row_of<{1, true}>,
-    row_of<{2, true}>,
-    row_of<{4, true}>,
-    row_of<{8, true}>,
+template <dither_packing packing, u32 shortest_stretched_line>
+constexpr dither_row stretching_row_of = {packing, dither_plane_kernel<8, packing>, dither_plane_kernel<16, packing>,
+                                          stretch_kernels<packing>, shortest_stretched_line};
+
+template <dither_packing packing>
+constexpr dither_row row_of = {
+    packing, dither_plane_kernel<8, packing>, dither_plane_kernel<16, packing>, {nullptr}, 0};
+
+constexpr std::array<dither_row, 12> rows{{
+    stretching_row_of<{1, fits}, 32>,
+    stretching_row_of<{2, fits}, 48>,
+    stretching_row_of<{4, fits}, 128>,
+    stretching_row_of<{2, fits, k_code::low_first}, 48>,
+    stretching_row_of<{2, fits, k_code::high_first}, 48>,
+    row_of<{1, ors}>,
+    row_of<{2, ors}>,
+    row_of<{4, ors}>,
+    row_of<{1, adds}>,
+    row_of<{2, adds}>,
+    row_of<{4, adds}>,
+    row_of<{8, fits}>,
 }};
 
 // mix: null for the general kernel. coded: K of three levels under k_code3.
 constexpr u32 row_for(const dither_mix* mix, u32 bits, u32 level_count, bool coded) {
-  dither_packing packing{u8(bits), mix == nullptr};
+  dither_packing packing{u8(bits), level_count <= 1u << bits ? fits : mix != nullptr ? ors : adds};
   if (coded && mix != nullptr) packing.code = mix->three_levels;
-  if (bits == 1 && level_count == 2) packing = {1, false, k_code::level, true};
   return first_row(rows, [&](const dither_row& row) { return row.packing == packing; });
 }
 
 static_assert([] {
   const auto served = [](const dither_mix* mix, u32 bits, bool k) {
-    return row_for(mix, bits, 2, false) < rows.size() && row_for(mix, bits, 3, false) < rows.size() &&
-           (!k || row_for(mix, bits, 3, true) < rows.size());
+    for (const u32 level_count : {2, 3, 4, 5, 16, 17, 255}) {
+      if (row_for(mix, bits, level_count, k && level_count == 3) == rows.size()) return false;
+    }
+    return true;
   };
   for (const dither_mix& mix : dither_mixes) {
     if (!served(&mix, mix.k_bits, true) || (mix.planes > 1 && !served(&mix, mix.colour_bits, false))) return false;
@@ -134,6 +150,7 @@ void dither_select_rows(dither_handle& handle) {
     for (u32 r = 1; r < handle.plane_count; ++r) same = same && mix.colour_bits == handle.plane[table_slot[r]].bits;
     return same;
   };
+  handle.level = level_of_processor();
   const u32 found = first_row(dither_mixes, is_mix_of_handle);
   const dither_mix* const mix = found == dither_mixes.size() ? nullptr : &dither_mixes[found];
   const bool coded_k = has(handle.flags, VRK_K_CODE3) && k.level_count == 3;
@@ -144,25 +161,81 @@ void dither_select_rows(dither_handle& handle) {
   }
 }
 
-void dither_line(dither_handle& handle, const u8* src, const dither_outputs& out) {
+namespace {
+
+// Bytes from a table's first row to the one that the next scanline meets.
+u32 row_start(const dither_handle& handle, const dither_plane& plane) {
+  return handle.line_counter % plane.height * threshold_row_bytes(plane.width);
+}
+
+bool goes_in_stretches(const dither_handle& handle, const dither_row& row) {
+  return handle.block_width >= row.shortest_stretched_line && !has(handle.flags, VRK_IN16) &&
+         row.stretch[handle.level] != nullptr;
+}
+
+// Returns whether there are planes left, which go in stretches. Not inline, for its stack, as the next.
+__attribute__((noinline)) bool dither_interleaved(const dither_handle& handle, const u8* src,
+                                                  const dither_outputs& out) {
   const bool in16 = has(handle.flags, VRK_IN16);
   const u32 sample_bytes = in16 ? 2 : 1;
+  bool planes_left = false;
   for (u32 r = 0; r < handle.plane_count; ++r) {
     const dither_plane& plane = handle.plane[table_slot[r]];
-    const u32 row_start = handle.line_counter % plane.height * plane.width;
-    const u16* thresholds[254];
-    for (u32 j = 0; j + 1 < plane.level_count; ++j) thresholds[j] = plane.thresholds[j].get() + row_start;
-    const dither_plane_line line{src + r * sample_bytes,
-                                 handle.plane_count * sample_bytes,
-                                 out[r],
-                                 handle.block_width,
-                                 plane.level_lut.get(),
-                                 thresholds,
-                                 plane.width,
-                                 handle.block_x % plane.width};
     const dither_row& row = rows[plane.row];
-    (in16 ? row.from_16 : row.from_8)(line);
+    if (goes_in_stretches(handle, row)) {
+      planes_left = true;
+      continue;
+    }
+    const u32 start = row_start(handle, plane);
+    const u8* thresholds[254];
+    for (u32 j = 0; j + 1 < plane.level_count; ++j) thresholds[j] = plane.thresholds[j].get() + start;
+    (in16 ? row.from_16
+          : row.from_8)({src + r * sample_bytes, handle.plane_count * sample_bytes, out[r], handle.block_width,
+                         plane.level_lut.get(), thresholds, plane.width, handle.block_x % plane.width});
   }
+  return planes_left;
+}
+
+__attribute__((noinline)) void dither_in_stretches(const dither_handle& handle, const u8* src,
+                                                   const dither_outputs& out) {
+  const u32 planes = handle.plane_count;
+  std::array<dither_stretch_kernel*, plane_slots> kernels{};  // null: not in stretches
+  std::array<dither_stretch, plane_slots> stretches;
+  for (u32 r = 0; r < planes; ++r) {
+    const dither_plane& plane = handle.plane[table_slot[r]];
+    const dither_row& row = rows[plane.row];
+    if (goes_in_stretches(handle, row)) kernels[r] = row.stretch[handle.level];
+    stretches[r] = {.samples = nullptr,
+                    .out = out[r],
+                    .pixels = 0,
+                    .thresholds = plane.thresholds[0].get() + row_start(handle, plane),
+                    .table_bytes = threshold_row_bytes(plane.width) * plane.height,
+                    .intervals = plane.level_count - 1u,
+                    .width = plane.width,
+                    .column = handle.block_x % plane.width};
+  }
+
+  alignas(64) u8 samples[stretch_bytes];
+  const u32 longest = planes == 1 ? handle.block_width : stretch_pixels(planes);
+  for (u32 left = handle.block_width, pixels; left != 0; left -= pixels, src += planes * pixels) {
+    pixels = std::min(left, longest);
+    if (planes != 1) split_kernels[handle.level](src, planes, pixels, samples);
+    for (u32 r = 0; r < planes; ++r) {
+      if (kernels[r] == nullptr) continue;
+      dither_stretch& stretch = stretches[r];
+      stretch.samples = planes == 1 ? src : samples + r * stretch_pixels(planes);
+      stretch.pixels = pixels;
+      kernels[r](stretch);
+      stretch.out += packed_bytes(handle.plane[table_slot[r]].bits, pixels);
+      stretch.column = (stretch.column + pixels) % stretch.width;
+    }
+  }
+}
+
+}  // namespace
+
+void dither_line(dither_handle& handle, const u8* src, const dither_outputs& out) {
+  if (dither_interleaved(handle, src, out)) dither_in_stretches(handle, src, out);
   ++handle.line_counter;
 }
 

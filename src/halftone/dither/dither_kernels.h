@@ -3,6 +3,7 @@
 
 #include <span>
 
+#include "base/cpu_level.h"
 #include "halftone/dither/dither_handle.h"
 
 namespace vrk {
@@ -10,33 +11,51 @@ namespace vrk {
 // Codes of the levels of a three-level K plane of 2 bits.
 enum class k_code : u8 { level, low_first /* 0, 1, 3 */, high_first /* 0, 2, 3 */ };
 
-// How the levels of one plane become bytes. The two ways to merge them differ where a table has more levels than its
+// How the levels of a pixel and of the one before it meet in a byte. It matters where a table has more levels than its
 // bits can tell: then a level runs over into the pixel before it.
-struct dither_packing {
-  u8 bits;                      // per pixel
-  bool adds;                    // else ORs
-  k_code code = k_code::level;  // of K
-  bool one_interval = false;    // two levels: there is no interval to look up
+enum class dither_merge : u8 { fits /* none does, it does not matter */, ors, adds };
 
+// How the levels of one plane become bytes.
+struct dither_packing {
+  u8 bits;  // per pixel
+  dither_merge merge;
+  k_code code = k_code::level;  // of K
+
+  // Two levels: there is no interval to look up.
+  constexpr bool one_interval() const { return bits == 1 && merge == dither_merge::fits; }
   friend constexpr bool operator==(const dither_packing&, const dither_packing&) = default;
 };
 
-// One plane of one scanline.
+// One plane of one scanline of interleaved pixels.
 struct dither_plane_line {
   const u8* src;
   u32 src_step;  // bytes from pixel to pixel
   u8* out;
   u32 pixels;
   const u8* level_lut;
-  const u16* const* thresholds;  // of every interval: this line's row of its table
-  u32 width, column;             // of the matrix; column of the first pixel
+  const u8* const* thresholds;  // of every interval: this line's row of its table
+  u32 width, column;            // of the matrix; column of the first pixel
+};
+
+// A stretch of it, its samples of 8 bits brought together; its levels fit the bits of a pixel.
+struct dither_stretch {
+  const u8* samples;
+  u8* out;
+  u32 pixels;
+  const u8* thresholds;  // of the first interval: this line's row of its table
+  u32 table_bytes;       // from there to the next interval's
+  u32 intervals;
+  u32 width, column;
 };
 
 using dither_kernel = void(const dither_plane_line& line);
+using dither_stretch_kernel = void(const dither_stretch& stretch);
 
 struct dither_row {
   dither_packing packing;
-  dither_kernel *from_8, *from_16;  // by bits of the input samples
+  dither_kernel *from_8, *from_16;           // by bits of the input samples
+  by_level<dither_stretch_kernel*> stretch;  // 8-bit samples go by this one; null: there is none
+  u32 shortest_stretched_line;               // pixels; shorter lines are not worth it
 };
 std::span<const dither_row> dither_rows();
 

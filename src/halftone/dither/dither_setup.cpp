@@ -50,20 +50,15 @@ struct threshold_scale {
   }
 };
 
-void build_thresholds(dither_plane& plane, u32 flags, carver& block) {
-  const u32 cells = u32{plane.width} * plane.height, intervals = plane.level_count - 1u;
-  const threshold_scale scale = threshold_scale::of(cells, has(flags, VRK_IN16));
-  const std::span<ref<u16>> tables = block.section<ref<u16>>(intervals);
-  const std::span<u16> entries = block.take<u16>(u64{cells} * intervals);
+void take_thresholds(dither_plane& plane, carver& block) {
+  const u32 table_bytes = threshold_row_bytes(plane.width) * plane.height;
+  const std::span<ref<u8>> tables = block.section<ref<u8>>(plane.level_count - 1u);
+  const std::span<u8> entries = block.take<u8>(u64{tables.size()} * table_bytes);
+  block.read_behind(threshold_read_bytes);
   if (!block.ok()) return;
 
   plane.thresholds = tables.data();
-  for (u32 j = 0; j < intervals; ++j) {
-    const std::span<u16> table = entries.subspan(u64{j} * cells, cells);
-    const i32 low = plane.level_values[j], high = plane.level_values[j + 1];
-    for (u32 cell = 0; cell < cells; ++cell) table[cell] = scale.threshold(plane.matrix[cell], low, high);
-    *new (&tables[j]) ref<u16> = table.data();
-  }
+  for (std::size_t j = 0; j < tables.size(); ++j) *new (&tables[j]) ref<u8> = &entries[j * table_bytes];
 }
 
 void build_level_lut(dither_plane& plane, u32 flags, carver& block) {
@@ -79,6 +74,40 @@ void build_level_lut(dither_plane& plane, u32 flags, carver& block) {
   lut[top] = u8(intervals - 1);
   lut[0] = 0;  // never above a threshold: an empty sample gets level 0 whatever the level values are
   plane.level_lut = lut.data();
+}
+
+// Only the samples of interval j, as the look-up table has them, meet its thresholds. So those that lie beyond the
+// interval may as well lie at its ends. The look-up table never falls: where level values do, the intervals that follow
+// replace all above, up to the next fall, and those behind the last one reach full scale.
+struct threshold_limits {
+  u32 low, high;
+
+  threshold_limits(std::span<const u8> level_lut, u32 j) {
+    const auto [first, end] = std::equal_range(level_lut.begin(), level_lut.end(), j);
+    low = std::max(u32(first - level_lut.begin()), 1u) - 1;  // which its first sample is above
+    high = u32(end - level_lut.begin()) - 1;
+  }
+};
+
+void fill_thresholds(dither_plane& plane, u32 flags) {
+  const bool in16 = has(flags, VRK_IN16);
+  const threshold_scale scale = threshold_scale::of(u64{plane.width} * plane.height, in16);
+  for (u32 j = 0; j + 1 < plane.level_count; ++j) {
+    const i32 low = plane.level_values[j], high = plane.level_values[j + 1];
+    const threshold_limits limits({&plane.level_lut[0], dither_top_level(flags) + 1}, j);
+    u8* row = plane.thresholds[j].get();
+    for (u32 y = 0, cell = 0; y < plane.height; ++y, row += threshold_row_bytes(plane.width)) {
+      for (u32 x = 0; x < plane.width; ++x, ++cell) {
+        const u32 exact = scale.threshold(plane.matrix[cell], low, high);
+        const u32 threshold = std::clamp(exact, limits.low, limits.high);
+        if (in16) {
+          store_sample(&row[2 * x], u16(threshold));
+        } else {
+          row[x] = row[plane.width + x] = u8(threshold);
+        }
+      }
+    }
+  }
 }
 
 }  // namespace
@@ -143,10 +172,12 @@ bool dither_build(const dither_plan& plan, u32 line_width, byte_view& image, car
   for_each_present([&](dither_plane& plane) {
     plane.matrix = read_values(image, pos, u64{plane.width} * plane.height, block).data();
   });
-  for_each_present([&](dither_plane& plane) { build_thresholds(plane, plan.flags, block); });
+  for_each_present([&](dither_plane& plane) { take_thresholds(plane, block); });
   for_each_present([&](dither_plane& plane) { build_level_lut(plane, plan.flags, block); });
+  if (!block.ok() || !image.ok()) return false;
+  for_each_present([&](dither_plane& plane) { fill_thresholds(plane, plan.flags); });
   dither_select_rows(*handle);
-  return block.ok() && image.ok();
+  return true;
 }
 
 }  // namespace vrk
