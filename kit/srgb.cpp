@@ -1,8 +1,6 @@
 #include "kit/srgb.h"
 
-#include <algorithm>
 #include <cmath>
-#include <vector>
 
 namespace vrk::kit {
 
@@ -14,13 +12,20 @@ double linear_to_srgb(double light) {
   return light <= 0.0031308 ? light * 12.92 : 1.055 * std::pow(light, 1 / 2.4) - 0.055;
 }
 
-std::uint8_t srgb_byte_of_light(double light) {
-  static const std::vector<std::uint8_t> bytes = [] {
-    std::vector<std::uint8_t> table(65536);
-    for (std::size_t i = 0; i < table.size(); ++i) table[i] = srgb_byte(linear_to_srgb(double(i) / 65535));
-    return table;
-  }();
-  return bytes[std::size_t(std::clamp(light, 0.0, 1.0) * 65535 + 0.5)];
+const srgb_bytes& srgb_bytes::of_levels() {
+  static const srgb_bytes made;
+  return made;
+}
+
+// The bytes ascend: where each one ends is found by halving.
+srgb_bytes::srgb_bytes() {
+  const auto byte_of = [](std::size_t level) { return srgb_byte(linear_to_srgb(double(level) / double(levels - 1))); };
+  while (bytes_.size() < levels) {
+    const std::uint8_t byte = byte_of(bytes_.size());
+    std::size_t last = bytes_.size(), end = levels;
+    while (end - last > 1) (byte_of((last + end) / 2) == byte ? last : end) = (last + end) / 2;
+    bytes_.resize(end, byte);
+  }
 }
 
 }  // namespace vrk::kit

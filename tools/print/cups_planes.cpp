@@ -33,7 +33,7 @@ class cups_planes final : public plane_files {
     check(raster_ != nullptr && cupsRasterWriteHeader2(raster_.get(), &header_) != 0);
   }
 
-  void add_row(const std::uint8_t* packed, unsigned row, const dots& of) override {
+  void add_row(const std::uint8_t* packed, unsigned row, dots& of) override {
     if (as_packed_) {
       mix_row(packed, row, of);
     } else {
@@ -72,7 +72,7 @@ class cups_planes final : public plane_files {
   }
 
   // Where dots have one bit, as they lie in the halftone's lines.
-  void mix_row(const std::uint8_t* packed, unsigned row, const dots& of) {
+  void mix_row(const std::uint8_t* packed, unsigned row, dots& of) {
     std::vector<const std::uint8_t*> rows(planes_.size());
     for (std::size_t p = 0; p < rows.size(); ++p) rows[*places_[p].sample] = of.packed_line(packed, row, p);
     if (header_.cupsColorOrder == CUPS_ORDER_CHUNKED) {
@@ -81,7 +81,7 @@ class cups_planes final : public plane_files {
     for (std::size_t p = 0; p < rows.size(); ++p) mix_bits({rows[p]}, header_.cupsWidth, 1, &line_[p * row_bytes_]);
   }
 
-  void pack_row(const dots& of) {
+  void pack_row(dots& of) {
     const unsigned bits = header_.cupsBitsPerColor, pixel = header_.cupsBitsPerPixel;
     const bool mixed = header_.cupsColorOrder == CUPS_ORDER_CHUNKED;
     const std::size_t unused = mixed ? pixel - planes_.size() * bits : 0;  // in front of the samples of a pixel

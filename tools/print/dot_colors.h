@@ -11,10 +11,30 @@
 
 namespace vrk::tool {
 
-// What adds up where dots are seen together, 1 is paper white: linear R, G, B, or what printed_dots has for it.
-using light = std::array<float, 3>;
+// What adds up where dots are seen together, 1 is paper white: linear R, G, B, or what printed_dots has for it. As wide
+// as the processor's registers, so that one instruction adds all of it; the fourth part is not used.
+class light {
+ public:
+  light() = default;
+  light(float first, float second, float third) : parts_{first, second, third, 0} {}
 
-inline light operator*(const light& a, const light& b) { return {a[0] * b[0], a[1] * b[1], a[2] * b[2]}; }
+  float operator[](std::size_t part) const { return parts_[part]; }
+  light& operator+=(const light& other) {
+    parts_ += other.parts_;
+    return *this;
+  }
+  friend light operator*(light a, const light& b) {
+    a.parts_ *= b.parts_;
+    return a;
+  }
+  friend light operator/(light a, float b) {
+    a.parts_ /= b;
+    return a;
+  }
+
+ private:
+  float parts_ __attribute__((vector_size(16))){};
+};
 
 class dot_colors {
  public:

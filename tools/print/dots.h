@@ -6,6 +6,7 @@
 
 #include "tools/pipeline/halftone.h"
 #include "tools/print/dot_colors.h"
+#include "tools/print/packed_codes.h"
 
 namespace vrk::tool {
 
@@ -27,9 +28,9 @@ class dots {
   // Takes row 0 ... scale().y - 1 of a line of pixels, as the halftone wrote it.
   void read_row(const std::uint8_t* packed, unsigned row);
 
-  // The row: the codes of one plane in its own scale, and the colours of all planes together, which every call
-  // computes.
-  const std::vector<std::uint8_t>& codes(std::size_t plane) const { return planes_[plane].codes; }
+  // The row: the codes of one plane in its own scale, and the colours of all planes together. Every call computes them,
+  // from packed lines that are still where they were.
+  const std::vector<std::uint8_t>& codes(std::size_t plane);
   const std::vector<light>& colors();
 
   // Adds the light of the row to sums, from left to right: that of the first `across` places to the first, and so on.
@@ -43,12 +44,15 @@ class dots {
     const plane_format* format;
     unsigned repeat_x;  // columns of the finest grid that one dot covers
     std::vector<std::uint8_t> codes;
-    std::vector<std::uint64_t> counts;  // of each code, over all rows
+    code_counts counts;            // over all rows
+    const std::uint8_t* packed{};  // the row
   };
   // Neighbouring planes. Their codes, read as the digits of one number, index a table of colours.
   struct palette {
     std::size_t first, end;  // planes
+    bool alike;              // all planes have the same bits, and no dot is wider than a place
     std::vector<light> colors;
+    std::vector<weighted_codes> digits;  // of each plane
   };
 
   void add_palette(std::size_t first, std::size_t end, std::size_t colors);
@@ -59,7 +63,7 @@ class dots {
   dot_colors look_;
   std::vector<plane> planes_;
   std::vector<palette> palettes_;  // the colour of a place is the product of one colour of each; none: it is computed
-  std::vector<std::uint16_t> index_;
+  std::vector<weighted_codes::number> index_, coarse_;  // of the row, and of one plane in its own scale
   std::vector<light> colors_;
   std::uint64_t rows_ = 0;
 };

@@ -19,7 +19,7 @@ std::unique_ptr<plane_files> open_plane_files(print_format format, plane_order o
   }
 }
 
-void pack_samples(const dots& of, std::size_t plane, const plane_format& format, unsigned bits, std::size_t first,
+void pack_samples(dots& of, std::size_t plane, const plane_format& format, unsigned bits, std::size_t first,
                   std::size_t step, std::uint8_t* line) {
   const unsigned highest = format.levels() - 1, full = (1U << bits) - 1;
   std::array<std::uint8_t, 256> samples{};

@@ -32,7 +32,7 @@ class plane_files {
 
   // One row of dots, which `of` has just read. packed: the line of pixels that this row is a part of, as the halftone
   // wrote it.
-  virtual void add_row(const std::uint8_t* packed, unsigned row, const dots& of) = 0;
+  virtual void add_row(const std::uint8_t* packed, unsigned row, dots& of) = 0;
   virtual void finish() = 0;  // after the last row
 
  protected:
@@ -71,7 +71,7 @@ std::unique_ptr<plane_files> open_pwg_planes(output_set& to, const std::vector<p
 
 // Adds the dots of a plane's row to a line of samples, each of so many bits, the first one at bit `first` and the
 // others `step` bits apart. The highest level becomes the highest sample, the others lie evenly below. plane: of `of`.
-void pack_samples(const dots& of, std::size_t plane, const plane_format& format, unsigned bits, std::size_t first,
+void pack_samples(dots& of, std::size_t plane, const plane_format& format, unsigned bits, std::size_t first,
                   std::size_t step, std::uint8_t* line);
 
 }  // namespace vrk::tool

@@ -17,7 +17,7 @@ class pnm_planes final : public plane_files {
     }
   }
 
-  void add_row(const std::uint8_t* packed, unsigned row, const dots& of) override {
+  void add_row(const std::uint8_t* packed, unsigned row, dots& of) override {
     for (std::size_t p = 0; p < planes_.size(); ++p) {
       const plane_format& plane = planes_[p];
       if (row % (of.scale().y / plane.scale.y) != 0) continue;  // a dot of this plane is higher

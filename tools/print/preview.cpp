@@ -51,7 +51,7 @@ preview::square_row preview::with_neighbours() const {
   for (unsigned box = 0; box <= last; ++box) {
     light sum{};
     for (unsigned from = box - std::min(box, reach_); from <= std::min(last, box + reach_); ++from) {
-      for (std::size_t c = 0; c < 3; ++c) sum[c] += current_.sums[from][c];
+      sum += current_.sums[from];
     }
     wide.sums[box] = sum;
   }
@@ -69,11 +69,10 @@ void preview::write_row() {
     light sum{};
     unsigned dots = 0;
     for (unsigned y = 0; y < end; ++y) {
-      for (std::size_t c = 0; c < 3; ++c) sum[c] += rows_[y].sums[box][c];
+      sum += rows_[y].sums[box];
       dots += rows_[y].rows * (right - left);
     }
-    for (float& channel : sum) channel /= float(dots);
-    row.push_back(sum);
+    row.push_back(sum / float(dots));
   }
   file_->write_line(look_.srgb_of(row).data());
   ++next_;
@@ -95,13 +94,12 @@ detail::detail(output_file& to, const raster& page, pixel_place centre, const do
 void detail::add_row(dots& row) {
   const unsigned at = row_++;
   if (at < top_ || at >= top_ + height_) return;
-  const std::vector<light>& colors = row.colors();
-  std::vector<light> enlarged;
-  for (unsigned x = left_; x < left_ + width_; ++x) {
-    enlarged.insert(enlarged.end(), dot_width_, colors[x]);
+  const std::vector<std::uint8_t> srgb = look_.srgb_of(std::span(row.colors()).subspan(left_, width_));
+  std::vector<std::uint8_t> enlarged;
+  for (auto pixel = srgb.begin(); pixel != srgb.end(); pixel += 3) {
+    for (unsigned i = 0; i < dot_width_; ++i) enlarged.insert(enlarged.end(), pixel, pixel + 3);
   }
-  const std::vector<std::uint8_t> srgb = look_.srgb_of(enlarged);
-  for (unsigned i = 0; i < dot_height_; ++i) file_->write_line(srgb.data());
+  for (unsigned i = 0; i < dot_height_; ++i) file_->write_line(enlarged.data());
 }
 
 }  // namespace vrk::tool

@@ -51,7 +51,7 @@ class tiff_planes final : public plane_files {
     write_fields();
   }
 
-  void add_row(const std::uint8_t*, unsigned, const dots& of) override {
+  void add_row(const std::uint8_t*, unsigned, dots& of) override {
     const unsigned strip = lines_ / strip_lines_, line = lines_ % strip_lines_;
     if (line == 0) std::fill(strip_.begin(), strip_.end(), std::uint8_t{0});
     for (std::size_t p = 0; p < planes_.size(); ++p) {

@@ -57,7 +57,7 @@ using pixels = std::vector<pixel>;  // row by row
 template <class Light>
 pixel pixel_of(const Light& color) {
   pixel out;
-  for (std::size_t c = 0; c < 3; ++c) out[c] = kit::srgb_byte_of_light(double(color[c]));
+  for (std::size_t c = 0; c < 3; ++c) out[c] = kit::srgb_bytes::of_levels().of_light(double(color[c]));
   return out;
 }
 
