@@ -7,6 +7,7 @@
 #include <random>
 #include <string>
 #include <tuple>
+#include <utility>
 
 namespace vrk::kit {
 namespace {
@@ -26,26 +27,47 @@ class binary_tile {
         const int weight = weights_[std::size_t(dy + reach)][std::size_t(dx + reach)];
         crowding_[std::size_t(y * size + x)] += on ? weight : -weight;
       }
+      clusters_.forget((at / size + dy) & (size - 1));
+      voids_.forget((at / size + dy) & (size - 1));
     }
   }
 
-  // The pixel with a dot in the densest place; the pixel without a dot in the least dense one.
-  int tightest_cluster() const {
-    int found = -1;
-    for (int at = 0; at < pixels; ++at) {
-      if (on(at) && (found < 0 || crowding(at) > crowding(found))) found = at;
-    }
-    return found;
+  // The pixel with a dot in the densest place; the pixel without a dot in the least dense one. Of equals the first.
+  int tightest_cluster() {
+    return clusters_.find([this](int at) { return on(at); },
+                          [this](int a, int b) { return crowding(a) > crowding(b); });
   }
-  int largest_void() const {
-    int found = -1;
-    for (int at = 0; at < pixels; ++at) {
-      if (!on(at) && (found < 0 || crowding(at) < crowding(found))) found = at;
-    }
-    return found;
+  int largest_void() {
+    return voids_.find([this](int at) { return !on(at); }, [this](int a, int b) { return crowding(a) < crowding(b); });
   }
 
  private:
+  // The best pixel of each row, which is looked for again in rows that have changed.
+  class row_search {
+   public:
+    void forget(int row) { known_[std::size_t(row)] = false; }
+
+    template <class Counts, class Better>
+    int find(const Counts& counts, const Better& better) {
+      int found = -1;
+      for (int row = 0; row < size; ++row) {
+        int& best = best_[std::size_t(row)];
+        if (!std::exchange(known_[std::size_t(row)], true)) {
+          best = -1;
+          for (int at = row * size; at < (row + 1) * size; ++at) {
+            if (counts(at) && (best < 0 || better(at, best))) best = at;
+          }
+        }
+        if (best >= 0 && (found < 0 || better(best, found))) found = best;
+      }
+      return found;
+    }
+
+   private:
+    std::array<int, size> best_{};
+    std::array<bool, size> known_{};
+  };
+
   static constexpr int reach = 8;  // beyond it a weight is below 2^24 / 10^6
 
   // A Gaussian of sigma 1.5 pixels in whole numbers, so that sums do not depend on the order of addition.
@@ -65,6 +87,7 @@ class binary_tile {
   std::array<std::array<int, 2 * reach + 1>, 2 * reach + 1> weights_ = make_weights();
   std::array<bool, pixels> on_{};
   std::array<int, pixels> crowding_{};
+  row_search clusters_, voids_;
 };
 
 threshold_matrix void_and_cluster() {

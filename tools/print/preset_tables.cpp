@@ -2,6 +2,7 @@
 
 #include "kit/inspect.h"
 #include "kit/presets.h"
+#include "tools/made_grids/made_grids.h"
 #include "tools/print/curve_argument.h"
 
 namespace vrk::tool {
@@ -43,7 +44,8 @@ unsigned choose_ink_tables(const ink_options& options, print_tables& tables) {
   } else if (inks == 1) {
     tables.ink = {"the kit's tone curve", kit::black_ink_curve().encode()};
   } else {
-    tables.ink = {"the kit's colour table", (options.split ? kit::split_ink_table() : kit::ink_table(inks)).encode()};
+    const kit::color_table made{.grid = options.split ? made_split_ink_grid() : made_ink_grid(inks)};
+    tables.ink = {"the kit's colour table", made.encode()};
   }
   if (inks == 1 && !(tables.rgb && kit::leaves_one_sample(tables.rgb->image))) {
     tables.gray = {"the kit's gray table", kit::subtype_table("gray")};
