@@ -5,6 +5,7 @@
 #include <tbb/task_arena.h>
 
 #include <algorithm>
+#include <cstring>
 
 #include "tools/command_line/progress.h"
 
@@ -63,7 +64,13 @@ double print_lines(image_reader& source, pipeline& stages, page_files& files, un
   };
   const auto convert = [&](band* b) {
     for (unsigned y = 0; y < b->lines; ++y) {
-      stages.convert(&b->source[y * stages.source_bytes()], &b->inks[y * stages.ink_bytes()], b->space);
+      const std::uint8_t* const line = &b->source[y * stages.source_bytes()];
+      std::uint8_t* const inks = &b->inks[y * stages.ink_bytes()];
+      if (y != 0 && std::memcmp(line, line - stages.source_bytes(), stages.source_bytes()) == 0) {
+        std::memcpy(inks, inks - stages.ink_bytes(), stages.ink_bytes());  // margins, and enlarged pixels
+      } else {
+        stages.convert(line, inks, b->space);
+      }
     }
     return b;
   };

@@ -94,12 +94,12 @@ raster_layout layout_of(const cups_page_header2_t& header, const std::string& na
   return layout;
 }
 
-void arrange(const raster_layout& layout, const std::vector<const std::uint8_t*>& rows, void* to) {
+bool is_arranged(const raster_layout& layout) {
   const bool in_order = std::is_sorted(layout.places, layout.places + layout.channels);
-  if (layout.order == CUPS_ORDER_CHUNKED && layout.bits >= 8 && in_order && !layout.inverted) {
-    std::memcpy(to, rows[0], layout.row_bytes());
-    return;
-  }
+  return layout.order == CUPS_ORDER_CHUNKED && layout.bits >= 8 && in_order && !layout.inverted;
+}
+
+void arrange(const raster_layout& layout, const std::vector<const std::uint8_t*>& rows, void* to) {
   layout.bits == 16 ? arrange_as(layout, rows, static_cast<std::uint16_t*>(to))
                     : arrange_as(layout, rows, static_cast<std::uint8_t*>(to));
 }

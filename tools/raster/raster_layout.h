@@ -31,6 +31,9 @@ struct raster_layout {
 // Throws user_error, with `name` in front, when the header's numbers do not go together or are of no page.
 raster_layout layout_of(const cups_page_header2_t& header, const std::string& name);
 
+// Whether a line of the stream is what `arrange` would make of it.
+bool is_arranged(const raster_layout& layout);
+
 // Fills `to` with one line: width x channels samples of 8 bits, or of 16. rows: of each colour in the stream's order,
 // or the one of all colours.
 void arrange(const raster_layout& layout, const std::vector<const std::uint8_t*>& rows, void* to);

@@ -22,6 +22,7 @@ raster_page::raster_page(const std::string& name, const raster_layout& layout, c
 }
 
 void raster_page::read_line(void* line) {
+  if (is_arranged(layout_)) return read_(static_cast<std::uint8_t*>(line));
   read_(line_.data());
   for (std::size_t i = 0; i < rows_.size(); ++i) rows_[i] = &line_[i * layout_.row_bytes()];
   arrange(layout_, rows_, line);
