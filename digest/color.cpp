@@ -6,6 +6,7 @@
 #include "digest/digest_entry.h"
 #include "kit/color_table.h"
 #include "kit/curve_image.h"
+#include "postproc/postproc_handle.h"
 
 namespace vrk::digest {
 
@@ -187,7 +188,7 @@ void post_processing() {
           if (!entry.wanted()) continue;
           const std::uint32_t on = tables >> 1;
           const void* const c = one.data();
-          void* const h = entry.build([&](void* mem) {
+          void* const h = entry.build<postproc_handle>([&](void* mem) {
             return vrk_create_postproc(planes, tables & 1, main.data(), on, c, on, c, 0, nullptr, on, c, on, c, 0,
                                        nullptr, flags, mem);
           });

@@ -7,6 +7,7 @@
 #include "kit/curve_image.h"
 #include "kit/planes.h"
 #include "kit/presets.h"
+#include "postproc/postproc_handle.h"
 
 namespace vrk::digest {
 
@@ -156,7 +157,7 @@ void whole_page(const std::string& name, std::uint32_t samples) {
   });
   void* const csc = entry.build<csc2_handle>(
       [&](void* mem) { return vrk_create_csc2(std::uint32_t(grid.size()), grid.data(), 3, samples, mem); });
-  void* const post = entry.build([&](void* mem) {
+  void* const post = entry.build<postproc_handle>([&](void* mem) {
     return vrk_create_postproc(4, 1, split.data(), 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0,
                                nullptr, samples | VRK_COMPOSE, mem);
   });

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/carver.h"
+#include "base/cpu_level.h"
 #include "base/ref.h"
 
 namespace vrk {
@@ -21,6 +22,8 @@ struct postproc_handle {
   u32 flags;                              // as given to create
   u8 planes;                              // as given to create: not checked when the main table counts the channels
   u8 in_channels, out_channels;           // samples per pixel: 1, 4 or 6
+  cpu_level level;                        // of the processor
+  u8 row, in_place_row;                   // of postproc_rows; the second for lines that take the place of their source
 };
 
 constexpr u32 postproc_record_bytes = 92;  // what the size rule counts for the record

@@ -9,6 +9,7 @@
 #include "base/flags.h"
 #include "base/look_up_index.h"
 #include "base/rows.h"
+#include "postproc/four_planes.h"
 
 namespace vrk {
 namespace {
@@ -47,23 +48,29 @@ const u16* composed_table<16>(const postproc_handle& handle) {
   return handle.composed16.get();
 }
 
-template <int in, int out>
-void transform_plane(const postproc_handle& handle, u32 p, const plane_samples& plane) {
+// Calls `use` with what makes an output sample of an index in plane p.
+template <int in, int out, class Use>
+void with_values_of(const postproc_handle& handle, u32 p, Use use) {
   const u16* const main_curve = handle.main_curve[p].get();
   const u16* const plane_curve = handle.plane_curve[p].get();
   const sample_of<out>* const composed = composed_table<out>(handle);
 
   if (main_curve == nullptr && plane_curve == nullptr) {  // beside planes with curves
-    map_samples<in, out>(plane, [](u32 i) { return rescale<index_bits<in>(), out>(i); });
+    use([](u32 i) { return rescale<index_bits<in>(), out>(i); });
   } else if (composed != nullptr) {
     const sample_of<out>* const curve = composed + p * index_count(in);
-    map_samples<in, out>(plane, [curve](u32 i) { return curve[i]; });
+    use([curve](u32 i) { return curve[i]; });
   } else if (main_curve != nullptr && plane_curve != nullptr) {
-    map_samples<in, out>(plane, [main_curve, plane_curve](u32 i) { return plane_curve[main_curve[i]]; });
+    use([main_curve, plane_curve](u32 i) { return plane_curve[main_curve[i]]; });
   } else {
     const u16* const curve = main_curve != nullptr ? main_curve : plane_curve;
-    map_samples<in, out>(plane, [curve](u32 i) { return curve[i]; });
+    use([curve](u32 i) { return curve[i]; });
   }
+}
+
+template <int in, int out>
+void transform_plane(const postproc_handle& handle, u32 p, const plane_samples& plane) {
+  with_values_of<in, out>(handle, p, [&](auto value_of) { map_samples<in, out>(plane, value_of); });
 }
 
 // No curve anywhere: samples change their width only, and 16-bit ones keep all their bits.
@@ -119,23 +126,62 @@ void postproc_line_shortened_in_place(const postproc_handle& handle, const u8* s
   }
 }
 
-constexpr std::array<postproc_row, 5> rows{{
-    {16, 8, true, postproc_line_shortened_in_place},
-    {8, 8, false, postproc_line<8, 8>},
-    {8, 16, false, postproc_line<8, 16>},
-    {16, 8, false, postproc_line<16, 8>},
-    {16, 16, false, postproc_line<16, 16>},
+#ifdef VRK_HAS_LEVELS
+
+// Shorter runs are not worth tables of one look-up a plane, or of two.
+constexpr u32 shortest_table_run = 96, shortest_composed_run = 512;
+
+bool needs_composition(const postproc_handle& handle) {
+  return !handle.composed8 && handle.main_curve[0] &&
+         std::any_of(handle.plane_curve, handle.plane_curve + 4, [](auto& curve) { return bool(curve); });
+}
+
+// Four planes of bytes, through a table of bytes each. They are made anew for every run: a handle has them with compose
+// only.
+void postproc_line_of_four(const postproc_handle& handle, const u8* src, u32 pixel_count, u8* dst) {
+  if (pixel_count < shortest_table_run || !has_curves(handle) ||
+      (pixel_count < shortest_composed_run && needs_composition(handle))) {
+    return postproc_line<8, 8>(handle, src, pixel_count, dst);
+  }
+  byte_tables tables;
+  for (u32 p = 0; p < 4; ++p) {
+    with_values_of<8, 8>(handle, p, [table = tables.of_plane[p]](auto value_of) {
+      for (u32 i = 0; i < 256; ++i) table[i] = u8(value_of(i));
+    });
+  }
+  const u32 rest = pixel_count % four_plane_step;
+  const std::size_t done = std::size_t{4} * (pixel_count - rest);
+  avx2::look_up_four_planes(tables, src, pixel_count - rest, dst);
+  postproc_line<8, 8>(handle, src + done, rest, dst + done);
+}
+
+constexpr by_level<postproc_kernel*> four_planes{postproc_line<8, 8>, postproc_line<8, 8>, postproc_line_of_four};
+
+#else
+
+constexpr by_level<postproc_kernel*> four_planes{postproc_line<8, 8>};
+
+#endif
+
+constexpr std::array<postproc_row, 6> rows{{
+    {16, 8, true, false, {postproc_line_shortened_in_place}},
+    {8, 8, false, true, four_planes},
+    {8, 8, false, false, {postproc_line<8, 8>}},
+    {8, 16, false, false, {postproc_line<8, 16>}},
+    {16, 8, false, false, {postproc_line<16, 8>}},
+    {16, 16, false, false, {postproc_line<16, 16>}},
 }};
 
-constexpr u32 row_for(u32 flags, bool in_place) {
+constexpr u32 row_for(u32 flags, bool in_place, bool four) {
   return first_row(rows, [=](const postproc_row& row) {
-    return row.in == input_bits(flags) && row.out == output_bits(flags) && (in_place || !row.in_place);
+    return row.in == input_bits(flags) && row.out == output_bits(flags) && (in_place || !row.in_place) &&
+           (four || !row.four);
   });
 }
 
 static_assert([] {
   for (const u32 flags : {u32{0}, VRK_IN16, VRK_OUT16, VRK_IN16 | VRK_OUT16}) {
-    if (row_for(flags, false) == rows.size()) return false;
+    if (row_for(flags, false, false) == rows.size()) return false;
   }
   return true;
 }());
@@ -144,9 +190,17 @@ static_assert([] {
 
 std::span<const postproc_row> postproc_rows() { return rows; }
 
+void postproc_select_rows(postproc_handle& handle) {
+  const bool four = handle.in_channels == 4 && handle.out_channels == 4;
+  handle.level = level_of_processor();
+  handle.row = u8(row_for(handle.flags, false, four));
+  handle.in_place_row = u8(row_for(handle.flags, true, four));
+}
+
 u32 postproc_transform(const postproc_handle& handle, const u8* src, u32 pixel_count, u8* dst) {
   if (!is_channel_count(handle.planes) || !has_path(handle.in_channels, handle.out_channels)) return 0;
-  rows[row_for(handle.flags, src == dst)].kernel(handle, src, pixel_count, dst);
+  const postproc_row& row = rows[src == dst ? handle.in_place_row : handle.row];
+  row.kernel[handle.level](handle, src, pixel_count, dst);
   return 1;
 }
 

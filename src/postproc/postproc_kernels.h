@@ -1,4 +1,5 @@
-// The post-processing transform: a row for each pair of sample widths, and one for pixels that get shorter in place.
+// The post-processing transform: a row for each pair of sample widths, one for pixels that get shorter in place, and
+// one for four planes of bytes.
 #pragma once
 
 #include <span>
@@ -12,9 +13,13 @@ using postproc_kernel = void(const postproc_handle& handle, const u8* src, u32 p
 struct postproc_row {
   int in, out;    // bits per sample
   bool in_place;  // serves lines that take the place of their source only
-  postproc_kernel* kernel;
+  bool four;      // serves four planes that stay four only
+  by_level<postproc_kernel*> kernel;
 };
 std::span<const postproc_row> postproc_rows();
+
+// Finds the rows, by flags and planes.
+void postproc_select_rows(postproc_handle& handle);
 
 // Returns 1, or 0 with nothing written for counts of planes that have no path.
 u32 postproc_transform(const postproc_handle& handle, const u8* src, u32 pixel_count, u8* dst);

@@ -7,6 +7,7 @@
 #include "base/flags.h"
 #include "base/look_up_index.h"
 #include "base/tag.h"
+#include "postproc/postproc_kernels.h"
 
 namespace vrk {
 namespace {
@@ -125,6 +126,7 @@ bool postproc_build(const postproc_request& request, const postproc_plan& plan, 
   handle->planes = u8(request.planes);
   handle->in_channels = u8(plan.in_channels);
   handle->out_channels = u8(plan.out_channels);
+  postproc_select_rows(*handle);
 
   // Curves are multiples of 32 bytes: those of the main block follow each other without gaps.
   const bool has_main = request.main.on != 0;

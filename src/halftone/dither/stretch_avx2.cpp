@@ -7,6 +7,7 @@
 
 VRK_BEGIN_LEVEL("avx2")
 namespace vrk::avx2 {
+namespace {
 
 using vec = __m256i;
 constexpr u32 vec_bytes = 32;
@@ -63,6 +64,8 @@ inline void pack(const vec (&level)[2], u8* out) {
     store(out, _mm256_permute4x64_epi64(_mm256_packus_epi16(two[0], two[1]), 0b11'01'10'00));
   }
 }
+
+}  // namespace
 
 #include "halftone/dither/stretch_passes.h"
 

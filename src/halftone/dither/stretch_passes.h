@@ -1,6 +1,8 @@
 // The two passes of a stretch: included by the file of every level, inside the level's region and namespace, behind its
 // vectors.
 
+namespace {
+
 // One step of bringing samples together: vectors of the first and of the second half, a byte of each in turn.
 template <u32 planes>
 inline void riffle(vec (&v)[planes]) {
@@ -33,6 +35,8 @@ inline void split_planes(const u8* src, u32 pixels, u8* samples) {
   split_vectors<planes>(rest, samples);
 }
 
+}  // namespace
+
 void split_pixels(const u8* src, u32 planes, u32 pixels, u8* samples) {
   if (planes == 4) {
     split_planes<4>(src, pixels, samples);
@@ -40,6 +44,8 @@ void split_pixels(const u8* src, u32 planes, u32 pixels, u8* samples) {
     split_planes<6>(src, pixels, samples);
   }
 }
+
+namespace {
 
 // What is done at a time: 64 pixels.
 constexpr u32 step_pixels = 64, step_vecs = step_pixels / vec_bytes;
@@ -94,6 +100,8 @@ inline void dither_step(const u8* samples, threshold_place& place, u32 intervals
   }
   pack<packing>(missed, out);
 }
+
+}  // namespace
 
 template <dither_packing packing>
 void dither_stretch_of(const dither_stretch& at) {

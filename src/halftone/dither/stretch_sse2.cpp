@@ -6,6 +6,7 @@
 #include <cstring>
 
 namespace vrk::sse2 {
+namespace {
 
 using vec = __m128i;
 constexpr u32 vec_bytes = 16;
@@ -61,6 +62,8 @@ inline void pack(const vec (&level)[4], u8* out) {
     store(out + 16, _mm_packus_epi16(pairs<4>(level[2]), pairs<4>(level[3])));
   }
 }
+
+}  // namespace
 
 #include "halftone/dither/stretch_passes.h"
 
