@@ -12,9 +12,10 @@ win32_packages = $(dll_packages) googletest clang-14 lld-14
 profile_packages = argyll icc-profiles-free libgs-common
 proof_packages = python3-numpy python3-pil python3-scipy python3-skimage
 bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev libgutenprint-dev
+program_peers = argyll ffmpeg
 build = cmake --preset $(1) >/dev/null && cmake --build --preset $(1)
 
-.PHONY: demo test test-queue sanitize win32 compare benchmarks bench bench-rows bench32 check-link check-proof check-calibrate dist check-dist check-format clean
+.PHONY: demo test test-queue sanitize win32 compare benchmarks bench bench-rows bench-programs speed bench32 check-link check-proof check-calibrate dist check-dist check-format clean
 
 demo: # prints the built-in sample page and shows the paths of the pictures
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -59,6 +60,14 @@ bench-rows: benchmarks # kernel rows beside those of the commit BEFORE, in turns
 BEFORE = 874abaf
 bench_rows = before=$$(scripts/library-of $(BEFORE)) && build/bench/bench/vrk_paired \
   $${before:+--before "$$before"} $(if $(PHOTOS),--pictures "$(PHOTOS)") $(ROWS)
+
+bench-programs: benchmarks # one page through a colour grid by whole programs
+	@scripts/packages $(program_peers)
+	@scripts/compare-programs build/bench
+
+speed: benchmarks # measures what docs/speed.md shows, and writes it there; takes a quarter of an hour
+	@scripts/packages $(program_peers) gnuplot-nox
+	@scripts/measure-speed $(BEFORE) $(ROWS)
 
 bench32: # speed of every stage in the DLL beside the 64-bit library, the lowest ratio last
 	@scripts/packages $(build_packages) $(tool_packages) $(test_packages) $(win32_packages)

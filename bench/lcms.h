@@ -10,22 +10,29 @@
 
 namespace vrk::bench {
 
+// A device link from RGB to the channels of `grid`. version: of its format; below 4 other programs read it, too. To be
+// closed by the caller.
+inline cmsHPROFILE link_profile(const kit::color_grid& grid, double version) {
+  const cmsHPROFILE link = cmsCreateProfilePlaceholder(nullptr);
+  cmsSetProfileVersion(link, version);
+  cmsSetDeviceClass(link, cmsSigLinkClass);
+  cmsSetColorSpace(link, cmsSigRgbData);
+  cmsSetPCS(link, grid.channels == 3 ? cmsSigRgbData : grid.channels == 6 ? cmsSig6colorData : cmsSigCmykData);
+  cmsPipeline* const stages = cmsPipelineAlloc(nullptr, 3, grid.channels);
+  cmsPipelineInsertStage(stages, cmsAT_END,
+                         cmsStageAllocCLut16bit(nullptr, grid.points, 3, grid.channels, grid.samples.data()));
+  cmsWriteTag(link, cmsSigAToB0Tag, stages);
+  cmsPipelineFree(stages);
+  return link;
+}
+
 // RGB to the channels of `grid` by its tetrahedral interpolation, without the cache of the last pixel. `bits`: 8 or 16,
 // of input and output samples.
 class lcms_link {
  public:
   lcms_link(const kit::color_grid& grid, unsigned bits) {
     const bool rgb = grid.channels == 3, six = grid.channels == 6;
-    const cmsHPROFILE link = cmsCreateProfilePlaceholder(nullptr);
-    cmsSetProfileVersion(link, 4.3);
-    cmsSetDeviceClass(link, cmsSigLinkClass);
-    cmsSetColorSpace(link, cmsSigRgbData);
-    cmsSetPCS(link, rgb ? cmsSigRgbData : six ? cmsSig6colorData : cmsSigCmykData);
-    cmsPipeline* const stages = cmsPipelineAlloc(nullptr, 3, grid.channels);
-    cmsPipelineInsertStage(stages, cmsAT_END,
-                           cmsStageAllocCLut16bit(nullptr, grid.points, 3, grid.channels, grid.samples.data()));
-    cmsWriteTag(link, cmsSigAToB0Tag, stages);
-    cmsPipelineFree(stages);
+    const cmsHPROFILE link = link_profile(grid, 4.3);
     const cmsUInt32Number in = COLORSPACE_SH(PT_RGB) | CHANNELS_SH(3) | BYTES_SH(bits / 8);
     const cmsUInt32Number space = rgb ? PT_RGB : six ? PT_MCH6 : PT_CMYK;
     const cmsUInt32Number out = COLORSPACE_SH(space) | CHANNELS_SH(grid.channels) | BYTES_SH(bits / 8);

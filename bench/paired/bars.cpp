@@ -71,7 +71,7 @@ std::vector<bar> bars() {
 }  // namespace
 
 void print_bars(session& measure, const std::vector<input>& pictures) {
-  std::printf("| work, %s | width | rows | photo | random | page | bar | |\n|---|---|---|---|---|---|---|---|\n",
+  std::printf("| work, %s | width | level | photo | random | page | bar | |\n|---|---|---|---|---|---|---|---|\n",
               measure.reference() == std::string(before) ? "beside the other build" : "beside the defined rows");
   for (const bar& b : bars()) {
     const char* const beside = b.beside_defined ? name_of(rows::defined) : measure.reference();

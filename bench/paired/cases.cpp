@@ -19,12 +19,10 @@ kit::edpr_table ed_table_above_zero() {
   return table;
 }
 
-// Levels so near each other that thresholds leave their interval.
-kit::dither_table crowded_levels() {
-  kit::dither_table table = kit::dither_parameters(4, 4);
-  for (kit::dither_plane& plane : table.planes) {
-    if (!plane.level_values.empty()) plane.level_values = {0, 1, 2, 255};
-  }
+// One more than the bits of a pixel name.
+kit::dither_table three_levels_in_one_bit() {
+  kit::dither_table table = kit::dither_parameters(4, 3);
+  for (kit::dither_plane& plane : table.planes) plane.bits = 1;
   return table;
 }
 
@@ -150,7 +148,8 @@ const std::vector<std::pair<work, unsigned>>& hard_cases() {
     cases.emplace_back(diffusion_work("error diffusion of 4 planes, cells of 2 x 2 dots", 4, VRK_PREC10,
                                       kit::cell_parameters(4, 2, 2, 5, kit::fine_noise_for(5))),
                        usual_width);
-    cases.emplace_back(dither_work("dither of 4 planes, crowded levels", 4, 0, crowded_levels()), usual_width);
+    cases.emplace_back(dither_work("dither of 4 planes, 3 levels in 1 bit", 4, 0, three_levels_in_one_bit()),
+                       usual_width);
     cases.emplace_back(dither_work("dither of 4 planes, 8 bit", 4, 0, kit::dither_parameters(4, 200)), usual_width);
     cases.emplace_back(
         dither_work("dither of 4 planes, 16-bit input", 4, VRK_IN16, kit::dither_parameters(4, 2, "blue-noise", true)),

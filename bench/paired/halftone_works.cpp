@@ -39,8 +39,11 @@ bool choose_dither(void* memory, rows choice) {
   if (choice == rows::defined) {
     for (dither_plane& plane : h.plane) {
       if (plane.level_count == 0) continue;
-      plane.row = u8(defined_row(dither_rows(), plane.row,
-                                 [](const dither_row& a, const dither_row& b) { return a.packing == b.packing; }));
+      // Rows differ in how they merge levels that do not fit; of those that do, the last one knows nothing.
+      const auto alike = [](const dither_row& a, const dither_row& b) {
+        return a.packing.bits == b.packing.bits && a.packing.code == b.packing.code;
+      };
+      plane.row = u8(defined_row(dither_rows(), plane.row, alike));
     }
   }
   return choose_level(h, choice);

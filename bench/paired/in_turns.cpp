@@ -16,9 +16,9 @@ double thread_seconds() {
   return double(now.tv_sec) + 1e-9 * double(now.tv_nsec);
 }
 
-double seconds_of(const candidate& c, unsigned lines, unsigned& next_line) {
+double seconds_of(const candidate& c, unsigned first_line, unsigned lines) {
   const double start = thread_seconds();
-  for (unsigned i = 0; i < lines; ++i) c.run(next_line++);
+  for (unsigned line = first_line; line != first_line + lines; ++line) c.run(line);
   return thread_seconds() - start;
 }
 
@@ -37,13 +37,12 @@ void require_same_output(std::span<const candidate> candidates, const std::strin
 
 turn_times time_in_turns(std::span<const candidate> candidates, const effort& effort) {
   unsigned lines = 1;
-  std::vector<unsigned> next_line(candidates.size(), compared_lines);
-  while (seconds_of(candidates[0], lines, next_line[0]) < effort.turn_seconds && lines < 1u << 30) lines *= 2;
+  while (seconds_of(candidates[0], compared_lines, lines) < effort.turn_seconds && lines < 1u << 30) lines *= 2;
   turn_times times(candidates.size());
   for (unsigned round = 0; round < effort.rounds; ++round) {
     for (std::size_t i = 0; i < candidates.size(); ++i) {
       const std::size_t turn = round % 2 == 0 ? i : candidates.size() - 1 - i;  // nobody always follows the same one
-      times[turn].push_back(seconds_of(candidates[turn], lines, next_line[turn]) / lines);
+      times[turn].push_back(seconds_of(candidates[turn], round * lines, lines) / lines);
     }
   }
   return times;

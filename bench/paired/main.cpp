@@ -24,16 +24,20 @@ constexpr const char* usage =
 int run(int argc, char** argv) {
   std::string library_path, pictures_path, table_path;
   effort effort;
-  constexpr option options[] = {
-      {"before", required_argument, nullptr, 'b'}, {"pictures", required_argument, nullptr, 'p'},
-      {"table", required_argument, nullptr, 't'},  {"turn", required_argument, nullptr, 'm'},
-      {"rounds", required_argument, nullptr, 'r'}, {}};
+  constexpr option options[] = {{"before", required_argument, nullptr, 'b'},
+                                {"pictures", required_argument, nullptr, 'p'},
+                                {"table", required_argument, nullptr, 't'},
+                                {"turn", required_argument, nullptr, 'm'},
+                                {"rounds", required_argument, nullptr, 'r'},
+                                {"help", no_argument, nullptr, 'h'},
+                                {}};
   for (int c; (c = getopt_long(argc, argv, "", options, nullptr)) != -1;) {
     if (c == 'b') library_path = optarg;
     if (c == 'p') pictures_path = optarg;
     if (c == 't') table_path = optarg;
     if (c == 'm') effort.turn_seconds = 1e-3 * std::stod(optarg);
     if (c == 'r') effort.rounds = unsigned(std::stoul(optarg));
+    if (c == 'h') return std::fputs(usage, stdout), 0;
     if (c == '?') return std::fputs(usage, stderr), 2;
   }
   if (effort.rounds == 0) return std::fputs(usage, stderr), 2;
