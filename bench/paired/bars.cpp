@@ -98,12 +98,14 @@ void print_zeros(session& measure, const std::vector<input>& pictures) {
       "| error diffusion, speed beside that without samples of 0 | samples of 0 | %s | now | bar | |\n"
       "|---|---|---|---|---|---|\n",
       measure.reference());
-  std::vector<input> separated{page_input(), {"photo", &photographic(), planes_from::separations}};
+  std::vector<input> separated{{"scattered", &photographic(), planes_from::scattered_zeros},
+                               page_input(),
+                               {"photo", &photographic(), planes_from::separations}};
   separated.insert(separated.end(), pictures.begin(), pictures.end());
   for (const work& of : diffusion_of_four()) {
     for (const input& in : separated) {
       input without = in;
-      without.planes = planes_from::no_zero_samples;
+      without.no_zeros = true;
       const auto beside = [&](const char* who) { return measure.between_inputs(of, who, in, without, usual_width); };
       const std::optional<spread> then = beside(measure.reference()), now = beside(name_of(rows::chosen));
       std::printf("| %s, %s | %.0f %% | %s | %s | 1 | %s |\n", of.name.c_str(), in.name.c_str(),

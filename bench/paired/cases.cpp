@@ -154,6 +154,10 @@ const std::vector<std::pair<work, unsigned>>& hard_cases() {
     cases.emplace_back(
         dither_work("dither of 4 planes, 16-bit input", 4, VRK_IN16, kit::dither_parameters(4, 2, "blue-noise", true)),
         usual_width);
+    for (const unsigned width : {1u, 7u, 64u, 191u}) cases.emplace_back(curves_work("curves 4 x 8"), width);
+    cases.emplace_back(curves_work("curves 6 x 8", 6), usual_width);
+    cases.emplace_back(curves_work("curves 1 x 8", 1), usual_width);
+    cases.emplace_back(curves_work("curves 4 x 16", 4, VRK_IN16 | VRK_OUT16), usual_width);
     return cases;
   }();
   return all;

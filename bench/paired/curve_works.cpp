@@ -1,22 +1,27 @@
 // Curves: post-processing, and what it takes to create a pre-processor.
 #include "bench/paired/own_rows.h"
 #include "kit/tone_curves.h"
+#include "postproc/postproc_handle.h"
 
 namespace vrk::bench {
 
-work curves_work(const std::string& name) {
-  const auto make = [](const library& calls, rows choice, const input& in, unsigned width) -> std::optional<candidate> {
-    if (choice != rows::chosen) return {};
-    kit::curve_image image{.version = "0020", .curve_count = 4, .output_count = 4};
-    for (const double gamma : {1.2, 1.4, 1.6, 1.8}) image.curves.push_back(kit::gamma_curve(gamma));
+work curves_work(const std::string& name, unsigned planes, std::uint32_t flags) {
+  const auto make = [=](const library& calls, rows choice, const input& in,
+                        unsigned width) -> std::optional<candidate> {
+    kit::curve_image image{.version = "0020", .curve_count = planes, .output_count = planes};
+    for (unsigned p = 0; p < planes; ++p) image.curves.push_back(kit::gamma_curve(1.2 + 0.2 * p));
     const kit::bytes table = image.encode();
     const auto create = [&](void* mem) {
-      return calls.create_postproc(4, 1, table.data(), 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0,
-                                   nullptr, 0, mem);
+      return calls.create_postproc(planes, 1, table.data(), 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr,
+                                   0, nullptr, flags, mem);
     };
-    const auto handle = std::make_shared<kit::bytes>(create(nullptr)), out = std::make_shared<kit::bytes>(width * 4);
+    const unsigned bits = flags & VRK_IN16 ? 16 : 8, out_bits = flags & VRK_OUT16 ? 16 : 8;
+    const auto handle = std::make_shared<kit::bytes>(create(nullptr)),
+               out = std::make_shared<kit::bytes>(std::size_t{width} * planes * out_bits / 8);
     create(handle->data());
-    const auto lines = std::make_shared<source_lines>(plane_samples(in, 4, 8), 4, width);
+    if (calls.linked ? !choose_level(record_of<postproc_handle>(handle->data()), choice) : choice != rows::chosen)
+      return {};
+    const auto lines = std::make_shared<source_lines>(plane_samples(in, planes, bits), planes * bits / 8, width);
     return candidate{
         "", [=, xform = calls.xform_postproc](unsigned y) { xform(handle->data(), (*lines)(y), width, out->data()); },
         out};

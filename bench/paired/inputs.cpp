@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <random>
 #include <stdexcept>
 
 #include "bench/inks.h"
@@ -31,23 +32,24 @@ kit::bytes separations(const picture& p, unsigned channels, unsigned bits) {
 }
 
 template <class Sample>
-void lift_zeros(kit::bytes& samples) {
-  for (std::size_t i = 0; i < samples.size(); i += sizeof(Sample)) {
+void change_zeros(const input& in, kit::bytes& bytes) {
+  std::minstd_rand random(1);
+  for (std::size_t i = 0; i < bytes.size(); i += sizeof(Sample)) {
     Sample sample;
-    std::memcpy(&sample, &samples[i], sizeof sample);
-    sample = std::max(sample, Sample{1 << 8 * (sizeof(Sample) - 1)});
-    std::memcpy(&samples[i], &sample, sizeof sample);
+    std::memcpy(&sample, &bytes[i], sizeof sample);
+    if (in.planes == planes_from::scattered_zeros && random() % 100 < 28) sample = 0;
+    if (in.no_zeros && sample == 0) sample = Sample{1 << 8 * (sizeof(Sample) - 1)};
+    std::memcpy(&bytes[i], &sample, sizeof sample);
   }
 }
 
 }  // namespace
 
 kit::bytes plane_samples(const input& in, unsigned channels, unsigned bits) {
-  if (in.planes == planes_from::complements) return ink_bytes(*in.rgb, channels, bits);
-  kit::bytes samples = separations(*in.rgb, channels, bits);
-  if (in.planes == planes_from::no_zero_samples)
-    bits == 8 ? lift_zeros<std::uint8_t>(samples) : lift_zeros<std::uint16_t>(samples);
-  return samples;
+  kit::bytes bytes =
+      in.planes == planes_from::separations ? separations(*in.rgb, channels, bits) : ink_bytes(*in.rgb, channels, bits);
+  bits == 8 ? change_zeros<std::uint8_t>(in, bytes) : change_zeros<std::uint16_t>(in, bytes);
+  return bytes;
 }
 
 double share_of_zeros(const input& in) {

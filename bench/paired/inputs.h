@@ -7,15 +7,16 @@
 namespace vrk::bench {
 
 enum class planes_from {
-  complements,     // of R, G, B: see bench/inks.h
-  separations,     // the kit's inks, as `vrk print` has them: where light colours need no black, it is 0, and so on
-  no_zero_samples  // the same with 1 for every 0
+  complements,      // of R, G, B: see bench/inks.h
+  scattered_zeros,  // the same with 0 for 28 % of the samples, anywhere
+  separations,      // the kit's inks, as `vrk print` has them: where light colours need no black, it is 0, and so on
 };
 
 struct input {
   std::string name;
   const picture* rgb;
   planes_from planes = planes_from::complements;
+  bool no_zeros = false;  // 1 for every sample of 0
 };
 
 // Samples of 8 or 16 bits, K, C, M, Y, fifth, sixth. channels: 1, 4 or 6.

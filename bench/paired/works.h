@@ -39,7 +39,7 @@ work conversion_work(const std::string& name, const conversion& job);
 
 work diffusion_work(const std::string& name, unsigned planes, std::uint32_t flags, const kit::edpr_table& params);
 work dither_work(const std::string& name, unsigned planes, std::uint32_t flags, const kit::dither_table& table);
-work curves_work(const std::string& name);
+work curves_work(const std::string& name, unsigned planes = 4, std::uint32_t flags = 0);
 work preprocessor_creation_work(const std::string& name);
 
 // RGB to four packed planes: the second converter, then error diffusion at 8-10 bits.
