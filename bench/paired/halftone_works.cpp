@@ -107,8 +107,8 @@ work page_work(const std::string& name) {
   return {name, [=](const library& calls, rows choice, const input& in, unsigned width) -> std::optional<candidate> {
             const std::optional<candidate> inks = converter.candidate_for(calls, choice, in, width);
             if (!inks) return {};
-            // A family without this level takes part with its own rows.
-            for (const rows own : {choice, rows::chosen}) {
+            // A family without this level takes part as chosen.
+            for (const rows own : {choice, choice == rows::defined ? choice : rows::chosen}) {
               const auto made = diffusion(calls, own, kit::ed_parameters(4, 2, kit::fine_noise_for(2)), VRK_PREC10,
                                           width, [inks](unsigned y) {
                                             inks->run(y);
