@@ -27,8 +27,8 @@ class binary_tile {
         const int weight = weights_[std::size_t(dy + reach)][std::size_t(dx + reach)];
         crowding_[std::size_t(y * size + x)] += on ? weight : -weight;
       }
-      clusters_.forget((at / size + dy) & (size - 1));
-      voids_.forget((at / size + dy) & (size - 1));
+      clusters_.note((at / size + dy) & (size - 1), at & (size - 1), on);
+      voids_.note((at / size + dy) & (size - 1), at & (size - 1), !on);
     }
   }
 
@@ -42,10 +42,14 @@ class binary_tile {
   }
 
  private:
-  // The best pixel of each row, which is looked for again in rows that have changed.
+  // The best pixel of each row, which is looked for again when another one may be.
   class row_search {
    public:
-    void forget(int row) { known_[std::size_t(row)] = false; }
+    // Pixels around this column have become better or worse. While others only become worse, the best one stays so.
+    void note(int row, int column, bool better) {
+      const int right = (best_[std::size_t(row)] - column + reach) & (size - 1);  // from the first of them
+      if (better || right <= 2 * reach) known_[std::size_t(row)] = false;
+    }
 
     template <class Counts, class Better>
     int find(const Counts& counts, const Better& better) {
