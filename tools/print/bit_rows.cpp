@@ -1,6 +1,5 @@
 #include "tools/print/bit_rows.h"
 
-#include <algorithm>
 #include <array>
 
 namespace vrk::tool {
@@ -20,13 +19,20 @@ constexpr auto spread_dots = [] {
 
 template <unsigned pixel_bits>
 void mix(const std::vector<const std::uint8_t*>& rows, std::size_t width, std::uint8_t* to) {
-  for (std::size_t x = 0; x < width; x += 8) {
-    const std::size_t dots = std::min<std::size_t>(width - x, 8);
-    const auto used = std::uint8_t(0xFF << (8 - dots));  // behind the last dot a row may have anything
+  const auto mixed = [&rows](std::size_t byte, unsigned used) {
     std::uint64_t pixels = 0;
-    for (const std::uint8_t* const row : rows) pixels = pixels << 1 | spread_dots<pixel_bits>[row[x / 8] & used];
-    for (std::size_t left = (dots * pixel_bits + 7) / 8, shift = 8 * pixel_bits; left != 0; --left) {
-      *to++ = std::uint8_t(pixels >> (shift -= 8));
+    for (const std::uint8_t* const row : rows) pixels = pixels << 1 | spread_dots<pixel_bits>[row[byte] & used];
+    return pixels;
+  };
+  std::size_t byte = 0;
+  for (; byte < width / 8; ++byte, to += pixel_bits) {
+    const std::uint64_t pixels = mixed(byte, 0xFF);
+    for (unsigned i = 0; i < pixel_bits; ++i) to[i] = std::uint8_t(pixels >> 8 * (pixel_bits - 1 - i));
+  }
+  if (const std::size_t dots = width % 8; dots != 0) {  // behind the last dot a row may have anything
+    const std::uint64_t pixels = mixed(byte, 0xFFU << (8 - dots));
+    for (unsigned i = 0; i < (dots * pixel_bits + 7) / 8; ++i) {
+      to[i] = std::uint8_t(pixels >> 8 * (pixel_bits - 1 - i));
     }
   }
 }
