@@ -1,6 +1,7 @@
 #include "tools/queue/job_options.h"
 
 #include <algorithm>
+#include <map>
 
 #include "tools/command_line/option_facts.h"
 #include "tools/command_line/settings.h"
@@ -56,6 +57,31 @@ std::string letters_of(const std::string& name) {
   return letters;
 }
 
+using names = std::map<std::string, std::string>;  // of options, by their letters
+
+names names_of(job_kind kind) {
+  job_options unused;
+  CLI::App command;
+  command.set_help_flag();
+  add_job_options(command, unused);
+  names all;
+  for (const CLI::Option* const option : shown_options(command)) {
+    const std::string name = option->get_single_name();
+    if (is_job_option(*option, kind)) all.emplace(letters_of(name), name);
+  }
+  return all;
+}
+
+// To define all options takes long, and a queue and its jobs name many.
+const names& known_names(job_kind kind) {
+  if (kind == job_kind::pages) {
+    static const names pages = names_of(kind);
+    return pages;
+  }
+  static const names picture = names_of(kind);
+  return picture;
+}
+
 }  // namespace
 
 void add_job_options(CLI::App& command, job_options& to) {
@@ -75,15 +101,9 @@ bool is_job_option(const CLI::Option& option, job_kind kind) {
 std::optional<std::string> job_option_name(const std::string& written, job_kind kind) {
   std::string letters = letters_of(written);
   if (letters.starts_with("vrk")) letters.erase(0, 3);
-  job_options unused;
-  CLI::App command;
-  command.set_help_flag();
-  add_job_options(command, unused);
-  for (const CLI::Option* const option : shown_options(command)) {
-    const std::string name = option->get_single_name();
-    if (letters_of(name) == letters && is_job_option(*option, kind)) return name;
-  }
-  return {};
+  const names& known = known_names(kind);
+  const auto found = known.find(letters);
+  return found == known.end() ? std::nullopt : std::optional(found->second);
 }
 
 job_options read_job_options(const std::vector<job_option>& job, job_kind kind, const std::vector<job_option>& queue) {
