@@ -49,6 +49,7 @@ std::optional<file_identity> identity_of(const std::string& path) {
 output_file::output_file(fs::path path, fs::path temporary)
     : path_(std::move(path)), temporary_(std::move(temporary)), file_(std::fopen(temporary_.c_str(), "wbx")) {
   if (file_ == nullptr) fail();
+  std::setvbuf(file_, buffer_.data(), _IOFBF, buffer_.size());
 }
 
 output_file::~output_file() {

@@ -35,6 +35,7 @@ class output_file {
   [[noreturn]] void fail() const;  // with the last error of the system
 
   std::filesystem::path path_, temporary_;
+  std::vector<char> buffer_ = std::vector<char>(1 << 16);  // lines are short, and the system is slow to call
   std::FILE* file_;
 };
 
