@@ -1,6 +1,7 @@
 #include "csc/csc1_kernels.h"
 
 #include "base/rows.h"
+#include "csc/block_kernels.h"
 #include "csc/convert.h"
 #include "csc/csc1_rules.h"
 #include "csc/tetra_sse2.h"
@@ -17,7 +18,7 @@ void csc1_grid_kernel(const csc1_handle& h, const u8* src, const u8* mask, u32 p
 
 constexpr auto rows = rows_of_all_csc_widths([]<csc_widths W>() {
   return std::array<csc1_row, 6>{{
-      {csc1_rule::grid, W, true, shortest_bounded_run, csc1_grid_kernel<W, true>},
+      {csc1_rule::grid, W, true, shortest_bounded_run, csc1_block_kernels<W>(csc1_grid_kernel<W, true>)},
       {csc1_rule::grid, W, false, 0, csc1_grid_kernel<W, false>},
       {csc1_rule::through, W, false, 0, csc1_rgb_kernel<W, csc1_rule::through>},
       {csc1_rule::gray, W, false, 0, csc1_mono_kernel<W, csc1_rule::gray>},

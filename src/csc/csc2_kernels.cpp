@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "base/rows.h"
+#include "csc/block_kernels.h"
 #include "csc/convert.h"
 #include "csc/tetra_sse2.h"
 
@@ -50,9 +51,9 @@ void csc2_curve_kernel(const csc2_handle& h, const u8* src, u32 pixel_count, u8*
 
 constexpr auto rows = rows_of_all_csc_widths([]<csc_widths W>() {
   return std::array<csc2_row, 9>{{
-      {4, false, W, true, shortest_bounded_run, csc2_grid_kernel<W, 4, false, true>},
+      {4, false, W, true, shortest_bounded_run, csc2_block_kernels<W, 4>(csc2_grid_kernel<W, 4, false, true>)},
       {4, false, W, false, 0, csc2_grid_kernel<W, 4, false, false>},
-      {6, false, W, true, shortest_bounded_run, csc2_grid_kernel<W, 6, false, true>},
+      {6, false, W, true, shortest_bounded_run, csc2_block_kernels<W, 6>(csc2_grid_kernel<W, 6, false, true>)},
       {6, false, W, false, 0, csc2_grid_kernel<W, 6, false, false>},
       long_gray_row<W, 4>(),
       {4, true, W, false, 0, csc2_grid_kernel<W, 4, true, false>},
