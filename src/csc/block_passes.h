@@ -158,24 +158,24 @@ inline void write_outputs(const u8* out, u32 bytes, u8* dst) {
 // The outputs of a block, of four samples each, as pixels of three samples in either order.
 template <int bits>
 class rgb_packer {
-  using sample = sample_of<bits>;
+  static constexpr u32 bytes = sizeof(sample_of<bits>);
 
  public:
   explicit rgb_packer(u32 layout) {
     const rgb_layout& l = rgb_layouts[layout < layout_count ? layout : 0];
     const u32 place[3] = {l.r, l.g, l.b};
     for (u32 i = 0; i < 16; ++i) {
-      const u32 pixel = i / (3 * sizeof(sample)), in_pixel = i % (3 * sizeof(sample));
+      const u32 pixel = i / (3 * bytes), in_pixel = i % (3 * bytes);
       u32 channel = 0;
-      while (place[channel] != in_pixel / sizeof(sample)) ++channel;
-      from_[i] = i < 12 ? u8((pixel * 4 + channel) * sizeof(sample) + in_pixel % sizeof(sample)) : 0x80;
+      while (place[channel] != in_pixel / bytes) ++channel;
+      from_[i] = i < 12 ? u8((pixel * 4 + channel) * bytes + in_pixel % bytes) : 0x80;
     }
   }
 
   // As many bytes as pixels take in fours, and four more.
   void pack(const u8* from, u32 pixel_count, u8* to) const {
     const __m128i places = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from_));
-    for (u32 i = 0; 16 * i < pixel_count * 4 * sizeof(sample); ++i) {
+    for (u32 i = 0; 16 * i < pixel_count * 4 * bytes; ++i) {
       const __m128i pixels = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + 16 * i));
       store(to + 12 * i, _mm_shuffle_epi8(pixels, places));
     }

@@ -52,6 +52,8 @@ struct output_levels {
   using sample = sample_of<out>;
   std::array<sample, input_levels> r, g, b;  // entries of levels that do not occur may not be set
 
+  // Not inline: the kernels of all layouts share it.
+  __attribute__((noinline))
   output_levels(const preproc_handle& handle, const rgb_layout& layout, const u8* src, u32 pixel_count) {
     const auto fill = [&](u32 channel, u32 place, sample* samples) {
       std::array<u16, input_levels> walked;
