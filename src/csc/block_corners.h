@@ -56,7 +56,7 @@ inline pair means(pair x, pair y) {
 
 inline void store(u8* to, __m128i v) { _mm_storeu_si128(reinterpret_cast<__m128i*>(to), v); }
 inline void store_low(u8* to, __m128i v) { _mm_storel_epi64(reinterpret_cast<__m128i*>(to), v); }
-inline void store_high(u8* to, __m128i v) { _mm_storeh_pd(reinterpret_cast<double*>(to), _mm_castsi128_pd(v)); }
+inline void store_high(u8* to, __m128i v) { store_sample(to, _mm_castsi128_pd(v)[1]); }
 
 // The outputs of sixteen means.
 template <int work>

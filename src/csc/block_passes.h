@@ -22,7 +22,7 @@ struct block_corners {
   }
 };
 
-// The first two steps. They are most of the code, and one copy of it serves several output widths: not inline.
+// The first two steps.
 template <int in, int work, u32 stored>
 class corner_finder {
   using places = block_places<in, work, stored>;
@@ -39,7 +39,21 @@ class corner_finder {
   u32 pixel_bytes() const { return places_.bytes(); }
   u32 diagonal() const { return diagonal_; }
 
-  __attribute__((noinline)) void find(const u8* src, u32 pixel_count, block_corners<most_pixels>& corners) {
+  // They are most of the code: where several output widths share it, one copy serves them all.
+  void find(const u8* src, u32 pixel_count, block_corners<most_pixels>& corners) {
+    if constexpr (work == 8) {
+      find_inline(src, pixel_count, corners);
+    } else {
+      find_shared(src, pixel_count, corners);
+    }
+  }
+
+ private:
+  __attribute__((noinline)) void find_shared(const u8* src, u32 pixel_count, block_corners<most_pixels>& corners) {
+    find_inline(src, pixel_count, corners);
+  }
+
+  __attribute__((always_inline)) void find_inline(const u8* src, u32 pixel_count, block_corners<most_pixels>& corners) {
     constexpr u32 one = 1u << precision<work>::value_shift;
     const auto places = places_.look_up(src, pixel_count);
     const axis_words stride = stride_;
@@ -69,7 +83,6 @@ class corner_finder {
     }
   }
 
- private:
   axis_words stride_;
   u32 diagonal_;   // bytes from a cell's lowest corner to its highest
   u32 last_cell_;  // bytes from the first grid point to the last cell
@@ -78,8 +91,8 @@ class corner_finder {
 
 // The third step. Up to three pixels more than asked for are written, and 16 bytes behind them.
 template <int work, int out, u32 stored, u32 most_pixels>
-inline void interpolate(const block_corners<most_pixels>& corners, const u8* points, u32 diagonal, u32 pixel_count,
-                        u8* dst) {
+__attribute__((always_inline)) inline void interpolate(const block_corners<most_pixels>& corners, const u8* points,
+                                                       u32 diagonal, u32 pixel_count, u8* dst) {
   constexpr u32 pixel_bytes = stored * sizeof(sample_of<out>);
   for (u32 i = 0; i < pixel_count; i += 4, dst += 4 * pixel_bytes) {
     store_means<work, out, stored>(corners.of(i, points, diagonal), corners.of(i + 1, points, diagonal),

@@ -95,7 +95,7 @@ class block_places {
 template <int work, u32 stored>
 class block_places<8, work, stored> {
   static constexpr int white_bit = 24;
-  static constexpr u32 pixels = 32;
+  static constexpr u32 pixels = 40;
   static_assert(255 * 255 * 255 < 1 << white_bit && fraction_limit<work>() <= 1 << 12);
 
  public:
