@@ -63,7 +63,7 @@
  * STACK. A call uses less than:
  *     vrk_xform_csc1, vrk_xform_csc2, vrk_exec_dither, vrk_exec_ditherx  8 KiB
  *     vrk_xform_postproc                                                 4 KiB
- *     vrk_xform_preproc, vrk_xform_preproc2                              3 KiB
+ *     vrk_xform_preproc, vrk_xform_preproc2, vrk_exec_ed, vrk_exec_edx   3 KiB
  *     every other function                                               2 KiB
  *
  * PROCESSORS. On x86 the library uses SSE2 instructions, which the processor must have. Create calls find out whether it

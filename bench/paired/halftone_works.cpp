@@ -28,6 +28,7 @@ struct output_lines {
 bool choose_ed(void* memory, rows choice) {
   ed_handle& h = record_of<ed_handle>(memory);
   if (choice == rows::defined) {
+    if (ed_rows()[h.kernel].two_levels) return false;  // the handle holds no tables for the other
     h.kernel = defined_row(ed_rows(), h.kernel,
                            [](const ed_row& a, const ed_row& b) { return a.flags == b.flags && a.planes == b.planes; });
   }

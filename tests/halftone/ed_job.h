@@ -10,10 +10,11 @@
 namespace vrk::test {
 
 // What random tables are like. Few levels: such as have codes of their own. Wild: values, thresholds, amounts and row
-// counts that lead outside every table. Large: a modulation matrix and shifts as large as a byte tells.
+// counts that lead outside every table. Two levels: all that kernels for these ask of tables; wild then only sends so
+// much to the next line that errors lie anywhere. Large: a modulation matrix and shifts as large as a byte tells.
 struct ed_traits {
   std::size_t planes = 4;  // 0 (no K), 1, 4 or 6; often there is one more in use, which is not produced
-  bool few_levels = false, wild = false, extended = false, same_scale = false, large = false;
+  bool few_levels = false, wild = false, two_levels = false, extended = false, same_scale = false, large = false;
 };
 
 inline ed_tables random_ed_tables(const ed_traits& traits, std::mt19937& random) {
@@ -58,6 +59,19 @@ inline ed_tables random_ed_tables(const ed_traits& traits, std::mt19937& random)
     for (std::size_t i = 0; i < 4; ++i) rest -= amounts[i] = i16(rest * int(below(100)) / 100);
     amounts[4] = i16(rest);
   }
+  if (!traits.two_levels) return tables;
+  for (kit::ed_plane& plane : t.planes) {
+    if (plane.level_values.empty()) continue;
+    plane.level_values = {0, u16(700 + below(324))}, plane.thresholds = {u16(132 + below(760))};
+    plane.patterns.resize(2, std::vector<u16>(t.pattern_width * t.pattern_height));
+  }
+  const int most_below = traits.wild ? 1300 : 20 + 40 * int(below(2));
+  const int most[] = {100, 60, most_below, most_below, most_below, 32767, 32767};
+  tables.distribution.rows.resize(511);
+  for (kit::edtb_row& row : tables.distribution.rows) {
+    for (std::size_t i = 0; i < row.size(); ++i) row[i] = i16(int(below(unsigned(2 * most[i] + 1))) - most[i]);
+  }
+  tables.distribution.rows[255] = {};
   return tables;
 }
 

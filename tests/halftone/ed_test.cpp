@@ -66,6 +66,11 @@ void expect_defined_lines(ed_traits traits, unsigned more_flags) {
 TEST(ed, lines_are_as_defined) { expect_defined_lines({}, 0); }
 TEST(ed, codes_are_as_defined) { expect_defined_lines({.few_levels = true}, VRK_K_CODE3 | VRK_RANDOM4); }
 TEST(ed, values_outside_every_table_clamp) { expect_defined_lines({.wild = true}, 0); }
+TEST(ed, lines_of_two_levels_are_as_defined) { expect_defined_lines({.two_levels = true}, 0); }
+TEST(ed, dot_cells_of_two_levels_are_as_defined) { expect_defined_lines({.two_levels = true, .extended = true}, 0); }
+TEST(ed, errors_anywhere_lead_to_the_end_rows_of_two_levels) {
+  expect_defined_lines({.wild = true, .two_levels = true}, 0);
+}
 TEST(ed, large_matrices_are_laid_as_defined) { expect_defined_lines({.large = true}, 0); }
 TEST(ed, dot_cells_are_as_defined) { expect_defined_lines({.extended = true}, VRK_K_CODE3 | VRK_RANDOM4); }
 
@@ -139,8 +144,9 @@ TEST(ed, size_follows_the_rule) {
 
 TEST(ed, handles_of_one_alignment_are_the_same) {
   std::mt19937 random(1);
-  for (const bool extended : {false, true}) {
-    const ed_tables tables = random_ed_tables({.planes = 6, .extended = extended}, random);
+  for (const bool of_one_kind : {false, true}) {
+    const ed_tables tables =
+        random_ed_tables({.planes = 6, .two_levels = of_one_kind, .extended = of_one_kind}, random);
     const ed_library first(tables, 33, VRK_IN16);
     for (std::size_t offset = 4; offset < 32; offset += 4) {
       EXPECT_TRUE(std::ranges::equal(first.bytes(), ed_library(tables, 33, VRK_IN16, offset).bytes())) << offset;

@@ -4,6 +4,7 @@
 #include "base/carver.h"
 #include "base/ref.h"
 #include "halftone/ed/ed_tables.h"
+#include "halftone/ed/two_level_tables.h"
 
 namespace vrk {
 
@@ -39,12 +40,15 @@ struct ed_handle {
   u32 same_scale;        // 1 when all planes have the same scale_x and scale_y
   ed_header header;
 
+  // For the kernels that serve any number of levels. Where those for two levels serve, their rows stand instead.
   ref<error_share> shares;             // error_count, from first_error on
   ref<distribution_row> distribution;  // rows of the distribution table
+  ref<u8> level_lut;                   // planes of 3R: level of the value entry - R
+  two_level_tables two_levels;
+
   ref<i16> error_line[2];              // even and odd lines: (W + 2 * guard_columns) * planes, columns first
   ref<u16> level_values[plane_slots];  // input value of each level
   ref<i8> modulation;                  // matrix entries * planes, entries first
-  ref<u8> level_lut;                   // planes of 3R: level of the value entry - R
   ref<u8> matrix_column;               // W: matrix column of each page column
   ref<u8> level_line;                  // planes of W: levels of the current line, block's first pixel first
   ref<u16> cells[plane_slots];         // extended: pattern entries of each level
@@ -55,5 +59,13 @@ struct ed_handle {
   u32 line_counter;          // number of the line to come
 };
 static_assert(record_slack + sizeof(ed_handle) + error_count * sizeof(error_share) <= 12739);
+static_assert(sizeof(ed_handle) % 8 == 0);  // what follows it lies as well as the handle does
+
+// Of the tables that serve any number of levels.
+template <class P>
+constexpr u64 table_bytes(P precision, const ed_plan& plan) {
+  return error_count * sizeof(error_share) + u64(plan.distribution_rows) * sizeof(distribution_row) +
+         u64(plan.planes) * 3 * u32(precision.range);
+}
 
 }  // namespace vrk

@@ -36,9 +36,9 @@ template <class P>
 void build_shares(P precision, std::span<error_share> shares, u32 row_count) {
   for (i32 i = 0; i < error_count; ++i) {
     const i32 error = std::clamp(first_error + i, -1024, 1023);
-    const i32 row = std::clamp(precision.row_error(error) + 255, 0, i32(row_count) - 1);
-    const i32 carry2 = error % 2, carry4 = error % 4 - carry2;
-    shares[std::size_t(i)] = {u16(row), i16(carry4 * 256 + carry2)};
+    const carry_digits carry = carry_of(error);
+    shares[std::size_t(i)] = {u16(distribution_row_of(precision, error, row_count)),
+                              i16(carry.third * 256 + carry.fourth)};
   }
 }
 
@@ -63,11 +63,16 @@ bool same_scale(const ed_header& header, u32 planes) {
 }
 
 // Everything that follows the record, in falling order of alignment, so that no gaps arise.
-bool lay_out(const ed_plan& plan, ed_handle& h, carver& block) {
+bool lay_out(const ed_plan& plan, bool two_levels, ed_handle& h, carver& block) {
   const ed_header& header = plan.header;
   const u64 planes = plan.planes, width = plan.width, line = planes * (width + 2 * guard_columns);
-  h.shares = block.take<error_share>(error_count).data();
-  h.distribution = block.take<distribution_row>(plan.distribution_rows).data();
+  if (two_levels) {
+    const u32 bytes = with_precision(plan.flags, [](auto p) { return two_level_rows<decltype(p)>::bytes; });
+    h.two_levels.rows = block.take<u8>(bytes).data();
+  } else {
+    h.shares = block.take<error_share>(error_count).data();
+    h.distribution = block.take<distribution_row>(plan.distribution_rows).data();
+  }
   h.error_line[0] = block.take<i16>(line).data();  // cleared with the whole block: no error to begin with
   h.error_line[1] = block.take<i16>(line).data();
   for (u32 p = 0; p < planes; ++p) {
@@ -81,7 +86,7 @@ bool lay_out(const ed_plan& plan, ed_handle& h, carver& block) {
   }
   h.matrix_column = block.take<u8>(width).data();
   h.modulation = block.take<i8>(planes * header.matrix.entries()).data();
-  h.level_lut = block.take<u8>(planes * 3 * ed_value_range(plan.flags)).data();
+  if (!two_levels) h.level_lut = block.take<u8>(planes * 3 * ed_value_range(plan.flags)).data();
   h.level_line = block.take<u8>(planes * width).data();
   return block.ok();
 }
@@ -99,6 +104,7 @@ void build_plane(P precision, const ed_plan& plan, const byte_view& params, u32 
     h.modulation[i * h.planes + p] = precision.modulation(i8(matrix[i]));
   }
 
+  if (!h.level_lut) return;
   const std::span<u8> lut(h.level_lut.get() + i32(p) * 3 * precision.range, 3 * precision.range);
   build_level_lut(precision, lut, level_count, params.at(plan.thresholds_at[slot]));
   if (!all_errors_have_shares(lut, h.level_values[p].get(), precision.range)) h.unchecked_values = 0;
@@ -117,10 +123,14 @@ void build_patterns(const ed_plan& plan, const byte_view& params, u32 p, ed_hand
 template <class P>
 void build_tables(P precision, const ed_plan& plan, const byte_view& params, const byte_view& distribution,
                   ed_handle& h) {
-  h.unchecked_values = 3 * precision.range;
-  build_shares(precision, {h.shares.get(), error_count}, plan.distribution_rows);
-  build_distribution(precision, {h.distribution.get(), plan.distribution_rows},
-                     distribution.at(distribution_header_bytes));
+  if (h.two_levels.rows) {
+    build_two_level_rows(precision, plan, distribution, h.two_levels);
+  } else {
+    h.unchecked_values = 3 * precision.range;
+    build_shares(precision, {h.shares.get(), error_count}, plan.distribution_rows);
+    build_distribution(precision, {h.distribution.get(), plan.distribution_rows},
+                       distribution.at(distribution_header_bytes));
+  }
   for (u32 p = 0; p < plan.planes; ++p) build_plane(precision, plan, params, p, h);
 }
 
@@ -133,12 +143,15 @@ bool ed_build(const ed_plan& plan, byte_view params, byte_view distribution, car
   h.flags = plan.flags;
   h.width = plan.width;
   h.planes = plan.planes;
-  h.kernel = ed_select_row(plan.flags, plan.planes);
+  const bool two_levels = with_precision(plan.flags, [&](auto precision) {
+    return check_two_levels(precision, plan, params, distribution, h.two_levels);
+  });
+  h.kernel = ed_select_row(plan.flags, plan.planes, two_levels);
   h.same_scale = same_scale(plan.header, plan.planes);
   h.header = plan.header;
   if (plan.planes == 0) return true;
 
-  if (!lay_out(plan, h, block)) return false;
+  if (!lay_out(plan, two_levels, h, block)) return false;
   with_precision(plan.flags, [&](auto precision) { build_tables(precision, plan, params, distribution, h); });
   build_columns({h.matrix_column.get(), plan.width}, plan.header.matrix);
   if (plan.header.extended) {

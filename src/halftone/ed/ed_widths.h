@@ -2,8 +2,11 @@
 // compile before it says everything that depends on it.
 #pragma once
 
+#include <algorithm>
+
 #include "base/flags.h"
 #include "base/samples.h"
+#include "halftone/ed/vectors.h"
 
 namespace vrk {
 
@@ -39,22 +42,40 @@ template <>
 struct ed_widths<8, 8> : ed_precision<8> {
   static constexpr u32 flags = 0;
   using sample = u8;
+  using precision = ed_precision<8>;
   static constexpr i32 widen(u32 sample) { return i32(sample); }
+  static u16x8 widen_vector(u16x8 samples) { return samples; }
 };
 
 template <>
 struct ed_widths<8, 10> : ed_precision<10> {
   static constexpr u32 flags = VRK_PREC10;
   using sample = u8;
+  using precision = ed_precision<10>;
   static constexpr i32 widen(u32 sample) { return i32(rescale<8, 10>(sample)); }
+  static u16x8 widen_vector(u16x8 samples) { return samples << 2 | samples >> 6; }
 };
 
 template <>
 struct ed_widths<16, 10> : ed_precision<10> {
   static constexpr u32 flags = VRK_IN16 | VRK_PREC10;
   using sample = u16;
+  using precision = ed_precision<10>;
   static constexpr i32 widen(u32 sample) { return i32(sample >> 6); }
+  static u16x8 widen_vector(u16x8 samples) { return samples >> 6; }
 };
+
+// The row of a quantisation error in a distribution table that has so many.
+template <class P>
+constexpr i32 distribution_row_of(P precision, i32 error, u32 row_count) {
+  return std::clamp(precision.row_error(error) + 255, 0, i32(row_count) - 1);
+}
+
+// What the row of a quantisation error / 4 leaves of it, and to which pixels ahead it goes.
+struct carry_digits {
+  i32 third = 0, fourth = 0;
+};
+constexpr carry_digits carry_of(i32 error) { return {error % 4 - error % 2, error % 2}; }
 
 // 16-bit samples bring 10-bit precision with them.
 constexpr u32 ed_adjust_flags(u32 flags) { return has(flags, VRK_IN16) ? flags | VRK_PREC10 : flags; }
