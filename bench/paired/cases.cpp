@@ -158,6 +158,11 @@ const std::vector<std::pair<work, unsigned>>& hard_cases() {
     cases.emplace_back(curves_work("curves 6 x 8", 6), usual_width);
     cases.emplace_back(curves_work("curves 1 x 8", 1), usual_width);
     cases.emplace_back(curves_work("curves 4 x 16", 4, VRK_IN16 | VRK_OUT16), usual_width);
+    for (const unsigned width : {1u, 64u, usual_width}) {
+      cases.emplace_back(preprocessor_work("pre-processor, composed", VRK_COMPOSE), width);
+      cases.emplace_back(preprocessor_work("pre-processor, step by step", 0), width);
+    }
+    cases.emplace_back(preprocessor_work("pre-processor, 8 to 16 bits", VRK_OUT16), usual_width);
     return cases;
   }();
   return all;

@@ -41,6 +41,7 @@ work diffusion_work(const std::string& name, unsigned planes, std::uint32_t flag
 work dither_work(const std::string& name, unsigned planes, std::uint32_t flags, const kit::dither_table& table);
 work curves_work(const std::string& name, unsigned planes = 4, std::uint32_t flags = 0);
 work preprocessor_creation_work(const std::string& name);
+work preprocessor_work(const std::string& name, std::uint32_t flags);
 
 // RGB to four packed planes: the second converter, then error diffusion at 8-10 bits.
 work page_work(const std::string& name);
