@@ -11,11 +11,12 @@ dll_packages = g++-mingw-w64-i686-posix llvm-14
 win32_packages = $(dll_packages) googletest clang-14 lld-14
 profile_packages = argyll icc-profiles-free libgs-common
 proof_packages = python3-numpy python3-pil python3-scipy python3-skimage
+aarch64_packages = g++-aarch64-linux-gnu qemu-user googletest
 bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev libgutenprint-dev
 program_peers = argyll ffmpeg
 build = cmake --preset $(1) >/dev/null && cmake --build --preset $(1)
 
-.PHONY: demo test test-queue sanitize win32 compare benchmarks bench bench-rows bench-programs speed bench32 check-link check-proof check-calibrate dist check-dist check-format clean
+.PHONY: demo test test-queue sanitize win32 aarch64 compare benchmarks bench bench-rows bench-programs speed bench32 check-link check-proof check-calibrate dist check-dist check-format clean
 
 demo: # prints the built-in sample page and shows the paths of the pictures
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -41,6 +42,11 @@ win32: # builds the DLL for 32-bit Windows and runs its tests under Wine
 	@scripts/packages $(build_packages) $(win32_packages)
 	@$(call build,win32)
 	@ctest --preset win32
+
+aarch64: # builds the library for 64-bit ARM, which has no vector kernels, and runs its tests under qemu
+	@scripts/packages $(build_packages) $(aarch64_packages)
+	@$(call build,aarch64)
+	@ctest --preset aarch64
 
 BUILDS = build/release build/sanitize build/win32
 compare: # the same bytes from the builds that the three targets above made

@@ -1,4 +1,4 @@
-# Packages that Debian has for 32-bit Windows as source only: find_package builds them along with the project.
+# Packages that Debian has for other systems as source only: find_package builds them along with the project.
 include(FetchContent)
 set(FETCHCONTENT_SOURCE_DIR_GTEST /usr/src/googletest)
 set(BUILD_GMOCK OFF)
