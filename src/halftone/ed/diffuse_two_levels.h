@@ -14,30 +14,21 @@
 namespace vrk {
 
 // Entries lie as in the error lines: pixel by pixel from left to right, planes of a pixel side by side.
-template <int planes>
 struct line_piece {
-  static constexpr int entries = 192, pixels = entries / planes;
+  static constexpr int entries = 192;
   static constexpr int pattern = 48;  // entries after which planes and vectors begin together again
-  static_assert(entries % pattern == 0 && pattern % planes == 0 && pattern % 16 == 0);
+  static_assert(entries % pattern == 0 && pattern % (4 * 6) == 0 && pattern % 16 == 0);
+  static constexpr int pixels(int planes) { return entries / planes; }
 
   alignas(16) u16 value[entries];      // without what this line's pixels send; counted as the rows of errors are
   alignas(16) u16 threshold[entries];  // modulated; counted likewise
   alignas(16) u16 below[entries];      // what goes to the next line, two pixels back; raised
-  u8 level[planes][pixels];
+  u8 level[entries];                   // plane by plane
 };
 
-// Amounts on their way: one of the words of two_level_tables.h for every plane.
-template <class Word, int planes>
+// Amounts on their way: words of two_level_tables.h for every plane.
 struct amounts_sent {
-  Word of[planes];
-
-  explicit amounts_sent(const u16* raised) { std::fill_n(of, planes, nothing(raised)); }
-  static Word nothing(const u16* raised) {
-    Word word = 0;
-    for (u32 i = sizeof(Word) / sizeof(u16); i-- > 0;) word = Word(word << 16 | raised[i]);
-    return word;
-  }
-  bool none(const u16* raised) const { return std::count(of, of + planes, nothing(raised)) == planes; }
+  u64 ahead[plane_slots], below[plane_slots];
 };
 
 // What lies in a piece: whether all is zero, whether every sum of sample and error line lies within the bounds.
@@ -89,8 +80,8 @@ class value_vectors {
 };
 
 template <class W>
-[[gnu::noinline]] piece_content find_values(const two_level_tables& tables, const u8* samples, const i16* errors,
-                                            int count, u16* values) {
+piece_content find_values(const two_level_tables& tables, const u8* samples, const i16* errors, int count,
+                          u16* values) {
   using sample = typename W::sample;
   value_vectors<W> vectors(tables);
   int i = 0;
@@ -107,8 +98,7 @@ template <class W>
 
 // columns: of the matrix, for every pixel of the piece.
 template <int planes>
-[[gnu::noinline]] void find_thresholds(const u16x8* unmodulated, const i8* matrix_row, const u8* columns, int pixels,
-                                       line_piece<planes>& piece) {
+void find_thresholds(const u16x8* unmodulated, const i8* matrix_row, const u8* columns, int pixels, line_piece& piece) {
   i8 modulation[piece.entries];
   for (int i = 0; i < pixels; ++i) std::memcpy(modulation + i * planes, matrix_row + columns[i] * planes, planes);
   for (int i = 0; i < pixels * planes; i += piece.pattern) {
@@ -154,22 +144,24 @@ void keep_apart(T& value) {
 
 // The levels of a piece, in the direction of the scan, for `count` planes from plane `begin` on: as many as there are
 // registers for.
-template <class P, int begin, int count, int step, int planes, class Ahead>
-[[gnu::noinline]] void find_levels(const two_level_tables& tables, int pixels, line_piece<planes>& piece,
-                                   amounts_sent<Ahead, planes>& all_ahead, amounts_sent<u64, planes>& all_below) {
+template <class P, int planes, int begin, int count, int step>
+[[gnu::always_inline]] inline void find_levels_of_planes(const two_level_tables& tables, int pixels, line_piece& piece,
+                                                         amounts_sent& sent) {
   using rows = two_level_rows<P>;
+  using ahead_row = typename rows::ahead_row;
   const u8* const amounts = tables.rows.get();
   [&]<std::size_t... p>(std::index_sequence<p...>) {
-    Ahead ahead[count]{all_ahead.of[begin + p]...};
-    u64 below[count]{all_below.of[begin + p]...};
+    ahead_row ahead[count]{ahead_row(sent.ahead[begin + p])...};
+    u64 below[count]{sent.below[begin + p]...};
     const u32 full[count]{tables.full[begin + p]...};
     std::ptrdiff_t pixel = step > 0 ? 0 : pixels - 1;
     for (int left = pixels; left != 0; --left, pixel += step) {
-      const auto diffuse = [&](auto plane, Ahead& own_ahead, u64& own_below, u32 own_full) {
+      const auto diffuse = [&](auto plane, ahead_row& own_ahead, u64& own_below, u32 own_full) {
         const std::ptrdiff_t at = pixel * planes + begin + plane;
+        u8& level = piece.level[(begin + plane) * piece.pixels(planes) + pixel];
         const std::size_t value = add_value(u16(own_ahead), piece.value[at]);
-        const std::size_t error = quantise(value, own_full, piece.threshold[at], piece.level[begin + plane][pixel]);
-        Ahead sent_ahead = Ahead(own_ahead >> 16) + rows::ahead(amounts, error);
+        const std::size_t error = quantise(value, own_full, piece.threshold[at], level);
+        ahead_row sent_ahead = ahead_row(own_ahead >> 16) + rows::ahead(amounts, error);
         keep_apart(sent_ahead);
         own_ahead = sent_ahead;
         u64 sent_below = (own_below >> 16) + rows::below(amounts, error);
@@ -180,97 +172,68 @@ template <class P, int begin, int count, int step, int planes, class Ahead>
       };
       (diffuse(std::integral_constant<int, int(p)>{}, ahead[p], below[p], full[p]), ...);
     }
-    ((all_ahead.of[begin + p] = ahead[p], all_below.of[begin + p] = below[p]), ...);
+    ((sent.ahead[begin + p] = ahead[p], sent.below[begin + p] = below[p]), ...);
   }
   (std::make_index_sequence<count>{});
 }
 
-// The same where values may lie anywhere. step: +1 or -1.
-template <class W, int planes, class Ahead>
-[[gnu::noinline]] void find_levels_of_any(const two_level_tables& tables, const u8* samples, const i16* errors,
-                                          int pixels, int step, line_piece<planes>& piece,
-                                          amounts_sent<Ahead, planes>& ahead, amounts_sent<u64, planes>& below) {
-  using rows = two_level_rows<typename W::precision>;
-  using sample = typename W::sample;
+template <class P, int planes, int step>
+void find_levels(const two_level_tables& tables, int pixels, line_piece& piece, amounts_sent& sent) {
+  if constexpr (planes == 6) {
+    find_levels_of_planes<P, planes, 0, 3, step>(tables, pixels, piece, sent);
+    find_levels_of_planes<P, planes, 3, 3, step>(tables, pixels, piece, sent);
+  } else {
+    find_levels_of_planes<P, planes, 0, planes, step>(tables, pixels, piece, sent);
+  }
+}
+
+// The same where values may lie anywhere. errors: the piece's error line.
+template <class P>
+void find_levels_of_any(const two_level_tables& tables, const i16* errors, int planes, int pixels, int step,
+                        line_piece& piece, amounts_sent& sent) {
+  using rows = two_level_rows<P>;
   std::ptrdiff_t pixel = step > 0 ? 0 : pixels - 1;
   for (int left = pixels; left != 0; --left, pixel += step) {
     for (int p = 0; p < planes; ++p) {
       const std::ptrdiff_t at = pixel * planes + p;
-      const i32 error = i16(u16(errors[at] + u16(ahead.of[p]) - tables.ahead_raised[0]));
-      const i32 value = W::widen(load_sample<sample>(samples + at * std::ptrdiff_t(sizeof(sample)))) + error;
-      const i32 nearest = std::clamp(value, -rows::first, rows::first - 1 + tables.full[p]);
-      const std::size_t row =
-          quantise(std::size_t(nearest + rows::first), tables.full[p], piece.threshold[at], piece.level[p][pixel]);
-      ahead.of[p] = Ahead(ahead.of[p] >> 16) + rows::ahead(tables.rows.get(), row);
-      below.of[p] = (below.of[p] >> 16) + rows::below(tables.rows.get(), row);
-      piece.below[at] = u16(below.of[p]);
+      const i32 sample = u16(piece.value[at] - (rows::first - tables.ahead_raised[0]) - errors[at]);
+      const i32 error = i16(u16(errors[at] + u16(sent.ahead[p]) - tables.ahead_raised[0]));
+      const i32 nearest = std::clamp(sample + error, -rows::first, rows::first - 1 + tables.full[p]);
+      u8& level = piece.level[p * piece.pixels(planes) + pixel];
+      const std::size_t row = quantise(std::size_t(nearest + rows::first), tables.full[p], piece.threshold[at], level);
+      sent.ahead[p] = (sent.ahead[p] >> 16) + rows::ahead(tables.rows.get(), row);
+      sent.below[p] = (sent.below[p] >> 16) + rows::below(tables.rows.get(), row);
+      piece.below[at] = u16(sent.below[p]);
     }
   }
 }
 
+// What depends on widths, planes and direction.
+struct piece_methods {
+  int planes, step, sample_bytes, first, ahead_amounts;
+  decltype(&find_values<ed_widths<8, 8>>) values;
+  decltype(&find_thresholds<1>) thresholds;
+  decltype(&find_levels<ed_precision<8>, 1, 1>) levels;
+  decltype(&find_levels_of_any<ed_precision<8>>) levels_of_any;
+};
+
+void diffuse_pieces(const piece_methods& methods, ed_handle& h, const u8* src);
+
 // As diffuse_line.
 template <class W, int planes, int step>
 void diffuse_two_levels(ed_handle& h, const u8* src) {
-  using offset = std::ptrdiff_t;
-  using rows = two_level_rows<typename W::precision>;
-  const two_level_tables& tables = h.two_levels;
-  const offset width = h.block_width;
-  constexpr offset across = planes * step;
-  const offset block = (offset(h.block_x) + guard_columns) * planes;
-  i16* const here = h.error_line[step > 0 ? 0 : 1].get() + block;
-  i16* const below = h.error_line[step > 0 ? 1 : 0].get() + block;
-  const u8* const matrix_column = h.matrix_column.get() + h.block_x;
-  const tile& matrix = h.header.matrix;
-  const i8* const matrix_row = h.modulation.get() + offset(matrix.row_of(h.line_counter) * matrix.width) * planes;
-  u8* const level_line = h.level_line.get();
-
-  line_piece<planes> piece;
-  u16x8 unmodulated[piece.pattern / 8];
-  for (int i = 0; i < piece.pattern; ++i) unmodulated[i / 8][i % 8] = u16(tables.threshold[i % planes] + rows::first);
-  amounts_sent<typename rows::ahead_row, planes> sent_ahead(tables.ahead_raised);
-  amounts_sent<typename rows::below_row, planes> sent_below(tables.below_raised);
-
-  for (offset done = 0; done < width;) {
-    const int pixels = int(std::min<offset>(piece.pixels, width - done)), entries = pixels * planes;
-    const offset first = step > 0 ? done : width - done - pixels;
-    done += pixels;
-    const u8* const samples = src + first * planes * offset(sizeof(typename W::sample));
-    const i16* const errors = here + first * planes;
-    const piece_content content = find_values<W>(tables, samples, errors, entries, piece.value);
-    if (content.blank && sent_ahead.none(tables.ahead_raised) && sent_below.none(tables.below_raised)) {
-      for (int p = 0; p < planes; ++p) std::memset(level_line + offset(p) * h.width + first, 0, std::size_t(pixels));
-      continue;
-    }
-    find_thresholds(unmodulated, matrix_row, matrix_column + first, pixels, piece);
-    if (!content.inside) {
-      find_levels_of_any<W>(tables, samples, errors, pixels, step, piece, sent_ahead, sent_below);
-    } else if constexpr (planes == 6) {
-      find_levels<typename W::precision, 0, 3, step>(tables, pixels, piece, sent_ahead, sent_below);
-      find_levels<typename W::precision, 3, 3, step>(tables, pixels, piece, sent_ahead, sent_below);
-    } else {
-      find_levels<typename W::precision, 0, planes, step>(tables, pixels, piece, sent_ahead, sent_below);
-    }
-    i16* const reached = below + first * planes - 2 * across;
-    for (int i = 0; i < entries; ++i) reached[i] = i16(u16(reached[i]) + piece.below[i] - tables.below_raised[0]);
-    for (int p = 0; p < planes; ++p) {
-      std::memcpy(level_line + offset(p) * h.width + first, piece.level[p], std::size_t(pixels));
-    }
-  }
-
-  std::memset(here, 0, std::size_t(width) * planes * sizeof(i16));  // the block's errors are used up
-  // What is still on its way goes to the columns beyond the block, and below its last two.
-  const offset next = step > 0 ? width * planes : -planes;
-  for (int p = 0; p < planes; ++p) {
-    const auto arrive = [&](i16& entry, u64 word, int i, const u16* raised) {
-      entry = i16(u16(entry) + u16(word >> 16 * i) - raised[i]);
-    };
-    for (int i = 0; i < int(sizeof(typename rows::ahead_row) / sizeof(u16)); ++i) {
-      arrive(here[next + p + i * across], sent_ahead.of[p], i, tables.ahead_raised);
-    }
-    for (int i = 1; i < 3; ++i) {
-      arrive(below[next + p + (i - 3) * across], sent_below.of[p], i, tables.below_raised);
-    }
-  }
+  using P = typename W::precision;
+  using rows = two_level_rows<P>;
+  static constexpr piece_methods methods{planes,
+                                         step,
+                                         sizeof(typename W::sample),
+                                         rows::first,
+                                         sizeof(typename rows::ahead_row) / sizeof(u16),
+                                         find_values<W>,
+                                         find_thresholds<planes>,
+                                         find_levels<P, planes, step>,
+                                         find_levels_of_any<P>};
+  diffuse_pieces(methods, h, src);
 }
 
 }  // namespace vrk
