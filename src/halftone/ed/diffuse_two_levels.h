@@ -11,6 +11,10 @@
 #include "halftone/ed/ed_widths.h"
 #include "halftone/ed/vectors.h"
 
+#if defined(__i386__) && defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace vrk {
 
 // Entries lie as in the error lines: pixel by pixel from left to right, planes of a pixel side by side.
@@ -136,11 +140,41 @@ inline std::size_t quantise(std::size_t value, u32 full, const u16& threshold, u
   return error;
 }
 
-// So that a value is kept in a register by itself, not as part of a vector.
-template <class T>
-void keep_apart(T& value) {
-  asm("" : "+r"(value));
-}
+// One of the words of two_level_tables.h. It stays in a register by itself, not as part of a vector with its sisters.
+template <class Word>
+class word_on_its_way {
+ public:
+  explicit word_on_its_way(u64 word) : word_(Word(word)) {}
+  u64 word() const { return word_; }
+  u16 arriving() const { return u16(word_); }
+  void send(Word amounts) {
+    Word sum = Word(word_ >> 16) + amounts;
+    asm("" : "+r"(sum));
+    word_ = sum;
+  }
+
+ private:
+  Word word_;
+};
+
+#if defined(__i386__) && defined(__SSE2__)
+// General registers are half as long and too few.
+template <>
+class word_on_its_way<u64> {
+ public:
+  explicit word_on_its_way(u64 word) : word_(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(&word))) {}
+  u64 word() const {
+    u64 word;
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(&word), word_);
+    return word;
+  }
+  u16 arriving() const { return u16(_mm_cvtsi128_si32(word_)); }
+  void send(u64 amounts) { word_ = _mm_add_epi16(_mm_srli_epi64(word_, 16), word_on_its_way(amounts).word_); }
+
+ private:
+  __m128i word_;
+};
+#endif
 
 // The levels of a piece, in the direction of the scan, for `count` planes from plane `begin` on: as many as there are
 // registers for.
@@ -151,28 +185,24 @@ template <class P, int planes, int begin, int count, int step>
   using ahead_row = typename rows::ahead_row;
   const u8* const amounts = tables.rows.get();
   [&]<std::size_t... p>(std::index_sequence<p...>) {
-    ahead_row ahead[count]{ahead_row(sent.ahead[begin + p])...};
-    u64 below[count]{sent.below[begin + p]...};
+    word_on_its_way<ahead_row> ahead[count]{word_on_its_way<ahead_row>(sent.ahead[begin + p])...};
+    word_on_its_way<u64> below[count]{word_on_its_way<u64>(sent.below[begin + p])...};
     const u32 full[count]{tables.full[begin + p]...};
     std::ptrdiff_t pixel = step > 0 ? 0 : pixels - 1;
     for (int left = pixels; left != 0; --left, pixel += step) {
-      const auto diffuse = [&](auto plane, ahead_row& own_ahead, u64& own_below, u32 own_full) {
+      const auto diffuse = [&](auto plane, auto& own_ahead, auto& own_below, u32 own_full) {
         const std::ptrdiff_t at = pixel * planes + begin + plane;
         u8& level = piece.level[(begin + plane) * piece.pixels(planes) + pixel];
-        const std::size_t value = add_value(u16(own_ahead), piece.value[at]);
+        const std::size_t value = add_value(own_ahead.arriving(), piece.value[at]);
         const std::size_t error = quantise(value, own_full, piece.threshold[at], level);
-        ahead_row sent_ahead = ahead_row(own_ahead >> 16) + rows::ahead(amounts, error);
-        keep_apart(sent_ahead);
-        own_ahead = sent_ahead;
-        u64 sent_below = (own_below >> 16) + rows::below(amounts, error);
-        keep_apart(sent_below);
-        own_below = sent_below;
-        piece.below[at] = u16(sent_below);
+        own_ahead.send(rows::ahead(amounts, error));
+        own_below.send(rows::below(amounts, error));
+        piece.below[at] = own_below.arriving();
         asm("" : "+m"(piece.below[at]));
       };
       (diffuse(std::integral_constant<int, int(p)>{}, ahead[p], below[p], full[p]), ...);
     }
-    ((sent.ahead[begin + p] = ahead[p], sent.below[begin + p] = below[p]), ...);
+    ((sent.ahead[begin + p] = ahead[p].word(), sent.below[begin + p] = below[p].word()), ...);
   }
   (std::make_index_sequence<count>{});
 }
