@@ -63,7 +63,7 @@
  * STACK. A call uses less than:
  *     vrk_xform_csc1, vrk_xform_csc2, vrk_exec_dither, vrk_exec_ditherx  8 KiB
  *     vrk_xform_postproc                                                 4 KiB
- *     vrk_xform_preproc, vrk_xform_preproc2, vrk_exec_ed, vrk_exec_edx   3 KiB
+ *     vrk_exec_ed, vrk_exec_edx                                          3 KiB
  *     every other function                                               2 KiB
  *
  * PROCESSORS. On x86 the library uses SSE2 instructions, which the processor must have. Create calls find out whether it
@@ -258,7 +258,8 @@ VRK_API uint32_t VRK_CALL vrk_log_rank(uint32_t blob_size, const void *blob, vrk
  * use_rgb_curves  non-zero: `rgb_curves` is a curve image with three curves, R, G, B
  *                 Curve images: version at most "001z"; entries count by their top 10 bits.
  * flags           VRK_OUT16: 16-bit output. VRK_MID10: 10-bit tables with 8-bit output. VRK_COMPOSE: the results of
- *                 MID10 by one table a channel, the fastest form. VRK_IN16 is not supported here and is cleared.
+ *                 MID10, in a larger handle and no faster: all handles keep one table a channel. VRK_IN16 is not
+ *                 supported here and is cleared.
  *
  * Without OUT16, MID10 and COMPOSE every step hands on 8 bits. With any of them the first step widens to 10 bits, and
  * the output is the last step's value, narrowed or widened; without any step, it is the input.

@@ -5,93 +5,37 @@
 #include <bit>
 #include <cstring>
 
-#include "base/curve_image.h"
 #include "base/rgb_layout.h"
 #include "base/rows.h"
 
 namespace vrk {
 
-void preproc_walk(const preproc_handle& handle, u32 channel, std::span<u16> values) {
-  const bool wide = preproc_is_wide(handle.flags);
-  bool is_10_bits = false;
-  // by_10_bits: the table is entered by 10-bit values. shift: from its entries to the values it hands on.
-  const auto apply = [&](const u16* table, bool by_10_bits, int shift) {
-    const bool widen = by_10_bits && !is_10_bits;
-    for (u16& v : values) v = u16(table[widen ? rescale<8, 10>(v) : v] >> shift);
-    is_10_bits = wide;
-  };
-
-  const int curve_shift = wide ? 0 : 2;  // curves are always 10-bit tables
-  if (handle.balance) apply(&handle.balance[input_levels * channel], false, 0);
-  if (handle.lift) apply(&handle.lift[0], wide, 0);
-  if (handle.contrast) apply(&handle.contrast[0], wide, 0);
-  if (handle.rgb_curves) apply(&handle.rgb_curves[curve_image::entries * channel], true, curve_shift);
-  if (handle.curve) apply(&handle.curve[0], true, curve_shift);
-}
-
 namespace {
 
-// A run of fewer pixels is done sooner when the chain is walked for its own samples than for all input levels.
-constexpr u32 shortest_long_run = 192;
-
-// What a table of output samples is filled for.
-struct all_levels {
-  static constexpr u32 count = input_levels;
-  u32 operator[](u32 i) const { return i; }
-};
-struct levels_of_run {
-  const u8* samples;  // of one channel
-  u32 step, count;    // bytes from pixel to pixel; pixels, fewer than shortest_long_run
-  u32 operator[](u32 i) const { return samples[i * step]; }
-};
-
-// The output sample of every input level that a run has. A channel's output depends on that channel's input alone, so
-// no pixel needs the chain for itself, even where the handle does not hold it combined.
+// Of every input level without any stage.
 template <int out>
-struct output_levels {
-  using sample = sample_of<out>;
-  std::array<sample, input_levels> r, g, b;  // entries of levels that do not occur may not be set
+constexpr auto unchanged = [] {
+  std::array<sample_of<out>, input_levels> outputs{};
+  for (u32 i = 0; i < input_levels; ++i) outputs[i] = rescale<8, out>(i);
+  return outputs;
+}();
 
-  // Not inline: the kernels of all layouts share it.
-  __attribute__((noinline))
-  output_levels(const preproc_handle& handle, const rgb_layout& layout, const u8* src, u32 pixel_count) {
-    const auto fill = [&](u32 channel, u32 place, sample* samples) {
-      std::array<u16, input_levels> walked;
-      const auto walk = [&](auto levels) {
-        for (u32 i = 0; i < levels.count; ++i) walked[i] = u16(levels[i]);
-        preproc_walk(handle, channel, {walked.data(), levels.count});
-        set(samples, levels, walked.data(), handle.value_bits);
-      };
-      if (handle.combined) {
-        set(samples, all_levels{}, &handle.combined[input_levels * channel], handle.value_bits);
-      } else if (pixel_count < shortest_long_run) {
-        walk(levels_of_run{src + place, layout.samples, pixel_count});
-      } else {
-        walk(all_levels{});
-      }
-    };
-    fill(0, layout.r, r.data());
-    fill(1, layout.g, g.data());
-    fill(2, layout.b, b.data());
-  }
-
- private:
-  static void set(sample* samples, auto levels, const u16* values, u32 value_bits) {
-    const bool is_10_bits = value_bits == 10;
-    for (u32 i = 0; i < levels.count; ++i) {
-      samples[levels[i]] = is_10_bits ? rescale<10, out>(values[i]) : rescale<8, out>(values[i]);
-    }
-  }
+// Output samples of every input level.
+struct channel_outputs {
+  const u8 *r, *g, *b;
 };
 
 template <int out, rgb_layout L>
-void look_up_run(const output_levels<out>& levels, const u8* src, u32 pixel_count, u8* dst) {
+void look_up_run(channel_outputs outputs, const u8* src, u32 pixel_count, u8* dst) {
   using sample = sample_of<out>;
+  const auto output = [](const u8* of_channel, u8 level) {
+    return load_sample<sample>(of_channel + level * sizeof(sample));
+  };
   for (u32 left = pixel_count; left != 0; --left, src += L.samples, dst += L.samples * sizeof(sample)) {
     const u8 r = src[L.r], g = src[L.g], b = src[L.b];
-    store_sample(dst + L.r * sizeof(sample), levels.r[r]);
-    store_sample(dst + L.g * sizeof(sample), levels.g[g]);
-    store_sample(dst + L.b * sizeof(sample), levels.b[b]);
+    store_sample(dst + L.r * sizeof(sample), output(outputs.r, r));
+    store_sample(dst + L.g * sizeof(sample), output(outputs.g, g));
+    store_sample(dst + L.b * sizeof(sample), output(outputs.b, b));
     if constexpr (L.samples == 4) store_sample(dst + (6 - L.r - L.g - L.b) * sizeof(sample), sample{0});  // the pad
   }
 }
@@ -99,8 +43,10 @@ void look_up_run(const output_levels<out>& levels, const u8* src, u32 pixel_coun
 template <int out, u32 layout>
 void preproc_line(const preproc_handle& handle, const u8* src, const u8* mask, u32 pixel_count, u8* dst) {
   constexpr rgb_layout L = rgb_layouts[layout];
-  const output_levels<out> levels(handle, L, src, pixel_count);
-  if (mask == nullptr) return look_up_run<out, L>(levels, src, pixel_count, dst);
+  const auto* const without_stage = reinterpret_cast<const u8*>(unchanged<out>.data());
+  const u8* const first = handle.outputs ? handle.outputs.get() : without_stage;
+  const channel_outputs outputs{first, first + handle.channel_bytes, first + 2 * handle.channel_bytes};
+  if (mask == nullptr) return look_up_run<out, L>(outputs, src, pixel_count, dst);
 
   // In runs of pixels that are all blanked or all not, each within one byte of the mask.
   for (u32 at = 0, run; at != pixel_count; at += run) {
@@ -111,7 +57,7 @@ void preproc_line(const preproc_handle& handle, const u8* src, const u8* mask, u
     if (blank) {
       std::memset(dst, 0, dst_bytes);
     } else {
-      look_up_run<out, L>(levels, src, run, dst);
+      look_up_run<out, L>(outputs, src, run, dst);
     }
     src += run * L.samples;
     dst += dst_bytes;

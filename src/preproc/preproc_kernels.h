@@ -7,10 +7,6 @@
 
 namespace vrk {
 
-// Sends values of one channel (0 R, 1 G, 2 B), which come in as input levels, through the stages that the handle holds:
-// balance, lift, contrast, the channel's curve, the common curve. They come out with value_bits.
-void preproc_walk(const preproc_handle& handle, u32 channel, std::span<u16> values);
-
 using preproc_kernel = void(const preproc_handle& handle, const u8* src, const u8* mask, u32 pixel_count, u8* dst);
 
 struct preproc_row {
