@@ -50,17 +50,26 @@ namespace {
 // What is done at a time: 64 pixels.
 constexpr u32 step_pixels = 64, step_vecs = step_pixels / vec_bytes;
 
-// A row that is shorter than a vector is repeated, so that one can be read from each of its columns on.
-constexpr u32 repeated_row_bytes = 4 * vec_bytes;
+// Rows are copied where they are shorter than a vector, so that one can be read from each of their columns on. Where
+// there are many of them they are copied side by side: tables are often a power of two apart, and then a cache cannot
+// hold the same row of all of them.
+constexpr u32 row_copy_bytes = 160, many_intervals = 5;
 
-// Returns the width of the rows, a multiple of the matrix' width. Reads a vector of each row, whatever stands behind
-// it.
-inline u32 repeat_rows(const dither_stretch& at, u8* rows) {
+inline bool copies_rows(const dither_stretch& at) {
+  return at.width < vec_bytes || (at.intervals >= many_intervals && at.width + vec_bytes - 1 <= row_copy_bytes);
+}
+
+// Returns the width of the copies, a multiple of the matrix' width. Reads whole vectors, whatever stands behind a row.
+inline u32 copy_rows(const dither_stretch& at, u8* rows) {
   const u32 width = (vec_bytes + at.width - 1) / at.width * at.width, end = width + vec_bytes - 1;
   const u32 repeat = 2 * at.width <= vec_bytes ? 2 * at.width : at.width;
-  for (u32 j = 0; j < at.intervals; ++j, rows += repeated_row_bytes) {
-    const vec row = load(at.thresholds + j * at.table_bytes);
-    for (u32 i = 0; i < end; i += repeat) store(rows + i, row);
+  for (u32 j = 0; j < at.intervals; ++j, rows += row_copy_bytes) {
+    const u8* const row = at.thresholds + j * at.table_bytes;
+    if (at.width < vec_bytes) {
+      for (u32 i = 0; i < end; i += repeat) store(rows + i, load(row));
+    } else {
+      for (u32 i = 0; i < end; i += vec_bytes) store(rows + i, load(row + i));
+    }
   }
   return width;
 }
@@ -106,9 +115,9 @@ inline void dither_step(const u8* samples, threshold_place& place, u32 intervals
 template <dither_packing packing>
 void dither_stretch_of(const dither_stretch& at) {
   constexpr u32 most_intervals = (1u << packing.bits) - 1, step_bytes = step_pixels / 8 * packing.bits;
-  u8 rows[most_intervals * repeated_row_bytes];
+  u8 rows[most_intervals * row_copy_bytes];
   threshold_place place{at.thresholds, at.table_bytes, at.width, at.column};
-  if (at.width < vec_bytes) place = {rows, repeated_row_bytes, repeat_rows(at, rows), at.column};
+  if (copies_rows(at)) place = {rows, row_copy_bytes, copy_rows(at, rows), at.column};
 
   const u8* samples = at.samples;
   u8* out = at.out;
