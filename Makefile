@@ -43,7 +43,7 @@ win32: # builds the DLL for 32-bit Windows and runs its tests under Wine
 	@$(call build,win32)
 	@ctest --preset win32
 
-aarch64: # builds the library for 64-bit ARM, which has no vector kernels, and runs its tests under qemu
+aarch64: # builds the library for 64-bit ARM, without the kernels that are for x86 alone, and runs its tests under qemu
 	@scripts/packages $(build_packages) $(aarch64_packages)
 	@$(call build,aarch64)
 	@ctest --preset aarch64

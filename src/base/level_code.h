@@ -1,7 +1,7 @@
-// Kernels of the higher levels stand in files of their own, between these two lines and in a namespace of their level.
-// What stands before is compiled for the base level, whichever kernel it goes into, so the linker, which keeps one copy
-// of an inline function, cannot keep one that some processor does not understand. No lambdas in between: not every
-// compiler compiles these for the level of the function around them.
+// Kernels of the higher levels stand in files of their own, between VRK_BEGIN_LEVEL and VRK_END_LEVEL and in a
+// namespace of their level. What stands before is compiled for the base level, whichever kernel it goes into, so the
+// linker, which keeps one copy of an inline function, cannot keep one that some processor does not understand. No
+// lambdas in between: not every compiler compiles these for the level of the function around them.
 #pragma once
 
 #if defined(__x86_64__) || defined(__i386__)
