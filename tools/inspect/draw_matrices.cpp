@@ -4,7 +4,7 @@
 #include "kit/planes.h"
 #include "kit/read_tables.h"
 #include "tools/inspect/line_drawing.h"
-#include "tools/review/report_spectrum.h"
+#include "tools/review/measure/spectrum.h"
 
 namespace vrk::tool {
 namespace {
@@ -49,13 +49,13 @@ constexpr unsigned patch = 2 * spectrum_window;
 // The tile repeated, each value by `ink`.
 template <class Ink>
 named_line spectrum_of(const std::string& name, const tile& of, const Ink& ink) {
-  pattern dots{patch, patch, {}};
+  ink_plane dots{patch, patch, {}};
   for (unsigned y = 0; y < patch; ++y) {
     for (unsigned x = 0; x < patch; ++x) {
       dots.ink.push_back(float(ink(of.values[std::size_t{y % of.height} * of.width + x % of.width])));
     }
   }
-  const std::vector<double> power = radial_power(dots);
+  const std::vector<double> power = radial_power(spectrum_of(dots));
   named_line line{name, {}};
   for (std::size_t i = 1; i < power.size(); ++i) {
     line.points.push_back({double(i) / spectrum_window, decibels(power[i])});

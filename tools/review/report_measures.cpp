@@ -29,8 +29,8 @@ tone_errors measure_tones(const halftone_choice& choice, const report_options& o
 }
 
 // Error diffusion takes some pixels to reach its tone: its patch is cut out of a larger one.
-pattern settled(const pattern& patch, unsigned margin) {
-  pattern inner{patch.width - 2 * margin, patch.height - margin, {}};
+ink_plane settled(const ink_plane& patch, unsigned margin) {
+  ink_plane inner{patch.width - 2 * margin, patch.height - margin, {}};
   for (unsigned y = margin; y < patch.height; ++y) {
     const auto row = patch.ink.begin() + std::ptrdiff_t{y} * patch.width;
     inner.ink.insert(inner.ink.end(), row + margin, row + (patch.width - margin));
@@ -46,8 +46,9 @@ double share_of_dots(unsigned tone, unsigned levels) {
 tone_spectrum measure_spectrum(const halftone_choice& choice, const report_options& options, unsigned tone) {
   const unsigned side = whole_tiles(choice, spectrum_side);
   const auto by = make_halftone(choice, 1, options.levels, options.noise, side, ed_precision::samples16);
-  const pattern patch = flat_patch(*by, side, side, tone, 16);
-  return {tone, share_of_dots(tone, options.levels), radial_power(choice.dither ? patch : settled(patch, 64))};
+  const ink_plane patch = flat_patch(*by, side, side, tone, 16);
+  return {tone, share_of_dots(tone, options.levels),
+          radial_power(spectrum_of(choice.dither ? patch : settled(patch, 64)))};
 }
 
 }  // namespace

@@ -4,7 +4,8 @@
 #include <vector>
 
 #include "tools/review/halftone_choices.h"
-#include "tools/review/report_spectrum.h"
+#include "tools/review/measure/spectrum.h"
+#include "tools/review/report_patch.h"
 
 namespace vrk::tool {
 

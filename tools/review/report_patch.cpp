@@ -1,21 +1,17 @@
 #include "tools/review/report_patch.h"
 
-#include <numeric>
-
 #include "tools/print/dots.h"
 
 namespace vrk::tool {
 
-double pattern::mean() const { return std::accumulate(ink.begin(), ink.end(), 0.0) / double(ink.size()); }
-
-pattern flat_patch(halftone& by, unsigned width, unsigned height, unsigned tone, unsigned bits) {
+ink_plane flat_patch(halftone& by, unsigned width, unsigned height, unsigned tone, unsigned bits) {
   const std::vector<std::uint8_t> bytes(width, std::uint8_t(tone));
   const std::vector<std::uint16_t> words(width, std::uint16_t(tone * 257));
   const void* const line = bits == 16 ? static_cast<const void*>(words.data()) : bytes.data();
 
   dots row(by.planes(), width);
   std::vector<std::uint8_t> packed(by.output_bytes());
-  pattern patch{width, height, {}};
+  ink_plane patch{width, height, {}};
   patch.ink.reserve(std::size_t{width} * height);
   for (unsigned y = 0; y < height; ++y) {
     by.run(line, packed.data());
