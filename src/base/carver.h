@@ -8,7 +8,14 @@
 
 #include "base/integers.h"
 
-#ifdef __SANITIZE_ADDRESS__
+#if defined(__SANITIZE_ADDRESS__)
+#define VRK_WATCHED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define VRK_WATCHED 1
+#endif
+#endif
+#ifdef VRK_WATCHED
 #include <sanitizer/asan_interface.h>
 #endif
 
@@ -16,7 +23,7 @@ namespace vrk {
 
 // Builds with the address sanitizer watch what was not handed out of a handle: the gaps between its pieces and the rest
 // behind the last one. An access there ends the program.
-#ifdef __SANITIZE_ADDRESS__
+#ifdef VRK_WATCHED
 inline void watch_memory(void* at, u64 bytes) { ASAN_POISON_MEMORY_REGION(at, bytes); }
 inline void unwatch_memory(void* at, u64 bytes) { ASAN_UNPOISON_MEMORY_REGION(at, bytes); }
 #else

@@ -18,7 +18,12 @@ cpu_level level_of_processor();
 // One entry for each level. A level that is not named has the entry of the one below.
 template <class T>
 struct by_level {
-  T base, sse41 = base, avx2 = sse41;
+  T base{}, sse41{}, avx2{};
+
+  constexpr by_level() = default;
+  constexpr by_level(T of_all) : by_level(of_all, of_all) {}
+  constexpr by_level(T of_base, T above) : by_level(of_base, above, above) {}
+  constexpr by_level(T of_base, T of_sse41, T of_avx2) : base(of_base), sse41(of_sse41), avx2(of_avx2) {}
 
   constexpr T operator[](cpu_level level) const {
     return level == cpu_level::avx2 ? avx2 : level == cpu_level::sse41 ? sse41 : base;

@@ -59,9 +59,9 @@ consteval bool holds_for_all_csc_widths(Works works) {
 // A family's table: the rows that `rows_of.operator()<W>()` has for each of the widths.
 template <class RowsOf>
 consteval auto rows_of_all_csc_widths(RowsOf rows_of) {
-  constexpr std::size_t per_widths = rows_of.template operator()<all_csc_widths[0]>().size();
-  using row = typename decltype(rows_of.template operator()<all_csc_widths[0]>())::value_type;
-  std::array<row, per_widths * all_csc_widths.size()> rows{};
+  using rows_of_one = decltype(rows_of.template operator()<all_csc_widths[0]>());
+  constexpr std::size_t per_widths = std::tuple_size_v<rows_of_one>;
+  std::array<typename rows_of_one::value_type, per_widths * all_csc_widths.size()> rows{};
   [&]<std::size_t... i>(std::index_sequence<i...>) {
     (std::ranges::copy(rows_of.template operator()<all_csc_widths[i]>(), rows.begin() + i * per_widths), ...);
   }

@@ -74,7 +74,8 @@ void dither_plane_kernel(const dither_plane_line& line) {
   for (u32 left = line.pixels / pixels_per_byte; left != 0;) {
     const u32 straight = whole_bytes ? left : std::min(left, (width - column) / pixels_per_byte);
     left -= straight;
-    for (const u8* const end = out + straight; out != end;) {
+    const u8* const end = out + straight;
+    while (out != end) {
       u32 packed = 0;
       for (u32 i = 0; i < pixels_per_byte; ++i, src += src_step) {
         packed = appended(packed, src, column + i);
@@ -105,18 +106,18 @@ constexpr dither_row row_of = {
     packing, dither_plane_kernel<8, packing>, dither_plane_kernel<16, packing>, {nullptr}, 0};
 
 constexpr std::array<dither_row, 12> rows{{
-    stretching_row_of<{1, fits}, 32>,
-    stretching_row_of<{2, fits}, 48>,
-    stretching_row_of<{4, fits}, 128>,
-    stretching_row_of<{2, fits, k_code::low_first}, 48>,
-    stretching_row_of<{2, fits, k_code::high_first}, 48>,
-    row_of<{1, ors}>,
-    row_of<{2, ors}>,
-    row_of<{4, ors}>,
-    row_of<{1, adds}>,
-    row_of<{2, adds}>,
-    row_of<{4, adds}>,
-    row_of<{8, fits}>,
+    stretching_row_of<dither_packing{1, fits}, 32>,
+    stretching_row_of<dither_packing{2, fits}, 48>,
+    stretching_row_of<dither_packing{4, fits}, 128>,
+    stretching_row_of<dither_packing{2, fits, k_code::low_first}, 48>,
+    stretching_row_of<dither_packing{2, fits, k_code::high_first}, 48>,
+    row_of<dither_packing{1, ors}>,
+    row_of<dither_packing{2, ors}>,
+    row_of<dither_packing{4, ors}>,
+    row_of<dither_packing{1, adds}>,
+    row_of<dither_packing{2, adds}>,
+    row_of<dither_packing{4, adds}>,
+    row_of<dither_packing{8, fits}>,
 }};
 
 // mix: null for the general kernel. coded: K of three levels under k_code3.
@@ -128,7 +129,7 @@ constexpr u32 row_for(const dither_mix* mix, u32 bits, u32 level_count, bool cod
 
 static_assert([] {
   const auto served = [](const dither_mix* mix, u32 bits, bool k) {
-    for (const u32 level_count : {2, 3, 4, 5, 16, 17, 255}) {
+    for (const u32 level_count : {2u, 3u, 4u, 5u, 16u, 17u, 255u}) {
       if (row_for(mix, bits, level_count, k && level_count == 3) == rows.size()) return false;
     }
     return true;
