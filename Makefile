@@ -16,7 +16,7 @@ bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev l
 program_peers = argyll ffmpeg
 build = cmake --preset $(1) >/dev/null && cmake --build --preset $(1)
 
-.PHONY: demo test test-queue sanitize win32 aarch64 compare benchmarks bench bench-rows bench-programs speed bench32 check-link check-proof check-calibrate dist check-dist check-format clean
+.PHONY: demo test test-queue sanitize win32 aarch64 compare benchmarks bench bench-rows bench-programs speed bench32 check-link check-proof check-calibrate dist check-dist check-scripts check-format clean
 
 demo: # prints the built-in sample page and shows the paths of the pictures
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -114,6 +114,10 @@ dist: # packs out/dist: a zip for 32-bit Windows, a tar.gz and two Debian packag
 check-dist: dist # unpacks out/dist and builds and runs programs with what is there
 	@scripts/packages $(win32_packages)
 	@tests/dist_test.sh out/dist
+
+check-scripts: # fails when shellcheck finds fault with a shell script; .shellcheckrc says what it is not asked
+	@scripts/packages shellcheck
+	@git ls-files '*.sh' .ci scripts | xargs grep -lE '^#!.*sh$$|^# shellcheck shell=' | xargs shellcheck
 
 check-format: # fails when a source file is not formatted as .clang-format says
 	@scripts/packages clang-format-14

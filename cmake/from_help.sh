@@ -23,7 +23,7 @@ page() { # NAME HELP_OPTION TEXT OTHERS...: the text comes first, the others are
   printf '[see also]\n' >"$share/include"
   for other in "$@"; do printf '.BR %s (1)\n' "$other" >>"$share/include"; done
   "$help2man" --no-info --version-string="$version" --name="$text" --help-option="$option" --include="$share/include" \
-    "$vrk" | sed -e "s/^\.TH VRK /.TH $(echo "$name" | tr a-z A-Z) /" -e "s/^vrk \\\\- /$name \\\\- /" \
+    "$vrk" | sed -e "s/^\.TH VRK /.TH $(echo "$name" | tr '[:lower:]' '[:upper:]') /" -e "s/^vrk \\\\- /$name \\\\- /" \
     -e '/^\.SH EXAMPLES/,/^\.PP/{s/^\.IP$/.IP\n.nf/;s/^\.PP$/.fi\n.PP/}' >"$pages/$name.1"
   rm "$share/include"
 }
@@ -33,4 +33,5 @@ for command in $commands; do
   page "vrk-$command" "$command --help" "$text" vrk
   others="$others vrk-$command"
 done
+# shellcheck disable=SC2086 # several names
 page vrk --help "$("$vrk" --help | sed 's/^vrk: //;q')" $others

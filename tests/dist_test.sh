@@ -31,7 +31,7 @@ for root in vrk-*-linux-* debian/usr; do
   grep -q '^\.TH VRK ' "$root/share/man/man1/vrk.1"
   "$root/bin/vrk" completion bash | cmp - "$root/share/bash-completion/completions/vrk"
   for page in print demo tables inspect link chart calibrate compare report; do
-    grep -q "^\.TH VRK-$(echo $page | tr a-z A-Z) " "$root/share/man/man1/vrk-$page.1"
+    grep -q "^\.TH VRK-$(echo $page | tr '[:lower:]' '[:upper:]') " "$root/share/man/man1/vrk-$page.1"
     grep -q '^\.SH EXAMPLES' "$root/share/man/man1/vrk-$page.1"
   done
   test -s "$root/share/zsh/vendor-completions/_vrk" -a -s "$root/share/fish/vendor_completions.d/vrk.fish"

@@ -2,6 +2,7 @@
 # Installs the build into a folder of its own and builds C programs against what is there, in the ways users do:
 # by the CMake package, by pkg-config, and with the static library and a C compiler alone.
 # usage: install_test.sh SOURCE_DIR BUILD_DIR C_FLAGS
+# shellcheck disable=SC2046,SC2086 # flags and tables are several words
 set -eu
 source=$1 build=$2 flags=$3
 work=$(mktemp -d)
@@ -12,7 +13,8 @@ CFLAGS=$flags cmake -S "$source/tests/install" -B "$work/consumer" -DCMAKE_PREFI
 cmake --build "$work/consumer" >/dev/null
 "$work/consumer/consumer"
 
-export PKG_CONFIG_PATH=$(dirname "$(find "$work/installed" -name vrk.pc)")
+PKG_CONFIG_PATH=$(dirname "$(find "$work/installed" -name vrk.pc)")
+export PKG_CONFIG_PATH
 cc $flags -Wall -Werror "$source/tests/install/consumer.c" -o "$work/by_pkg_config" $(pkg-config --cflags --libs vrk)
 LD_LIBRARY_PATH=$(pkg-config --variable=libdir vrk) "$work/by_pkg_config"
 

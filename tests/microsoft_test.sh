@@ -12,6 +12,7 @@ cp "$dll" .
 sed -n 's/^  \(vrk_.*\)$/\1/p' "$source/include/vrk.def" | sort >exports
 sed 's/.*/(function*)&,/' exports >every_export.inc
 for language in "c -std=c11" "c++ -std=c++14"; do
+  # shellcheck disable=SC2086 # a language and its version
   clang-14 --target=i686-pc-windows-msvc -fms-compatibility -ffreestanding -x $language -Wall -Wextra -Wpedantic -Werror \
     -I. -I"$source/include" -c "$source/tests/win/microsoft.c" -o caller.obj
   lld-link-14 /nodefaultlib /entry:start /subsystem:console caller.obj "$library" /out:caller.exe

@@ -8,6 +8,7 @@ trap 'rm -rf "$work"' EXIT
 cd "$work"
 
 sed -n '/^```c$/,/^```$/p' "$source/README.md" | sed '/^```/d' >print_page.c
+# shellcheck disable=SC2086 # several flags
 cc $flags -std=c99 -Wall -Wextra -Werror -I"$source/include" print_page.c "$build/src/libvrk.a" -o print_page
 "$build/tools/vrk" tables -o tables >/dev/null
 { printf 'P6 # a comment\n16 2\n# another\n255\n' && head -c 48 /dev/zero && head -c 48 /dev/zero | tr '\0' '\377'; } >page.ppm

@@ -84,6 +84,7 @@ for pair in halftone=VrkHalftone filter=VrkFilter modulation=VrkModulation matri
   test -n "$(offered "${pair%=*}")" && test "$(offered "${pair%=*}")" = "$(choices "${pair#*=}")"
 done
 "$vrk" demo -o small --inks 1 --levels 16 --dpi 20 --format cups --no-preview >/dev/null
+# shellcheck disable=SC2013 # names of options are words
 for option in $(sed -n 's/^\*OpenUI \*\(Vrk[^/]*\).*/\1/p' ppd/vrkras.ppd); do
   for choice in $(choices "$option"); do
     PPD=ppd/vrkras.ppd "$filter" 1 me title 1 "$option=$choice" <small/print.ras >dots.ras 2>said || { cat said && exit 1; }

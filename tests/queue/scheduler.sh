@@ -1,3 +1,4 @@
+# shellcheck shell=sh
 # A print scheduler of its own, for tests: below one directory, on a UNIX socket, without network. To be sourced by sh.
 # Only root can run it: filters run as user lp.
 #
@@ -27,7 +28,7 @@ start_scheduler() {
     system=$(cups-config --serverbin)
     for folder in "$system"/*; do [ "$folder" = "$system/filter" ] || ln -s "$folder" lib/; done
     ln -s "$system"/filter/* lib/filter/
-    for filter in "$@"; do install -m 755 "$filter" lib/filter/; done
+    for added in "$@"; do install -m 755 "$added" lib/filter/; done
     cat >etc/cups-files.conf <<END
 ServerRoot $scheduler_dir/etc
 RequestRoot $scheduler_dir/spool

@@ -11,6 +11,7 @@ cd "$work"
 for file in k.pbm c.pbm m.pbm y.pbm lc.pbm lm.pbm preview.png detail.png; do test -s "demo/$file"; done
 
 "$vrk" tables -o t >/dev/null
+# shellcheck disable=SC2046 # names of our own
 "$vrk" inspect $(find t -type f) --plot drawn >/dev/null
 test "$(ls drawn | wc -l)" -eq "$(find t -type f | wc -l)"
 if "$vrk" tables -o none inks.csc2 ink 2>complaint; then exit 1; fi
@@ -47,6 +48,7 @@ done
 test -s sheet/compare.png
 
 # Words that bash offers for the last one of a command line.
+# shellcheck disable=SC2094 # the file and the command of one name
 "$vrk" completion bash >completion
 completes() { # WORDS WORD...
   test "$1" = "$(shift && bash -c '. ./completion && COMP_WORDS=(vrk "$@") COMP_CWORD=$# && _vrk && echo "${COMPREPLY[*]}"' bash "$@")"

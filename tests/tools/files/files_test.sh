@@ -56,10 +56,11 @@ echo mine >both/notes.pgm
 test "$(diff -r six both)" = 'Only in both: notes.pgm'
 
 # Prints at once into one directory.
-for round in 1 2 3 4 5; do
+for _ in 1 2 3 4 5; do
   rm -rf both
   for inks in 4 6 4 6; do
     if [ "$inks" -eq 4 ]; then options='--levels 4'; else options='--inks 6'; fi
+    # shellcheck disable=SC2086 # several words
     "$vrk" print page.ppm -o both $options >/dev/null &
   done
   wait
