@@ -1,6 +1,6 @@
 #include "kit/modulation.h"
 
-#include "kit/threshold_matrices.h"
+#include "kit/blue_noise.h"
 
 namespace vrk::kit {
 
@@ -11,7 +11,7 @@ modulation no_modulation() {
 }
 
 modulation fine_noise(int amplitude) {
-  const matrix_set noise = plane_matrices("blue-noise");
+  const matrix_set noise = shifted_blue_noise();
   modulation fine{.width = noise[0].width, .height = noise[0].height};
   const int top = int(noise[0].ranks.size()) - 1;
   for (std::size_t p = 0; p < noise.size(); ++p) {

@@ -13,10 +13,12 @@
 namespace vrk::kit {
 namespace {
 
-// Handles of 8-bit samples use the rank divided by four. So a small matrix is repeated in four tiles, with four times
-// the rank, and keeps all its steps; a large one has more steps than 8-bit samples.
+// Handles of 8-bit samples use the rank divided by four, and the number of ranks, truncated. So a small matrix is
+// repeated in four tiles, with four times the rank, and keeps all its steps; a large one has more steps than 8-bit
+// samples, and a quarter of a rank does not count.
 threshold_matrix for_bytes(const threshold_matrix& matrix) {
-  if (matrix.ranks.size() >= 4 * 256) return matrix;
+  if (matrix.ranks.size() >= 16 * 256 || (matrix.ranks.size() >= 4 * 256 && matrix.ranks.size() % 4 == 0))
+    return matrix;
   threshold_matrix tiles{2 * matrix.width, 2 * matrix.height, {}};
   for (unsigned y = 0; y < tiles.height; ++y) {
     for (unsigned x = 0; x < tiles.width; ++x) {

@@ -19,7 +19,6 @@
 #include "kit/read_tables.h"
 #include "kit/separation.h"
 #include "kit/srgb.h"
-#include "kit/threshold_matrices.h"
 #include "kit/tone_curves.h"
 
 namespace {
@@ -77,41 +76,6 @@ TEST(kit, levels_spread_evenly_from_0_to_full_scale) {
   EXPECT_EQ(halfway_thresholds(even_levels(4)), (std::vector<std::uint16_t>{171, 512, 853}));
   for (const auto& [levels, bits] : {std::pair{2u, 1u}, {3u, 2u}, {16u, 4u}, {17u, 8u}}) {
     EXPECT_EQ(bits_for_levels(levels), bits);
-  }
-}
-
-TEST(kit, ranks_of_a_threshold_matrix_are_a_permutation) {
-  for (const std::string_view name : matrix_names) {
-    for (const threshold_matrix& matrix : plane_matrices(name)) {
-      ASSERT_LE(std::max(matrix.width, matrix.height), 255u) << name;
-      std::vector<std::uint16_t> ranks = matrix.ranks, all(matrix.width * matrix.height);
-      std::sort(ranks.begin(), ranks.end());
-      std::iota(all.begin(), all.end(), std::uint16_t{0});
-      EXPECT_EQ(ranks, all) << name;
-    }
-  }
-}
-
-TEST(kit, blue_noise_keeps_its_dots_apart) {
-  const threshold_matrix matrix = blue_noise();
-  const unsigned size = matrix.width;
-  const auto on = [&](unsigned x, unsigned y) {  // a tenth of the pixels
-    return matrix.ranks[y % size * size + x % size] < size * size / 10;
-  };
-  for (unsigned x = 0; x < size; ++x) {
-    for (unsigned y = 0; y < size; ++y) {
-      const bool neighbour = on(x + 1, y) || on(x, y + 1) || on(x + 1, y + 1) || on(x + size - 1, y + 1);
-      EXPECT_FALSE(on(x, y) && neighbour) << x << ", " << y;
-    }
-  }
-}
-
-TEST(kit, screens_have_their_angle) {
-  const threshold_matrix matrix = clustered_dot(7, 2);
-  ASSERT_EQ(matrix.width, 53u);
-  const auto rank = [&](unsigned x, unsigned y) { return matrix.ranks[y % 53 * 53 + x % 53]; };
-  for (unsigned dot = 0; dot < 53; ++dot) {  // one centre in every cell, reached by steps of (7, 2)
-    EXPECT_LT(rank(7 * dot, 2 * dot), 53u);
   }
 }
 
