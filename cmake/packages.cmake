@@ -1,6 +1,6 @@
 # What `make dist` packs: a zip for Windows, a tar.gz and a Debian package for Linux.
 include(GNUInstallDirs)
-install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES README.md CHANGELOG.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
