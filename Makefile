@@ -12,11 +12,12 @@ win32_packages = $(dll_packages) googletest clang-14 lld-14
 profile_packages = argyll icc-profiles-free libgs-common
 proof_packages = python3-numpy python3-pil python3-scipy python3-skimage
 aarch64_packages = g++-aarch64-linux-gnu qemu-user googletest
+coverage_packages = clang-14 clang llvm-14 llvm
 bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev libgutenprint-dev
 program_peers = argyll ffmpeg
 build = cmake --preset $(1) >/dev/null && cmake --build --preset $(1)
 
-.PHONY: demo test test-queue sanitize win32 aarch64 compare benchmarks bench bench-rows bench-programs speed bench32 check-link check-proof check-calibrate dist check-dist check-scripts check-format clean
+.PHONY: demo test test-queue sanitize win32 aarch64 coverage compare benchmarks bench bench-rows bench-programs speed bench32 check-link check-proof check-calibrate dist check-dist check-scripts check-format clean
 
 demo: # prints the built-in sample page and shows the paths of the pictures
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -47,6 +48,11 @@ aarch64: # builds the library for 64-bit ARM, without the kernels that are for x
 	@scripts/packages $(build_packages) $(aarch64_packages)
 	@$(call build,aarch64)
 	@ctest --preset aarch64
+
+coverage: # which branches of the library its tests leave out; takes some minutes
+	@scripts/packages $(build_packages) $(test_packages) $(coverage_packages)
+	@$(call build,coverage) --target vrk_tests
+	@scripts/branches build/coverage build/coverage/tests/vrk_tests
 
 BUILDS = build/release build/sanitize build/win32
 compare: # the same bytes from the builds that the three targets above made

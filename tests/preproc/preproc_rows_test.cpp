@@ -9,11 +9,23 @@ namespace {
 using namespace vrk;
 using namespace vrk::test;
 
+// No transform reads them: they are there for who looks into a handle.
+void expect_steps_kept(const preproc_settings& s, const preproc_handle& h) {
+  for (const auto& [kept, step] : {std::pair{h.lift_step.get(), s.lift}, {h.contrast_step.get(), s.contrast}}) {
+    ASSERT_EQ(kept != nullptr, step != 0);
+    if (step != 0) EXPECT_EQ(i8(*kept), step);
+  }
+  ASSERT_EQ(bool(h.balance_steps), s.balance.has_value());
+  if (!s.balance || s.second) return;
+  EXPECT_EQ(std::memcmp(h.balance_steps.get(), s.balance->data(), sizeof *s.balance), 0);
+}
+
 TEST(preproc_rows, equal_the_definition) {
   const kit::bytes mask{0x11, 0xFF, 0x00, 0x80, 0x7E};
   for (const u32 flags : {u32{0}, VRK_COMPOSE, VRK_OUT16, VRK_OUT16 | VRK_COMPOSE}) {
     for (const preproc_settings& s : every_preproc_chain(flags)) {
       handle h(s);
+      expect_steps_kept(s, record_of<preproc_handle>(h.get()));
       const preproc_reference expected(s);
       for (const preproc_row& row : preproc_rows()) {
         if (row.out != output_bits(flags)) continue;
