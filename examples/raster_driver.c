@@ -14,7 +14,7 @@
 #include <unistd.h>
 #include <vrk.h>
 
-enum { most_planes = 6 };
+enum { most_planes = 6, margin = 16 };
 
 static void require(int ok, const char* what) {
   if (ok) return;
@@ -90,16 +90,20 @@ static uint32_t pack_line(const uint8_t* line, uint32_t bytes, uint8_t* packed) 
   return (uint32_t)(to - packed);
 }
 
+static int is_blank(const uint8_t* line, size_t bytes) {
+  return line[0] == 0 && memcmp(line, line + 1, bytes - 1) == 0;
+}
+
 static void send_line(int plane, const uint8_t* line, uint32_t bytes, uint8_t* packed, uint32_t* blank, int last) {
-  const int is_blank = line[0] == 0 && memcmp(line, line + 1, bytes - 1) == 0;
-  if (is_blank) ++*blank;
-  if (*blank != 0 && (!is_blank || last)) {
+  const int bare = is_blank(line, bytes);
+  if (bare) ++*blank;
+  if (*blank != 0 && (!bare || last)) {
     putchar('B');
     putchar(plane);
     send_number(*blank);
     *blank = 0;
   }
-  if (is_blank) return;
+  if (bare) return;
   const uint32_t count = pack_line(line, bytes, packed);
   putchar('L');
   putchar(plane);
@@ -131,36 +135,73 @@ static void expand_line(const cups_page_header2_t* header, const uint8_t* line, 
   for (uint32_t x = 0; x < header->cupsWidth; ++x) memset(rgb + 3 * x, line[x] ^ invert, 3);
 }
 
+/* The rims of a page. Error that leaves a block is lost, and the first line has none from above, which would leave the
+ * outer columns and the first lines of a light tint bare. So the edges of a line of inks go on in a margin, whose dots
+ * are dropped, and the first line with ink comes after others like it: as many as give every column ink for one dot. */
+
+static void add_margins(uint8_t* inks, uint32_t width) {
+  for (uint32_t x = 0; x < margin; ++x) {
+    memcpy(inks + 4 * x, inks + 4 * margin, 4);
+    memcpy(inks + 4 * (margin + width + x), inks + 4 * (margin + width - 1), 4);
+  }
+}
+
+/* For dots of two levels. */
+static uint32_t lines_ahead(const uint8_t* inks, uint32_t samples) {
+  uint32_t lines = 0;
+  for (uint32_t i = 0; i < samples; ++i) {
+    const uint32_t ink = inks[i] < 128 ? inks[i] : 255u - inks[i]; /* or paper, where there is little of it */
+    if (ink != 0 && 255 / ink > lines) lines = 255 / ink;
+  }
+  return lines;
+}
+
 static void print_page(cups_raster_t* raster, const cups_page_header2_t* header, void* converter, table spread,
                        table levels) {
   const uint32_t width = header->cupsWidth, height = header->cupsHeight, colors = check_header(header);
 
+  /* Matrices are laid out from column 0 of the handle; with this many columns in front, from that of the page. */
+  const uint32_t matrix_width = levels.size > 14 && levels.bytes[14] != 0 ? levels.bytes[14] : 1;
+  const uint32_t unused = (margin + matrix_width - 1) / matrix_width * matrix_width - margin;
+  const uint32_t block = margin + width + margin, columns = unused + block;
+
   /* Tables are chosen by the page where a printer has several: by header->MediaType, say. */
-  const uint32_t size = vrk_create_ed(width, spread.size, spread.bytes, levels.size, levels.bytes, 0, NULL);
+  const uint32_t size = vrk_create_ed(columns, spread.size, spread.bytes, levels.size, levels.bytes, 0, NULL);
   require(size != 0, "the error diffusion tables were refused");
   void* const halftone = memory(size, "the halftone");
-  require(vrk_create_ed(width, spread.size, spread.bytes, levels.size, levels.bytes, 0, halftone) != 0,
+  require(vrk_create_ed(columns, spread.size, spread.bytes, levels.size, levels.bytes, 0, halftone) != 0,
           "error diffusion was not built");
   vrk_ht_info info;
   vrk_query_ed_info(halftone, &info);
   require(info.plane_count == 4 && info.same_line_bytes, "the tables are not for four inks in dots of one size");
+  const uint32_t bits = info.plane_bits[0], bytes = (bits * width + 7) / 8, spare = 8 * bytes - bits * width;
 
   uint8_t* lines[most_planes] = {NULL};
   uint32_t blank[most_planes] = {0};
   for (uint32_t p = 0; p < info.plane_count; ++p) lines[p] = memory(info.line_bytes[p], "a line of dots");
   uint8_t* const packed = memory((size_t)2 * info.line_bytes[0], "a packed line");
-  uint8_t *const line = memory((size_t)width * colors, "a line"), *const inks = memory((size_t)width * 4, "inks");
+  uint8_t *const line = memory((size_t)width * colors, "a line"), *const inks = memory((size_t)block * 4, "inks");
   uint8_t* const rgb = colors == 3 ? line : memory((size_t)width * 3, "a line of colours");
 
   begin_page(header, &info);
-  require(vrk_start_ed_block(halftone, width, 0, 0) != 0, "the block does not fit the line");
+  require(vrk_start_ed_block(halftone, block, unused, 0) != 0, "the block does not fit the line");
+  int has_ink = 0;
   for (uint32_t y = 0; y < height; ++y) {
     require(cupsRasterReadPixels(raster, line, width * colors) == width * colors, "the stream breaks off");
     if (colors == 1) expand_line(header, line, rgb);
-    vrk_xform_csc2(converter, rgb, width, inks);
-    vrk_exec_ed(halftone, inks, lines[0], lines[1], lines[2], lines[3], NULL, NULL);
+    vrk_xform_csc2(converter, rgb, width, inks + 4 * margin);
+    add_margins(inks, width);
+    uint32_t runs = 1;
+    if (!has_ink && !is_blank(inks, (size_t)block * 4)) {
+      has_ink = 1;
+      runs += lines_ahead(inks, block * 4);
+      vrk_start_ed_block(halftone, block, unused, y + 1 - runs); /* below 0 the numbers go on from the highest ones */
+    }
+    while (runs-- != 0) vrk_exec_ed(halftone, inks, lines[0], lines[1], lines[2], lines[3], NULL, NULL);
     for (uint32_t p = 0; p < info.plane_count; ++p) {
-      send_line((int)p, lines[p], info.line_bytes[p], packed, &blank[p], y + 1 == height);
+      uint8_t* const dots = lines[p] + bits * margin / 8;
+      dots[bytes - 1] &= (uint8_t)(0xFF << spare);
+      send_line((int)p, dots, bytes, packed, &blank[p], y + 1 == height);
     }
   }
   vrk_end_ed_block(halftone);

@@ -87,6 +87,19 @@
  *     vrk_exec_ed(ed, inks, k, c, m, yellow, NULL, NULL);         // k, c, m, yellow: packed lines, ready to send
  *   }
  *   vrk_end_ed_block(ed);
+ *
+ * RIMS. That page begins without error, so a 1 % tint has no dot in its first 18 lines; and errors leave it to both sides,
+ * which takes half the ink from 12 columns there. Neither is seen when more is halftoned than printed:
+ *   - lines ahead of the first one with ink: start the block n lines above it and run that line n times for dots that
+ *     are dropped. Numbers below 0 continue from the highest ones, so direction and matrices stay the page's. n: the
+ *     lines in which its lightest tint puts ink for one dot into every column, 255 / s for a sample s of two levels, and
+ *     as many for few holes in a dark tint, s from the top.
+ *   - 16 columns on both sides that repeat the edge pixels: a handle of u + 16 + width + 16 columns, with u + 16 a
+ *     multiple of the matrix width, and the block from column u on, keep the page's column 0 on the matrix' first.
+ *
+ *   vrk_start_ed_block(ed, 16 + width + 16, u, 0u - n);           // a page with ink in line 0
+ *   while (n-- != 0) vrk_exec_ed(ed, first_inks, k, c, m, yellow, NULL, NULL);
+ *   ... the lines of the page; k + 2, c + 2, ... hold its dots, 16 bits from the left at 1 bit a dot
  */
 #ifndef VRK_H
 #define VRK_H

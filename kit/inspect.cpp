@@ -1,5 +1,8 @@
 #include "kit/inspect.h"
 
+#include <algorithm>
+#include <numeric>
+
 #include "base/byte_view.h"
 #include "base/tag.h"
 
@@ -65,6 +68,16 @@ unsigned planes_made(const bytes& main_curves, unsigned planes) {
   byte_view image = view_of(main_curves);
   const bool counts_planes = image.be32(4) != tag("0010");
   return counts_planes && image.byte(9) == 6 ? 6 : planes;  // a table that makes any other number is refused
+}
+
+std::uint64_t columns_of_a_repeat(const bytes& edpr) {
+  const auto columns = [&edpr](std::size_t width_at) {
+    byte_view view = view_of(edpr);
+    const u64 width = std::max<u64>(view.byte(width_at), 1), shift = view.byte(width_at + 2);
+    return width * (width / std::gcd(width, shift));
+  };
+  const bool extended = view_of(edpr).be32(4) >= tag("0020");
+  return std::lcm(columns(14), extended ? columns(36) : 1);
 }
 
 std::string blob_type(const bytes& image) {

@@ -33,6 +33,10 @@ std::optional<curve> only_curve(const bytes& curves);
 // Planes that leave post-processing with this main table when so many come in: as many, or six of four.
 unsigned planes_made(const bytes& main_curves, unsigned planes);
 
+// Columns after which everything in an "edpr" table that is laid out over the page repeats: modulation matrices and dot
+// patterns, with their shifts. 1 ... 255^4.
+std::uint64_t columns_of_a_repeat(const bytes& edpr);
+
 // What a parameter blob holds: "CS1T", "CS2T", "HATT", "INGM", "OTGM", "HRKT". Empty when the image is no blob.
 std::string blob_type(const bytes& image);
 
