@@ -13,7 +13,9 @@ using namespace vrk::test;
 void expect_steps_kept(const preproc_settings& s, const preproc_handle& h) {
   for (const auto& [kept, step] : {std::pair{h.lift_step.get(), s.lift}, {h.contrast_step.get(), s.contrast}}) {
     ASSERT_EQ(kept != nullptr, step != 0);
-    if (step != 0) EXPECT_EQ(i8(*kept), step);
+    if (step != 0) {
+      EXPECT_EQ(i8(*kept), step);
+    }
   }
   ASSERT_EQ(bool(h.balance_steps), s.balance.has_value());
   if (!s.balance || s.second) return;
