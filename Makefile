@@ -17,7 +17,7 @@ bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev l
 program_peers = argyll ffmpeg
 build = cmake --preset $(1) >/dev/null && cmake --build --preset $(1)
 
-.PHONY: demo test test-queue sanitize win32 aarch64 coverage compare benchmarks bench bench-rows bench-programs speed bench32 check-link check-proof check-calibrate dist check-dist check-scripts check-format clean
+.PHONY: demo test test-queue sanitize tsan win32 aarch64 coverage compare benchmarks bench bench-rows bench-programs speed bench32 check-link check-proof check-calibrate dist check-dist check-scripts check-format clean
 
 demo: # prints the built-in sample page and shows the paths of the pictures
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -38,6 +38,11 @@ sanitize: # the same under the address and undefined-behaviour sanitizers
 	@scripts/packages $(build_packages) $(tool_packages) $(test_packages)
 	@$(call build,sanitize)
 	@ctest --preset sanitize
+
+tsan: # prints by many threads under the thread sanitizer; `make test` has what shows that of the library
+	@scripts/packages $(build_packages) $(tool_packages)
+	@$(call build,tsan) --target vrk
+	@tests/tools/print/threads_test.sh build/tsan/tools/vrk
 
 win32: # builds the DLL for 32-bit Windows and runs its tests under Wine
 	@scripts/packages $(build_packages) $(win32_packages)

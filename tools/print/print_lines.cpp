@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "tools/command_line/progress.h"
+#include "tools/print/in_order.h"
 
 namespace vrk::tool {
 namespace {
@@ -50,11 +51,13 @@ double print_lines(image_reader& source, pipeline& stages, page_files& files, un
   progress bar(source.height(), silent);
 
   const auto read = [&](tbb::flow_control& flow) -> band* {
+    const in_order one_read(&reading);
     if (lines_left == 0) {
       flow.stop();
       return nullptr;
     }
     band& to = bands[next++ % bands.size()];  // free again: at most bands.size() are in use, and they end in order
+    const in_order after_writing(&to);
     to.lines = unsigned(std::min<std::size_t>(lines_left, capacity));
     lines_left -= to.lines;
     reading.time([&] {
@@ -63,6 +66,7 @@ double print_lines(image_reader& source, pipeline& stages, page_files& files, un
     return &to;
   };
   const auto convert = [&](band* b) {
+    const in_order after_reading(b);
     for (unsigned y = 0; y < b->lines; ++y) {
       const std::uint8_t* const line = &b->source[y * stages.source_bytes()];
       std::uint8_t* const inks = &b->inks[y * stages.ink_bytes()];
@@ -75,15 +79,18 @@ double print_lines(image_reader& source, pipeline& stages, page_files& files, un
     return b;
   };
   const auto halftone = [&](band* b) {
+    const in_order after_converting(b), one_halftone(&stages);
     for (unsigned y = 0; y < b->lines; ++y) {
       stages.halftone_line(&b->inks[y * stages.ink_bytes()], &b->packed[y * stages.packed_bytes()]);
     }
     return b;
   };
   const auto write = [&](band* b) {
+    const in_order after_halftoning(b), one_write(&files);
     for (unsigned y = 0; y < b->lines; ++y, bar.step()) files.add_line(&b->packed[y * stages.packed_bytes()]);
   };
   using mode = tbb::filter_mode;
+  handed_over(&reading);
   const tbb::global_control most(tbb::global_control::max_allowed_parallelism, threads);
   tbb::task_arena(int(threads)).execute([&] {
     tbb::parallel_pipeline(bands.size(), tbb::make_filter<void, band*>(mode::serial_in_order, read) &
@@ -91,6 +98,8 @@ double print_lines(image_reader& source, pipeline& stages, page_files& files, un
                                              tbb::make_filter<band*, band*>(mode::serial_in_order, halftone) &
                                              tbb::make_filter<band*, void>(mode::serial_in_order, write));
   });
+  taken_over(&reading);
+  taken_over(&files);
   for (const band& b : bands) stages.collect(b.space);
   return reading.seconds();
 }
