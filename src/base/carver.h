@@ -6,6 +6,7 @@
 #include <new>
 #include <span>
 
+#include "base/address_as.h"
 #include "base/integers.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -49,7 +50,7 @@ constexpr u32 record_slack = 3;
 template <class T>
 const T& record_of(const void* handle) {
   static_assert(alignof(T) <= record_slack + 1);
-  return *reinterpret_cast<const T*>(static_cast<const u8*>(handle) + gap_to(handle, alignof(T)));
+  return *address_as<const T>(static_cast<const u8*>(handle) + gap_to(handle, alignof(T)));
 }
 template <class T>
 T& record_of(void* handle) {
@@ -84,7 +85,7 @@ class carver {
     u8* const at = reserve(count * sizeof(T), alignment);
     if (at == nullptr) return {};
     unwatch_memory(at, count * sizeof(T));
-    return {reinterpret_cast<T*>(at), std::size_t(count)};
+    return {address_as<T>(at), std::size_t(count)};
   }
 
   // `count` entries at the next 32-byte boundary.

@@ -10,8 +10,8 @@ struct pixel_corners {
 template <u32 bytes>
 inline __m128i load_point(const u8* point) {
   if constexpr (bytes == 4) return _mm_cvtsi32_si128(load_sample<i32>(point));
-  if constexpr (4 < bytes && bytes <= 8) return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(point));
-  if constexpr (8 < bytes) return _mm_loadu_si128(reinterpret_cast<const __m128i*>(point));
+  if constexpr (4 < bytes && bytes <= 8) return _mm_loadl_epi64(address_as<const __m128i>(point));
+  if constexpr (8 < bytes) return _mm_loadu_si128(address_as<const __m128i>(point));
 }
 
 // Of channels 0 to 3, or 4 to 7 (upper), the samples of two corners, or of all four, side by side.
@@ -54,8 +54,8 @@ inline pair means(pair x, pair y) {
   return work == 8 ? shift_right_16<precision<8>::value_shift>(packed) : packed;
 }
 
-inline void store(u8* to, __m128i v) { _mm_storeu_si128(reinterpret_cast<__m128i*>(to), v); }
-inline void store_low(u8* to, __m128i v) { _mm_storel_epi64(reinterpret_cast<__m128i*>(to), v); }
+inline void store(u8* to, __m128i v) { _mm_storeu_si128(address_as<__m128i>(to), v); }
+inline void store_low(u8* to, __m128i v) { _mm_storel_epi64(address_as<__m128i>(to), v); }
 inline void store_high(u8* to, __m128i v) { store_sample(to, _mm_castsi128_pd(v)[1]); }
 
 // The outputs of sixteen means.

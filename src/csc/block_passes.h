@@ -101,8 +101,8 @@ __attribute__((always_inline)) inline void interpolate(const block_corners<most_
 }
 
 inline bool same_bytes(const u8* a, const u8* b) {  // 16 of them
-  const __m128i x = _mm_loadu_si128(reinterpret_cast<const __m128i*>(a));
-  const __m128i y = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b));
+  const __m128i x = _mm_loadu_si128(address_as<const __m128i>(a));
+  const __m128i y = _mm_loadu_si128(address_as<const __m128i>(b));
   return _mm_movemask_epi8(_mm_cmpeq_epi8(x, y)) == 0xFFFF;
 }
 
@@ -187,9 +187,9 @@ class rgb_packer {
 
   // As many bytes as pixels take in fours, and four more.
   void pack(const u8* from, u32 pixel_count, u8* to) const {
-    const __m128i places = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from_));
+    const __m128i places = _mm_loadu_si128(address_as<const __m128i>(from_));
     for (u32 i = 0; 16 * i < pixel_count * 4 * bytes; ++i) {
-      const __m128i pixels = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + 16 * i));
+      const __m128i pixels = _mm_loadu_si128(address_as<const __m128i>(from + 16 * i));
       store(to + 12 * i, _mm_shuffle_epi8(pixels, places));
     }
   }

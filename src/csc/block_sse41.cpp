@@ -14,10 +14,10 @@ namespace vrk::sse41 {
 using lanes = u32 __attribute__((vector_size(16)));
 constexpr u32 lane_count = 4;
 
-inline lanes load_lanes(const u32* from) { return lanes(_mm_load_si128(reinterpret_cast<const __m128i*>(from))); }
+inline lanes load_lanes(const u32* from) { return lanes(_mm_load_si128(address_as<const __m128i>(from))); }
 // Low and high words of as many pairs as there are lanes.
 inline void load_words(const u64* from, lanes& low, lanes& high) {
-  const auto* const pairs = reinterpret_cast<const __m128i*>(from);
+  const auto* const pairs = address_as<const __m128i>(from);
   const __m128 a = _mm_castsi128_ps(_mm_load_si128(pairs)), b = _mm_castsi128_ps(_mm_load_si128(pairs + 1));
   low = lanes(_mm_shuffle_ps(a, b, 0x88));
   high = lanes(_mm_shuffle_ps(a, b, 0xDD));
@@ -25,7 +25,7 @@ inline void load_words(const u64* from, lanes& low, lanes& high) {
 inline lanes select_lanes(lanes where, u32 a, lanes b) {
   return lanes(_mm_blendv_epi8(__m128i(b), _mm_set1_epi32(i32(a)), __m128i(where)));
 }
-inline void store_lanes(u32* to, lanes v) { _mm_store_si128(reinterpret_cast<__m128i*>(to), __m128i(v)); }
+inline void store_lanes(u32* to, lanes v) { _mm_store_si128(address_as<__m128i>(to), __m128i(v)); }
 inline lanes min_lanes(lanes a, lanes b) { return lanes(_mm_min_epu32(__m128i(a), __m128i(b))); }
 inline lanes max_lanes(lanes a, lanes b) { return lanes(_mm_max_epu32(__m128i(a), __m128i(b))); }
 

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "base/address_as.h"
 #include "base/rows.h"
 #include "csc/block_kernels.h"
 #include "csc/convert.h"
@@ -43,7 +44,7 @@ template <csc_widths W>
 void csc2_curve_kernel(const csc2_handle& h, const u8* src, u32 pixel_count, u8* dst) {
   using sample_in = sample_of<W.in>;
   using sample_out = sample_of<W.out>;
-  const sample_out* const curve = reinterpret_cast<const sample_out*>(h.curve.get());
+  const sample_out* const curve = address_as<const sample_out>(h.curve.get());
   for (; pixel_count != 0; --pixel_count, src += sizeof(sample_in), dst += sizeof(sample_out)) {
     store_sample(dst, curve[load_sample<sample_in>(src)]);
   }

@@ -2,6 +2,7 @@
 // and the grid points.
 #pragma once
 
+#include "base/address_as.h"
 #include "base/byte_view.h"
 #include "base/carver.h"
 #include "base/ref.h"
@@ -36,7 +37,7 @@ struct grid_axis_view {
 
   grid_axis_view(const color_grid& grid, u32 a, u32 stored)
       : index(grid.axes[a].index.get()),
-        axis(reinterpret_cast<const sample_of<work>*>(grid.axes[a].axis.get())),
+        axis(address_as<const sample_of<work>>(grid.axes[a].axis.get())),
         recip(grid.axes[a].recip.get()),
         stride(stored * u32(sizeof(sample_of<work>))) {
     for (; a < 2; ++a) stride *= grid.grid_points;

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <span>
 
+#include "base/address_as.h"
 #include "csc/tetra.h"
 
 namespace vrk {
@@ -162,8 +163,8 @@ struct point_pair {
 
   static __m128i load(const u8* point) {
     if constexpr (bytes == 4) return _mm_cvtsi32_si128(load_sample<i32>(point));
-    if constexpr (4 < bytes && bytes <= 8) return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(point));
-    if constexpr (8 < bytes) return _mm_loadu_si128(reinterpret_cast<const __m128i*>(point));
+    if constexpr (4 < bytes && bytes <= 8) return _mm_loadl_epi64(address_as<const __m128i>(point));
+    if constexpr (8 < bytes) return _mm_loadu_si128(address_as<const __m128i>(point));
   }
 };
 
@@ -220,7 +221,7 @@ class bounded_interpolation {
     const __m128i low_means = mean(start.low, end.low);
     const __m128i values = _mm_packs_epi32(low_means, stored == 6 ? mean(start.high, end.high) : low_means);
     output out;
-    _mm_store_si128(reinterpret_cast<__m128i*>(out.sample), rescale_vector<W.work, W.out>(values));
+    _mm_store_si128(address_as<__m128i>(out.sample), rescale_vector<W.work, W.out>(values));
     return out;
   }
 

@@ -3,6 +3,8 @@
 #ifdef VRK_HAS_LEVELS
 #include <immintrin.h>
 
+#include "base/address_as.h"
+
 VRK_BEGIN_LEVEL("avx2")
 namespace vrk::avx2 {
 namespace {
@@ -10,7 +12,7 @@ namespace {
 using vec = __m256i;
 constexpr u32 row_bytes = 16, half_rows = 8;
 
-inline __m128i* row_of(u8* table, u32 row) { return reinterpret_cast<__m128i*>(table + row * row_bytes); }
+inline __m128i* row_of(u8* table, u32 row) { return address_as<__m128i>(table + row * row_bytes); }
 
 // Each row of 16 bytes becomes what tells it from the row before it; in either half of the table for itself.
 inline void tell_rows_apart(u8* table) {
@@ -28,7 +30,7 @@ inline vec look_up(const u8* table, vec index) {
   vec upper_index = _mm256_xor_si256(index, _mm256_set1_epi8(-128)), lower = _mm256_setzero_si256(), upper = lower;
 #pragma GCC unroll 8
   for (u32 row = 0; row < half_rows; ++row) {
-    const auto* const rows = reinterpret_cast<const __m128i*>(table);
+    const auto* const rows = address_as<const __m128i>(table);
     const vec lower_row = _mm256_broadcastsi128_si256(_mm_load_si128(rows + row));
     const vec upper_row = _mm256_broadcastsi128_si256(_mm_load_si128(rows + half_rows + row));
     lower = _mm256_xor_si256(lower, _mm256_shuffle_epi8(lower_row, index));
@@ -47,7 +49,7 @@ void look_up_four_planes(byte_tables& tables, const u8* src, u32 pixel_count, u8
 
   for (; pixel_count != 0; pixel_count -= four_plane_step, src += 4 * four_plane_step, dst += 4 * four_plane_step) {
     vec v[4];
-    const auto* const from = reinterpret_cast<const vec*>(src);
+    const auto* const from = address_as<const vec>(src);
     for (u32 i = 0; i < 4; ++i) v[i] = _mm256_shuffle_epi8(_mm256_loadu_si256(from + i), by_plane);
     // Planes 0 and 1, then 2 and 3, of half of the pixels each.
     const vec a = _mm256_unpacklo_epi32(v[0], v[1]), b = _mm256_unpacklo_epi32(v[2], v[3]);
@@ -59,7 +61,7 @@ void look_up_four_planes(byte_tables& tables, const u8* src, u32 pixel_count, u8
 
     const vec e = _mm256_unpacklo_epi8(v[0], v[1]), f = _mm256_unpacklo_epi8(v[2], v[3]);
     const vec g = _mm256_unpackhi_epi8(v[0], v[1]), h = _mm256_unpackhi_epi8(v[2], v[3]);
-    auto* const to = reinterpret_cast<vec*>(dst);
+    auto* const to = address_as<vec>(dst);
     _mm256_storeu_si256(to, _mm256_unpacklo_epi16(e, f));
     _mm256_storeu_si256(to + 1, _mm256_unpackhi_epi16(e, f));
     _mm256_storeu_si256(to + 2, _mm256_unpacklo_epi16(g, h));

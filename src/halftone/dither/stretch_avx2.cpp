@@ -5,6 +5,8 @@
 
 #include <cstring>
 
+#include "base/address_as.h"
+
 VRK_BEGIN_LEVEL("avx2")
 namespace vrk::avx2 {
 namespace {
@@ -12,13 +14,13 @@ namespace {
 using vec = __m256i;
 constexpr u32 vec_bytes = 32;
 
-inline __m128i load_half(const u8* from) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from)); }
-inline vec load(const u8* from) { return _mm256_loadu_si256(reinterpret_cast<const vec*>(from)); }
+inline __m128i load_half(const u8* from) { return _mm_loadu_si128(address_as<const __m128i>(from)); }
+inline vec load(const u8* from) { return _mm256_loadu_si256(address_as<const vec>(from)); }
 // The halves of a vector work side by side.
 inline vec load_parts(const u8* from, u32 to_next_half) {
   return _mm256_inserti128_si256(_mm256_castsi128_si256(load_half(from)), load_half(from + to_next_half), 1);
 }
-inline void store(u8* to, vec v) { _mm256_storeu_si256(reinterpret_cast<vec*>(to), v); }
+inline void store(u8* to, vec v) { _mm256_storeu_si256(address_as<vec>(to), v); }
 inline vec unpack_low(vec a, vec b) { return _mm256_unpacklo_epi8(a, b); }
 inline vec unpack_high(vec a, vec b) { return _mm256_unpackhi_epi8(a, b); }
 inline vec all_bytes(u8 v) { return _mm256_set1_epi8(char(v)); }
@@ -57,7 +59,7 @@ inline void pack(const vec (&level)[2], u8* out) {
     // Its 64-bit parts are those of the first and the second vector in turn.
     const vec in_order = _mm256_permute4x64_epi64(words, 0b11'01'10'00);
     const __m128i bytes = _mm_packus_epi16(_mm256_castsi256_si128(in_order), _mm256_extracti128_si256(in_order, 1));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), coded<packing.code>(bytes));
+    _mm_storeu_si128(address_as<__m128i>(out), coded<packing.code>(bytes));
   } else {
     vec two[2];
     for (u32 i = 0; i < 2; ++i) two[i] = _mm256_maddubs_epi16(level[i], _mm256_set1_epi16(1 << 8 | 16));

@@ -5,15 +5,17 @@
 
 #include <cstring>
 
+#include "base/address_as.h"
+
 namespace vrk::sse2 {
 namespace {
 
 using vec = __m128i;
 constexpr u32 vec_bytes = 16;
 
-inline vec load(const u8* from) { return _mm_loadu_si128(reinterpret_cast<const vec*>(from)); }
+inline vec load(const u8* from) { return _mm_loadu_si128(address_as<const vec>(from)); }
 inline vec load_parts(const u8* from, u32) { return load(from); }
-inline void store(u8* to, vec v) { _mm_storeu_si128(reinterpret_cast<vec*>(to), v); }
+inline void store(u8* to, vec v) { _mm_storeu_si128(address_as<vec>(to), v); }
 inline vec unpack_low(vec a, vec b) { return _mm_unpacklo_epi8(a, b); }
 inline vec unpack_high(vec a, vec b) { return _mm_unpackhi_epi8(a, b); }
 inline vec all_bytes(u8 v) { return _mm_set1_epi8(char(v)); }
@@ -52,7 +54,7 @@ inline void pack(const vec (&level)[4], u8* out) {
     const vec bit = _mm_set1_epi64x(0x0102040810204080);
     vec sum[4];  // of eight pixels
     for (u32 i = 0; i < 4; ++i) sum[i] = _mm_sad_epu8(_mm_andnot_si128(level[i], bit), _mm_setzero_si128());
-    _mm_storel_epi64(reinterpret_cast<vec*>(out), bytes_of_64(sum[0], sum[1], sum[2], sum[3]));
+    _mm_storel_epi64(address_as<vec>(out), bytes_of_64(sum[0], sum[1], sum[2], sum[3]));
   } else if constexpr (packing.bits == 2) {
     vec four[4];
     for (u32 i = 0; i < 4; ++i) four[i] = _mm_madd_epi16(pairs<2>(level[i]), _mm_set1_epi32(1 << 16 | 16));

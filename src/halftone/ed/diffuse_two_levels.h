@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/address_as.h"
 #include "halftone/ed/ed_handle.h"
 #include "halftone/ed/ed_widths.h"
 #include "halftone/ed/vectors.h"
@@ -162,10 +163,10 @@ class word_on_its_way {
 template <>
 class word_on_its_way<u64> {
  public:
-  explicit word_on_its_way(u64 word) : word_(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(&word))) {}
+  explicit word_on_its_way(u64 word) : word_(_mm_loadl_epi64(address_as<const __m128i>(&word))) {}
   u64 word() const {
     u64 word;
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(&word), word_);
+    _mm_storel_epi64(address_as<__m128i>(&word), word_);
     return word;
   }
   u16 arriving() const { return u16(_mm_cvtsi128_si32(word_)); }
