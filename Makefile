@@ -13,11 +13,12 @@ profile_packages = argyll icc-profiles-free libgs-common
 proof_packages = python3-numpy python3-pil python3-scipy python3-skimage
 aarch64_packages = g++-aarch64-linux-gnu qemu-user googletest
 coverage_packages = clang-14 clang llvm-14 llvm
+fuzz_packages = clang cmake ninja-build
 bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev libgutenprint-dev
 program_peers = argyll ffmpeg
 build = cmake --preset $(1) >/dev/null && cmake --build --preset $(1)
 
-.PHONY: demo test test-queue sanitize tsan win32 aarch64 coverage compare benchmarks bench bench-rows bench-programs speed bench32 check-link check-proof check-calibrate dist check-dist check-scripts check-format clean
+.PHONY: demo test test-queue sanitize fuzz tsan win32 aarch64 coverage compare benchmarks bench bench-rows bench-programs speed bench32 check-link check-proof check-calibrate dist check-dist check-scripts check-format clean
 
 demo: # prints the built-in sample page and shows the paths of the pictures
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -43,6 +44,12 @@ tsan: # prints by many threads under the thread sanitizer; `make test` has what 
 	@scripts/packages $(build_packages) $(tool_packages)
 	@$(call build,tsan) --target vrk
 	@tests/tools/print/threads_test.sh build/tsan/tools/vrk
+
+SECONDS = 60
+fuzz: # fuzzes every target for SECONDS, two at a time, from the kept inputs; TARGETS=... some; out/fuzz has what was found
+	@scripts/packages $(fuzz_packages)
+	@$(call build,fuzz)
+	@scripts/fuzz build/fuzz/fuzz $(SECONDS) out/fuzz $(TARGETS)
 
 win32: # builds the DLL for 32-bit Windows and runs its tests under Wine
 	@scripts/packages $(build_packages) $(win32_packages)

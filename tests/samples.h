@@ -9,6 +9,8 @@
 namespace vrk::test {
 
 using samples = std::vector<std::uint16_t>;
+// Of packed planes, as the array forms take them: all of K, then of C ...
+using lines = std::vector<std::vector<std::uint8_t>>;
 
 inline std::vector<std::uint8_t> packed(const samples& values, bool words) {
   if (!words) return {values.begin(), values.end()};

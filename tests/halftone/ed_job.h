@@ -6,6 +6,7 @@
 #include <random>
 
 #include "tests/halftone/ed_reference.h"
+#include "tests/halftone/halftone_lines.h"
 
 namespace vrk::test {
 

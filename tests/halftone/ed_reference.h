@@ -8,7 +8,6 @@
 #include "base/integers.h"
 #include "kit/ed_tables.h"
 #include "kit/planes.h"
-#include "tests/halftone/halftone_lines.h"
 #include "tests/samples.h"
 #include "vrk.h"
 

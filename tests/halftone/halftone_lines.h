@@ -2,11 +2,10 @@
 #pragma once
 
 #include "tests/fenced_handle.h"
+#include "tests/samples.h"
 #include "vrk.h"
 
 namespace vrk::test {
-
-using lines = std::vector<std::vector<std::uint8_t>>;  // as the array forms take them: all of K, then of C ...
 
 // Halftones a line between guards, into lines as long as these, by one of its two functions. The array form is given no
 // more pointers than it may look at; of six arguments those behind the last line are null.
