@@ -6,11 +6,11 @@
 namespace vrk::fuzz {
 
 struct halftone_calls {
-  std::uint32_t (*start)(void*, std::uint32_t, std::uint32_t, std::uint32_t);
+  decltype(&vrk_start_dither_block) start;
   decltype(&vrk_exec_dither) exec;
   decltype(&vrk_exec_ditherx) exec_array;
-  void (*end)(void*);
-  void (*clear)(void*);  // null: there is none
+  decltype(&vrk_end_dither_block) end;
+  decltype(&vrk_clear_ed_buf) clear;  // null: there is none
   bool start_refused_keeps_block;
 };
 

@@ -1,5 +1,6 @@
 #include "halftone/pack.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "halftone/planes.h"
@@ -52,7 +53,7 @@ void pack(u32 bits, const u8* codes, u32 count, u8* out) {
     case 4:
       return packer<4>::line<wide>(codes, count, out);
     default:
-      std::memset(out, 0, packed_bytes(bits, count));
+      std::fill_n(out, packed_bytes(bits, count), u8{0});  // none, where a line without pixels may be null
   }
 }
 
