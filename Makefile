@@ -16,9 +16,9 @@ coverage_packages = clang-14 clang llvm-14 llvm
 fuzz_packages = clang cmake ninja-build
 bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev libgutenprint-dev
 program_peers = argyll ffmpeg
-build = cmake --preset $(1) >/dev/null && cmake --build --preset $(1)
+build = cmake --preset $(1) $(CONFIGURE) >/dev/null && cmake --build --preset $(1)
 
-.PHONY: demo test test-queue sanitize fuzz tsan win32 aarch64 coverage compare benchmarks bench bench-rows bench-programs speed bench32 check-link check-proof check-calibrate dist check-dist check-scripts check-format clean
+.PHONY: demo test test-queue sanitize fuzz tsan win32 aarch64 coverage compare benchmarks bench bench-rows bench-programs speed bench32 check-link check-proof check-calibrate dist check-dist check-reproducible check-scripts check-format clean
 
 demo: # prints the built-in sample page and shows the paths of the pictures
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -121,13 +121,18 @@ check-calibrate: out/press.icc # how even ramps become, by a press profile, with
 	@$(call build,program)
 	@scripts/check-calibrate build/program/tools/vrk out/press.icc out/check-calibrate
 
+# The time that packages and man pages bear: that of the last commit, whenever they are made.
+export SOURCE_DATE_EPOCH ?= $(shell git log -1 --format=%ct 2>/dev/null || stat -c %Y CHANGELOG.md)
 dist: # packs out/dist: a zip for 32-bit Windows, a tar.gz and two Debian packages for Linux
 	@scripts/packages $(build_packages) $(tool_packages) $(test_packages) $(printer_app_packages) $(dll_packages) \
 	  dpkg-dev file help2man
 	@$(call build,queue)
 	@$(call build,dll)
-	@cpack --config build/release/CPackConfig.cmake -B out/dist
-	@cpack --config build/dll/CPackConfig.cmake -B out/dist
+	@umask 022 && TZ=UTC cpack --config build/release/CPackConfig.cmake -B out/dist
+	@umask 022 && TZ=UTC cpack --config build/dll/CPackConfig.cmake -B out/dist
+
+check-reproducible: # packs twice, in other folders and at other times: the same bytes? Takes as long as two builds of everything
+	@scripts/check-reproducible
 
 check-dist: dist # unpacks out/dist and builds and runs programs with what is there
 	@scripts/packages $(win32_packages)

@@ -5,6 +5,8 @@ install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_STRIP_FILES ON)
+# Of the same sources the same bytes, whenever they are packed (make check-reproducible).
+set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/staged_times.cmake)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_PACKAGE_CONTACT "vrk maintainers <maintainers@vrk.invalid>")
 if(WIN32)
