@@ -18,7 +18,7 @@ bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev l
 program_peers = argyll ffmpeg
 build = cmake --preset $(1) $(CONFIGURE) >/dev/null && cmake --build --preset $(1)
 
-.PHONY: demo test test-queue sanitize fuzz tsan win32 aarch64 coverage compare benchmarks bench bench-rows bench-programs speed bench32 check-link check-proof check-calibrate dist check-dist check-reproducible check-scripts check-format clean
+.PHONY: demo test test-queue sanitize fuzz tsan win32 aarch64 coverage compare benchmarks bench bench-rows bench-programs compare-halftones speed bench32 check-link check-proof check-calibrate dist check-dist check-reproducible check-scripts check-format clean
 
 demo: # prints the built-in sample page and shows the paths of the pictures
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -88,6 +88,12 @@ bench_rows = before=$$(scripts/library-of $(BEFORE)) && build/bench/bench/vrk_pa
 bench-programs: benchmarks # one page through a colour grid by whole programs
 	@scripts/packages $(program_peers)
 	@scripts/compare-programs build/bench
+
+compare-halftones: benchmarks # noise and colours of the kit's filters and matrices beside EvenTone, on PHOTOS=DIR or files
+	@scripts/packages $(tool_packages)
+	@$(call build,program)
+	@scripts/compare-halftones build/program/tools/vrk build/bench/bench/vrk_eventone out/halftones \
+	  $(if $(wildcard $(PHOTOS)/.),$(wildcard $(addprefix $(PHOTOS)/*.,png jpg jpeg tif tiff ppm)),$(PHOTOS))
 
 speed: benchmarks # measures what docs/speed.md shows, and writes it there; takes a quarter of an hour
 	@scripts/packages $(program_peers) gnuplot-nox

@@ -6,51 +6,11 @@
 #include "kit/srgb.h"
 #include "tools/drawing/sheet.h"
 #include "tools/print/dots.h"
-#include "tools/print/print_pipeline.h"
 #include "tools/review/halftone_choices.h"
+#include "tools/review/ink_picture.h"
 
 namespace vrk::tool {
 namespace {
-
-// A part of the picture, in its pixels.
-struct window {
-  unsigned left, top, width, height;
-};
-
-window around(pixel_place centre, unsigned width, unsigned height, unsigned page_width, unsigned page_height) {
-  width = std::min(width, page_width);
-  height = std::min(height, page_height);
-  return {window_start(centre.x, width, page_width), window_start(centre.y, height, page_height), width, height};
-}
-
-// A part of the picture as its inks: a byte for every ink of every pixel.
-struct ink_picture {
-  unsigned width, height, inks;
-  std::vector<std::uint8_t> samples;
-
-  std::size_t line_bytes() const { return std::size_t{width} * inks; }
-  const std::uint8_t* line(unsigned y) const { return &samples[y * line_bytes()]; }
-};
-
-ink_picture read_inks(image_reader& source, const window& part, std::optional<unsigned> inks) {
-  print_options options;
-  options.inks.count = inks;
-  const line_format format{source.channels(), source.bits()};
-  const pipeline stages =
-      make_print_pipeline(choose_tables(options, format), options.layout, options.precision(), part.width, format);
-
-  pipeline::workspace space(stages);
-  ink_picture picture{part.width, part.height, stages.output().samples, {}};
-  picture.samples.resize(part.height * picture.line_bytes());
-  std::vector<std::uint8_t> line(source.line_bytes());
-  for (unsigned y = 0; y < source.height(); ++y) {  // all lines, so that a broken picture is always refused
-    source.read_line(line.data());
-    if (y < part.top || y >= part.top + part.height) continue;
-    const std::size_t pixel_bytes = source.line_bytes() / source.width();
-    stages.convert(&line[part.left * pixel_bytes], &picture.samples[(y - part.top) * picture.line_bytes()], space);
-  }
-  return picture;
-}
 
 using pixels = std::vector<pixel>;  // row by row
 

@@ -7,8 +7,10 @@ namespace vrk::tool {
 ink_plane flat_patch(halftone& by, unsigned width, unsigned height, unsigned tone, unsigned bits) {
   const std::vector<std::uint8_t> bytes(width, std::uint8_t(tone));
   const std::vector<std::uint16_t> words(width, std::uint16_t(tone * 257));
-  const void* const line = bits == 16 ? static_cast<const void*>(words.data()) : bytes.data();
+  return dots_of_lines(by, width, height, bits == 16 ? static_cast<const void*>(words.data()) : bytes.data());
+}
 
+ink_plane dots_of_lines(halftone& by, unsigned width, unsigned height, const void* line) {
   dots row(by.planes(), width);
   std::vector<std::uint8_t> packed(by.output_bytes());
   ink_plane patch{width, height, {}};

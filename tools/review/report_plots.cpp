@@ -3,13 +3,15 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <tuple>
 
 #include "tools/drawing/chart.h"
 
 namespace vrk::tool {
 namespace {
 
-constexpr pixel orange{222, 120, 30}, blue{35, 95, 190}, good{226, 242, 226}, bad{250, 228, 224}, mark{120, 126, 134};
+constexpr pixel orange{222, 120, 30}, blue{35, 95, 190}, good{226, 242, 226}, bad{250, 228, 224}, mark{120, 126, 134},
+    seam_area{244, 240, 222};
 
 std::string conditions(const report_options& options) {
   return std::to_string(options.levels) + " levels, error diffusion " +
@@ -17,7 +19,7 @@ std::string conditions(const report_options& options) {
 }
 
 std::string formatted(const char* format, double value) {
-  char text[48];
+  char text[96];
   std::snprintf(text, sizeof text, format, value);
   return text;
 }
@@ -70,7 +72,8 @@ void plot_spectra(const std::vector<choice_report>& reports, const report_option
   chart_axis frequency{"cycles per pixel", 0, 0.71, {}}, power{"dB", -50, 20, {{-40, "-40"}, {-20, "-20"}, {0, "0"}}};
   for (int i = 0; i <= 7; ++i) frequency.ticks.push_back({i / 10.0, formatted("%g", i / 10.0)});
   for (const choice_report& r : reports) {
-    const auto& [tone, share, spectrum] = r.cloudiest();
+    const tone_spectrum& clouds = r.cloudiest();
+    const auto& [tone, share, spectrum] = std::tie(clouds.tone, clouds.share, clouds.power);
     const double principal = principal_frequency(share), low = low_power(spectrum, share);
     const double rounded = std::round(decibels(low)) + 0.0;  // no -0
     const std::string remark = "tone " + std::to_string(tone) + formatted(", low frequencies %.0f dB", rounded);
@@ -82,6 +85,31 @@ void plot_spectra(const std::vector<choice_report>& reports, const report_option
     for (std::size_t i = 1; i < spectrum.size(); ++i) {
       curve.push_back({double(i) / spectrum_window, decibels(spectrum[i])});
     }
+    plot.plot(curve, blue);
+  }
+  sheet.save(to);
+}
+
+void plot_noise(const std::vector<choice_report>& reports, const report_options& options, output_file& to) {
+  chart_sheet sheet(reports.size(), "Visible noise of flat patches",
+                    formatted("RMS of the dots as an eye sees them at %g cm, ", options.view.distance_cm) +
+                        formatted("%g dpi, ", options.view.dpi) + conditions(options));
+  sheet.explain("noise, % of full ink", blue);
+  sheet.explain("where seams may be", seam_area, true);
+  // One scale for all, so that charts can be compared; what goes beyond it is too much in any case.
+  chart_axis noise{"% of full ink", 0, 0.5, {}};
+  for (int i = 0; i < 5; ++i) noise.ticks.push_back({i / 10.0, formatted("%g", i / 10.0)});
+  const chart_axis tone{"tone", 0, 255, {{0, "0"}, {64, "64"}, {128, "128"}, {192, "192"}, {255, "255"}}};
+  for (const choice_report& r : reports) {
+    const tone_noise& worst = r.noisiest();
+    chart plot = sheet.add(r.choice.name,
+                           formatted("mean %.2f", r.mean_noise.eye) + formatted(", worst %.2f at ", worst.noise.eye) +
+                               std::to_string(worst.tone),
+                           tone, noise);
+    for (const double place : {64.0, 128.0, 191.0}) plot.shade({place - 4, 0}, {place + 4, noise.to}, seam_area);
+    plot.draw_axes();
+    std::vector<pictures::point> curve;
+    for (const tone_noise& n : r.noise) curve.push_back({double(n.tone), n.noise.eye});
     plot.plot(curve, blue);
   }
   sheet.save(to);

@@ -129,7 +129,7 @@ spectrum_peak hump(const std::vector<double>& power, double share) {
 }
 
 direction strongest_direction(const power_spectrum& of) {
-  constexpr int band = side / 32, bands = int(0.45 * side) / band;
+  constexpr int band = side / 32, bands = int(0.45 * side) / band, lowest = side / 16;
   struct directions {
     weighted_mean all;
     std::array<weighted_mean, 4> near{};  // 0, 45, 90, 135 degrees
@@ -142,7 +142,7 @@ direction strongest_direction(const power_spectrum& of) {
       const int fy = signed_frequency(y);
       const double distance = std::hypot(x, fy), power = of.at(unsigned(x), unsigned(y));
       const auto i = std::size_t(distance / band);
-      if (distance < 2 || i >= found.size()) continue;
+      if (distance < lowest || i >= found.size()) continue;
       const double kept = power * times(x) * std::exp(-std::pow(2 * std::numbers::pi * 2 * distance / side, 2));
       seen[i] += kept;
       all_seen += kept;

@@ -42,8 +42,9 @@ spectrum_peak hump(const std::vector<double>& power, double share);
 
 // Lines and worms: a direction with more power than the others. ratio: mean power within 6 degrees of an axis or a
 // diagonal over the mean of all directions, at the frequency where it is largest: 1 for a pattern that is alike in all
-// directions, at most 16. Frequencies count up to 0.45 cycles per pixel, in bands of 1 / 32, where the power after the
-// Gaussian of 2 pixels is not below a hundredth of the whole: what no eye sees has no direction.
+// directions, at most 16. Frequencies count from 1 / 16, below which edges of the picture show, to 0.45 cycles per
+// pixel, in bands of 1 / 32, where the power after the Gaussian of 2 pixels is not below a hundredth of the whole: what
+// no eye sees has no direction.
 struct direction {
   double ratio = 1, frequency = 0;  // cycles per pixel
   int degrees = 0;                  // of the wave: 0 for upright lines, 90 for level ones, 45 and 135
