@@ -51,11 +51,7 @@ edpr_table cell_parameters(unsigned planes, unsigned scale_x, unsigned scale_y, 
   edpr_table table = ed_parameters(planes, levels, modulation);
   table.version = "0020";
   const dot_cells dots = centred_dots(scale_x, scale_y, levels);
-  const bool scatter = planes > 1 && scale_x * scale_y > 1;
-  if (scatter) {
-    table.pattern_width = scatter_width;
-    table.pattern_height = scatter_height;
-  }
+  const bool spread = planes > 1 && scale_x * scale_y > 1;
   for (std::size_t p = 0; p < planes; ++p) {
     ed_plane& plane = table.planes[table_position[p]];
     plane.bits = 1;  // of every dot
@@ -63,8 +59,13 @@ edpr_table cell_parameters(unsigned planes, unsigned scale_x, unsigned scale_y, 
     plane.scale_y = scale_y;
     plane.level_values = dots.level_values;
     plane.thresholds = halfway_thresholds(plane.level_values);
-    for (const std::uint16_t cell : dots.cells) {
-      plane.patterns.push_back(scatter ? scattered(cell, scale_x, scale_y, unsigned(p)) : std::vector{cell});
+    if (spread) {
+      cell_tile tile = spread_dots(scale_x, scale_y, dots.dots, unsigned(p));
+      table.pattern_width = tile.width;
+      table.pattern_height = tile.height;
+      plane.patterns = std::move(tile.levels);
+    } else {
+      for (const std::uint16_t cell : dots.cells) plane.patterns.push_back({cell});
     }
   }
   return table;

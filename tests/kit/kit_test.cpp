@@ -204,4 +204,27 @@ TEST(kit, dots_of_two_planes_meet_by_chance) {
   }
 }
 
+// A window as large as a cell that lies across four of them has about as many dots as they have.
+TEST(kit, dots_of_neighbouring_cells_keep_apart) {
+  const edpr_table table = cell_parameters(4, 4, 4, 17);
+  const unsigned width = table.pattern_width, height = table.pattern_height;
+  for (std::size_t plane = 0; plane < 4; ++plane) {
+    for (unsigned level = 1; level < 16; ++level) {
+      const std::vector<std::uint16_t>& cells = table.planes[plane].patterns[level];
+      double squares = 0;
+      for (unsigned y = 0; y < height; ++y) {
+        for (unsigned x = 0; x < width; ++x) {
+          const auto quarter = [&](unsigned right, unsigned down, unsigned dots) {
+            return std::popcount(unsigned(cells[(y + down) % height * width + (x + right) % width] & dots));
+          };
+          const int dots =
+              quarter(0, 0, 0x0033) + quarter(1, 0, 0x00CC) + quarter(0, 1, 0x3300) + quarter(1, 1, 0xCC00);
+          squares += (dots - int(level)) * (dots - int(level));
+        }
+      }
+      EXPECT_LT(squares / (width * height), 1.0) << "plane " << plane << ", level " << level;
+    }
+  }
+}
+
 }  // namespace
