@@ -11,7 +11,8 @@ void put_level(std::span<sample> table, u32 level, u16 value) {
 // Entry n of the curve sits at this 16-bit input level.
 constexpr u32 level_of_entry(u32 n) { return rescale<10, 16>(n); }
 
-// Levels between two entries lie on the straight line between them, rounded to the nearest value.
+// Levels between two entries lie on the straight line between them, rounded to the nearest value: the sums are 0.5 to
+// 65535.5.
 template <class sample>
 void join_entries(curve_image& image, std::span<sample> table) {
   u16 from = image.entry(0, 0);
@@ -22,7 +23,7 @@ void join_entries(curve_image& image, std::span<sample> table) {
     put_level(table, start, from);
     for (u32 level = start + 1; level < end; ++level) {
       const double value = double(level - start) * slope + double(from) + 0.5;
-      put_level(table, level, u16(value < 0 ? 0 : value > 65535 ? 65535 : value));
+      put_level(table, level, u16(value));
     }
     from = to;
   }

@@ -123,6 +123,10 @@ TEST(ed_rows, two_levels_are_chosen_for_tables_that_qualify) {
        [](ed_tables& t) {
          send(t, 300, {-136, -120});
        }},
+      {"ahead more than fits in a word", false,
+       [](ed_tables& t) {
+         send(t, 255, {30000, 30000});
+       }},
       {"amounts that just fit in a word", true, [](ed_tables& t) { send_below(t, 4095, -4096); }},
       {"amounts that do not", false, [](ed_tables& t) { send_below(t, 4095, -4097); }},
   };

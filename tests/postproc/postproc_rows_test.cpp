@@ -12,7 +12,7 @@ using namespace vrk::test;
 // in place only.
 void expect_row_as_defined(const postproc_row& row, cpu_level level, const postproc_job& j) {
   handle h(j);
-  for (const u32 pixels : {1u, 511u, 513u, 1030u}) {
+  for (const u32 pixels : {0u, 1u, 511u, 513u, 1030u}) {
     samples src = all_levels(j);
     src.resize(pixels * j.in());
     const auto run = [&](void* at, auto* in, auto* out) {
@@ -35,6 +35,7 @@ TEST(postproc_rows, equal_the_definition) {
       const u32 flags = more | (row.in == 16 ? VRK_IN16 : 0) | (row.out == 16 ? VRK_OUT16 : 0);
       const postproc_job jobs[] = {{4, {}, {}, flags},
                                    {4, random_curves(4), {{{}, a, {}, b}}, flags},
+                                   {4, random_curves(4), {}, flags},
                                    {4, {}, {{a, {}, b}}, flags},
                                    {6, {}, {{{}, a, {}, {}, b}}, flags},
                                    {1, random_curves(1), {a}, flags},
