@@ -61,10 +61,11 @@ aarch64: # builds the library for 64-bit ARM, without the kernels that are for x
 	@$(call build,aarch64)
 	@ctest --preset aarch64
 
+coverage_tests = build/coverage/tests/vrk_tests --gtest_filter
 coverage: # which branches of the library its tests leave out; takes some minutes
 	@scripts/packages $(build_packages) $(test_packages) $(coverage_packages)
 	@$(call build,coverage) --target vrk_tests
-	@scripts/branches build/coverage build/coverage/tests/vrk_tests
+	@scripts/branches build/coverage "$(coverage_tests)=csc*:ed*" "$(coverage_tests)=-csc*:ed*"
 
 BUILDS = build/release build/sanitize build/win32
 compare: # the same bytes from the builds that the three targets above made

@@ -24,8 +24,8 @@ vrk::kit::color_table table_for(unsigned channels, unsigned round, bool twelve, 
 // pixels ends, so that no pixel of another colour lies between two blocks of one.
 std::vector<rgb> pixels_for_rows(bool in16, unsigned round) {
   std::vector<rgb> pixels = varied_pixels(300, in16, round);
-  pixels.insert(pixels.begin() + 70, 138, rgb(pixels[3]));
-  pixels.insert(pixels.begin() + 208, 100, rgb(pixels[4]));
+  pixels.insert(pixels.begin() + 70, 250, rgb(pixels[3]));
+  pixels.insert(pixels.begin() + 320, 150, rgb(pixels[4]));
   return pixels;
 }
 
