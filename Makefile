@@ -12,13 +12,14 @@ win32_packages = $(dll_packages) googletest clang-14 lld-14
 profile_packages = argyll icc-profiles-free libgs-common
 proof_packages = python3-numpy python3-pil python3-scipy python3-skimage
 aarch64_packages = g++-aarch64-linux-gnu qemu-user googletest
+i686_packages = g++-12-multilib googletest
 coverage_packages = clang-14 clang llvm-14 llvm
 fuzz_packages = clang cmake ninja-build
 bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev libgutenprint-dev
 program_peers = argyll ffmpeg
 build = cmake --preset $(1) $(CONFIGURE) >/dev/null && cmake --build --preset $(1)
 
-.PHONY: demo test test-queue sanitize fuzz tsan win32 aarch64 coverage compare benchmarks bench bench-rows bench-programs compare-halftones speed bench32 check-link check-proof check-calibrate dist check-dist check-reproducible check-scripts check-format clean
+.PHONY: demo test test-queue sanitize fuzz tsan win32 aarch64 i686 coverage compare benchmarks bench bench-rows bench-programs compare-halftones speed bench32 check-link check-proof check-calibrate dist check-dist check-reproducible check-scripts check-format clean
 
 demo: # prints the built-in sample page and shows the paths of the pictures
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -62,6 +63,11 @@ aarch64: # builds the library for 64-bit ARM, without the kernels that are for x
 	@ctest --preset aarch64
 
 coverage_tests = build/coverage/tests/vrk_tests --gtest_filter
+i686: # builds the library for 32-bit Linux and runs its tests and kept inputs under the sanitizers
+	@scripts/packages $(build_packages) $(i686_packages)
+	@$(call build,i686)
+	@ctest --preset i686
+
 coverage: # which branches of the library its tests leave out; takes some minutes
 	@scripts/packages $(build_packages) $(test_packages) $(coverage_packages)
 	@$(call build,coverage) --target vrk_tests

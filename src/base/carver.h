@@ -25,8 +25,8 @@ namespace vrk {
 // Builds with the address sanitizer watch what was not handed out of a handle: the gaps between its pieces and the rest
 // behind the last one. An access there ends the program.
 #ifdef VRK_WATCHED
-inline void watch_memory(void* at, u64 bytes) { ASAN_POISON_MEMORY_REGION(at, bytes); }
-inline void unwatch_memory(void* at, u64 bytes) { ASAN_UNPOISON_MEMORY_REGION(at, bytes); }
+inline void watch_memory(void* at, u64 bytes) { ASAN_POISON_MEMORY_REGION(at, std::size_t(bytes)); }
+inline void unwatch_memory(void* at, u64 bytes) { ASAN_UNPOISON_MEMORY_REGION(at, std::size_t(bytes)); }
 #else
 inline void watch_memory(void*, u64) {}
 inline void unwatch_memory(void*, u64) {}
