@@ -5,15 +5,39 @@
 namespace vrk::kit {
 namespace {
 
-// Every neighbour gets the whole part of its share; what is left goes, one by one, to the largest remainders.
-edtb_row distribute(const error_filter& filter, int quantisation_error) {
+struct exact_shares {
+  std::array<int, 5> shares;
+  int divisor;
+};
+
+// size: as in shares_from
+exact_shares shares_of(const error_filter& filter, int size) {
+  shares_from below{0, filter.shares};
+  for (const shares_from& above : filter.larger) {
+    if (size < above.error) {
+      const int distance = above.error - below.error, gone = size - below.error;
+      exact_shares between{{}, filter.divisor * distance};
+      for (std::size_t i = 0; i < between.shares.size(); ++i) {
+        between.shares[i] = below.shares[i] * (distance - gone) + above.shares[i] * gone;
+      }
+      return between;
+    }
+    below = above;
+  }
+  return {below.shares, filter.divisor};
+}
+
+int rounded_down(int dividend, int divisor) { return (dividend - (dividend < 0 ? divisor - 1 : 0)) / divisor; }
+
+// Every neighbour gets its share rounded down; what is left goes, one by one, to the largest remainders.
+edtb_row distribute(const exact_shares& filter, int quantisation_error) {
   edtb_row row{};
   std::array<int, 5> remainder{};
   int total = 0, given = 0;
   for (std::size_t i = 0; i < remainder.size(); ++i) {
     const int amount = quantisation_error * filter.shares[i];
-    row[i] = std::int16_t(amount / filter.divisor);
-    remainder[i] = amount % filter.divisor;
+    row[i] = std::int16_t(rounded_down(amount, filter.divisor));
+    remainder[i] = amount - row[i] * filter.divisor;
     total += amount;
     given += row[i];
   }
@@ -32,12 +56,12 @@ const error_filter* find_error_filter(std::string_view name) {
   return at == error_filters.end() ? nullptr : &*at;
 }
 
-edtb_table distribution_table(const error_filter& filter) {
+edtb_table distribution_table(const error_filter& filter, unsigned levels) {
   constexpr int max_error = 255;
   edtb_table table;
   table.rows.resize(2 * max_error + 1);
   for (int e = 0; e <= max_error; ++e) {
-    const edtb_row row = distribute(filter, e);
+    const edtb_row row = distribute(shares_of(filter, e * (int(levels) - 1)), e);
     edtb_row& negated = table.rows[std::size_t(max_error - e)];
     std::transform(row.begin(), row.end(), negated.begin(), [](int amount) { return std::int16_t(-amount); });
     table.rows[std::size_t(max_error + e)] = row;

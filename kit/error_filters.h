@@ -1,7 +1,8 @@
-// Error filters of the literature that fit the five neighbours of the error diffusion kernels.
+// Error filters that fit the five neighbours of the error diffusion kernels: those of the literature, and our own.
 #pragma once
 
 #include <array>
+#include <span>
 #include <string_view>
 
 #include "kit/ed_tables.h"
@@ -15,15 +16,37 @@ namespace vrk::kit {
 //
 // No neighbour lies ahead on the next line, because the next line is scanned the other way round. Filters that have one
 // there do not fit; those marked "folded" are adaptations, which move its share to the neighbour that mirrors it.
+//
+// A neighbour may have a negative share, if the next pixel gets more for it. A filter may also spread errors of
+// different sizes differently: from one size to the next in its list the shares change evenly.
+struct shares_from {
+  int error;  // size of a quantisation error of two levels, 1 ... 255
+  std::array<int, 5> shares;
+};
+
 struct error_filter {
   std::string_view name;
-  std::array<int, 5> shares;
+  std::array<int, 5> shares;  // of all errors, or of the smallest
   int divisor;
   std::string_view source;
-  bool lossy = false;  // the shares do not add up to the divisor
+  bool lossy = false;                        // the shares do not add up to the divisor
+  std::span<const shares_from> larger = {};  // shares of larger errors, ascending; the last are for all beyond as well
+};
+
+// Found by search (kit/search), sizes in between as well.
+inline constexpr std::array smooth_shares{
+    shares_from{32, {868, -203, 128, -57, 264}},  shares_from{64, {921, -314, 44, 78, 271}},
+    shares_from{96, {879, -270, 81, 215, 95}},    shares_from{128, {941, -226, 21, 411, -147}},
+    shares_from{192, {816, -243, 127, 168, 132}},
 };
 
 inline constexpr std::array error_filters{
+    error_filter{"smooth",
+                 {1012, -238, -108, 434, -100},
+                 1000,
+                 "made by search for the least visible noise in photographs: kit/search",
+                 false,
+                 smooth_shares},
     error_filter{"fan", {7, 0, 1, 3, 5}, 16, "Z. Fan, A simple modification of error diffusion weights, IS&T 1992"},
     error_filter{"shiau-fan",
                  {4, 0, 1, 1, 2},
@@ -41,12 +64,15 @@ inline constexpr std::array error_filters{
     error_filter{"none", {0, 0, 0, 0, 0}, 1, "plain thresholds, no diffusion", true},
 };
 
+// What the programs use unless another one is asked for.
+inline constexpr std::string_view default_error_filter = "smooth";
+
 // Null for a name that the list does not hold.
 const error_filter* find_error_filter(std::string_view name);
 
 // The distribution of a filter: one row for each quantisation error -255 ... 255. Its amounts are the shares rounded to
 // whole numbers so that they add up to the quantisation error exactly (a lossy filter's to what its shares make of it),
-// and the row of -e is that of e, negated.
-edtb_table distribution_table(const error_filter& filter);
+// and the row of -e is that of e, negated. levels: of a dot; with more of them, errors are smaller in proportion.
+edtb_table distribution_table(const error_filter& filter, unsigned levels = 2);
 
 }  // namespace vrk::kit

@@ -2,7 +2,6 @@
 
 #include "kit/color_grids.h"
 #include "kit/dot_patterns.h"
-#include "kit/error_filters.h"
 #include "kit/level_sets.h"
 #include "kit/planes.h"
 #include "kit/separation.h"
@@ -85,9 +84,9 @@ dither_table dither_parameters(unsigned planes, unsigned levels, std::string_vie
   return table;
 }
 
-edtb_table ed_distribution(std::string_view filter) {
+edtb_table ed_distribution(std::string_view filter, unsigned levels) {
   const error_filter* const found = find_error_filter(filter);
-  return found == nullptr ? edtb_table{} : distribution_table(*found);
+  return found == nullptr ? edtb_table{} : distribution_table(*found, levels);
 }
 
 color_table ink_table(unsigned inks, unsigned points, grid_encoding encoding) {

@@ -7,6 +7,7 @@
 #include "kit/curve_image.h"
 #include "kit/dither_table.h"
 #include "kit/ed_tables.h"
+#include "kit/error_filters.h"
 #include "kit/modulation.h"
 
 namespace vrk::kit {
@@ -24,8 +25,8 @@ edpr_table cell_parameters(unsigned planes, unsigned scale_x, unsigned scale_y, 
 dither_table dither_parameters(unsigned planes, unsigned levels, std::string_view matrix = "blue-noise",
                                bool in16 = false);
 
-// "edtb" of a filter of kit/error_filters.h; without rows for an unknown name.
-edtb_table ed_distribution(std::string_view filter = "fan");
+// "edtb" of a filter of kit/error_filters.h; without rows for an unknown name. levels: as in ed_parameters.
+edtb_table ed_distribution(std::string_view filter = default_error_filter, unsigned levels = 2);
 
 // "csc2" from sRGB to the inks of kit/ink_model.h. inks: 4 or 6.
 color_table ink_table(unsigned inks, unsigned points = 17, grid_encoding encoding = grid_encoding::raw16);

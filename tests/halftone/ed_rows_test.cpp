@@ -85,6 +85,11 @@ ed_tables edge_tables(unsigned planes) {
 TEST(ed_rows, two_levels_are_chosen_for_tables_that_qualify) {
   static constexpr edge of_both[] = {
       {"fan", true, [](ed_tables&) {}},
+      {"what the programs use", true,
+       [](ed_tables& t) {
+         t.params = kit::ed_parameters(4, 2, kit::fine_noise());
+         t.distribution = kit::ed_distribution();
+       }},
       {"a third level", false,
        [](ed_tables& t) { yellow(t).level_values.push_back(1023), yellow(t).thresholds.push_back(1023); }},
       {"level 0 stands for 4", false, [](ed_tables& t) { yellow(t).level_values[0] = 4; }},

@@ -56,15 +56,26 @@ TEST(kit, tables_are_read_back_as_they_were_written) {
 
 TEST(kit, rows_of_a_distribution_table_add_up_to_their_error) {
   for (const error_filter& filter : error_filters) {
-    const int shares = std::accumulate(filter.shares.begin(), filter.shares.end(), 0);
-    EXPECT_EQ(filter.lossy, shares != filter.divisor) << filter.name;
-    const edtb_table table = distribution_table(filter);
-    ASSERT_EQ(table.rows.size(), 511u);
-    for (int e = -255; e <= 255; ++e) {
-      const edtb_row& row = table.rows[std::size_t(e + 255)];
-      EXPECT_EQ(std::accumulate(row.begin(), row.end(), 0), filter.lossy ? 0 : e) << filter.name;
-      for (std::size_t i = 0; i < 5; ++i) {  // within one of the exact share
-        EXPECT_LT(std::abs(row[i] * filter.divisor - e * filter.shares[i]), filter.divisor) << filter.name << ' ' << e;
+    const auto shares_at = [&](int size) -> const std::array<int, 5>* {  // null between two entries of the list
+      if (filter.larger.empty() || size == 0) return &filter.shares;
+      const auto at =
+          std::find_if(filter.larger.begin(), filter.larger.end(), [&](auto& l) { return size <= l.error; });
+      if (at == filter.larger.end()) return &filter.larger.back().shares;
+      return at->error == size ? &at->shares : nullptr;
+    };
+    for (const unsigned levels : {2u, 4u}) {
+      const edtb_table table = distribution_table(filter, levels);
+      ASSERT_EQ(table.rows.size(), 511u);
+      for (int e = -255; e <= 255; ++e) {
+        const edtb_row& row = table.rows[std::size_t(e + 255)];
+        EXPECT_EQ(std::accumulate(row.begin(), row.end(), 0), filter.lossy ? 0 : e) << filter.name;
+        const std::array<int, 5>* const shares = shares_at(std::abs(e) * int(levels - 1));
+        if (shares == nullptr) continue;
+        const int sum = std::accumulate(shares->begin(), shares->end(), 0);
+        EXPECT_EQ(filter.lossy, sum != filter.divisor) << filter.name;
+        for (std::size_t i = 0; i < 5; ++i) {  // within one of the exact share
+          EXPECT_LT(std::abs(row[i] * filter.divisor - e * (*shares)[i]), filter.divisor) << filter.name << ' ' << e;
+        }
       }
     }
   }

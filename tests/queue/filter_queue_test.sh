@@ -57,7 +57,7 @@ prints 60 '--matrix screens' -d q -o Resolution=300dpi -o ColorModel=Gray -o Vrk
 head -c 100000 kept/raster >broken
 
 # A wrong option is said in the log, a broken raster too, and the queue goes on.
-wait_for_job "$(job -d q -o Resolution=300dpi -o VrkFilter=fam two.pdf)" 60 '--filter: fam not in {fan,'
+wait_for_job "$(job -d q -o Resolution=300dpi -o VrkFilter=fam two.pdf)" 60 '--filter: fam not in {smooth,'
 wait_for_job "$(job -d q broken)" 60 'page 1: the stream breaks off after'
 
 # Cancelled in the middle of a page: no process, no file of it, and the queue prints the next job.

@@ -56,7 +56,7 @@ completes() { # WORDS WORD...
 completes 'print' pri
 completes 'chart calibrate compare' c
 completes '--fill --filter' print --fil
-completes 'shiau-fan sierra-lite sierra-two-row' print photo.jpg --filter s
+completes 'smooth shiau-fan sierra-lite sierra-two-row' print photo.jpg --filter s
 completes 'burkes' print --filter = b
 completes 'planes pwg' print photo.jpg --format p
 completes '' print --profile --

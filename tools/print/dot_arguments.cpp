@@ -39,7 +39,9 @@ void add_dot_options(CLI::App& command, dot_options& to) {
                   "levels of a dot: up to 16, by dither up to 255 (default 2); with --cells, levels of a cell")
       ->check(CLI::Range(2, 255))
       ->group(group);
-  command.add_option("--filter", to.filter, "error diffusion: error filter (default fan)")
+  command
+      .add_option("--filter", to.filter,
+                  "error diffusion: error filter (default " + std::string(kit::default_error_filter) + ")")
       ->check(CLI::IsMember(names_of(kit::error_filters)))
       ->group(group);
   command.add_option("--modulation", to.modulation, "error diffusion: modulation of the thresholds (default noise)")

@@ -30,6 +30,13 @@ table dither_parameters(const dot_options& options, unsigned planes, bool sample
   return {"the kit's matrix " + matrix, kit::dither_parameters(planes, levels, matrix, samples16).encode()};
 }
 
+// Of any plane; 2 for tables that the library refuses.
+unsigned most_levels(const kit::bytes& parameters) {
+  std::size_t most = 2;
+  for (const auto& values : kit::ed_level_values(parameters)) most = std::max(most, values.size());
+  return unsigned(most);
+}
+
 }  // namespace
 
 unsigned choose_ink_tables(const ink_options& options, print_tables& tables) {
@@ -77,8 +84,9 @@ void choose_halftone_tables(const dot_options& options, unsigned planes, bool sa
     tables.parameters = {"the kit's levels", error_diffusion_parameters(options, planes).encode()};
   }
   if (!tables.distribution) {
-    const std::string filter = options.filter.empty() ? "fan" : options.filter;
-    tables.distribution = {"the kit's filter " + filter, kit::ed_distribution(filter).encode()};
+    const std::string filter(options.filter.empty() ? kit::default_error_filter : options.filter);
+    const unsigned levels = most_levels(tables.parameters->image);
+    tables.distribution = {"the kit's filter " + filter, kit::ed_distribution(filter, levels).encode()};
   }
 }
 

@@ -21,7 +21,7 @@ std::unique_ptr<halftone> make_halftone(const halftone_choice& choice, unsigned 
     return make_dither({choice.name, table.encode()}, width, samples16);
   }
   const kit::modulation modulation = noise ? kit::fine_noise() : kit::no_modulation();
-  return make_error_diffusion({choice.name, kit::ed_distribution(choice.name).encode()},
+  return make_error_diffusion({choice.name, kit::ed_distribution(choice.name, levels).encode()},
                               {"the kit's levels", kit::ed_parameters(planes, levels, modulation).encode()}, width,
                               precision);
 }

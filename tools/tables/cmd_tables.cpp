@@ -68,7 +68,7 @@ void put_inks(table_directory& to) {
   const auto levels = [](unsigned inks) { return kit::ed_parameters(inks, 2, kit::fine_noise_for(2)).encode(); };
   to.put("inks.csc2", kit::ink_table(4).encode());
   to.put("levels.edpr", levels(4));
-  to.put("fan.edtb", kit::ed_distribution("fan").encode());
+  to.put(std::string(kit::default_error_filter) + ".edtb", kit::ed_distribution().encode());
 
   to.put("six/inks.csc2", kit::ink_table(6).encode());
   to.put("six/levels.edpr", levels(6));
@@ -89,8 +89,9 @@ void put_colors(table_directory& to) {
 
 void put_halftones(table_directory& to) {
   for (const unsigned levels : {3u, 4u, 16u}) {
-    to.put("levels/" + std::to_string(levels) + ".edpr",
-           kit::ed_parameters(4, levels, kit::fine_noise_for(levels)).encode());
+    const std::string name = "levels/" + std::to_string(levels);
+    to.put(name + ".edpr", kit::ed_parameters(4, levels, kit::fine_noise_for(levels)).encode());
+    to.put(name + ".edtb", kit::ed_distribution(kit::default_error_filter, levels).encode());
   }
   for (const kit::error_filter& filter : kit::error_filters) {
     to.put("filters/" + std::string(filter.name) + ".edtb", kit::distribution_table(filter).encode());
