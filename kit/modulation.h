@@ -17,11 +17,16 @@ struct modulation {
 modulation no_modulation();
 
 // Blue noise, different for every plane: it breaks up the worm patterns of a filter, and planes of equal tone do not
-// put their dots on the same pixels. amplitude: 0 ... 127, on the 10-bit scale.
-modulation fine_noise(int amplitude = 127);
+// put their dots on the same pixels. amplitude: 0 ... 127, on the 10-bit scale. strength: how many times steeper than
+// even the amounts rise; those that would be larger than the amplitude are as large as it.
+modulation fine_noise(int amplitude = 127, int strength = 1);
 
 // The strongest useful noise for a number of levels: an eighth of the distance between two levels. With much more, the
 // errors of the noise itself would set dots on bare paper.
 modulation fine_noise_for(unsigned levels);
+
+// Noise of the same size, most of whose amounts are the largest: it takes more of the coarse noise off the dots, and
+// leaves more fine noise, of which the filter "smooth" has little.
+modulation strong_noise_for(unsigned levels);
 
 }  // namespace vrk::kit

@@ -89,6 +89,10 @@ edtb_table ed_distribution(std::string_view filter, unsigned levels) {
   return found == nullptr ? edtb_table{} : distribution_table(*found, levels);
 }
 
+modulation ed_modulation(std::string_view filter, unsigned levels) {
+  return filter == "smooth" ? strong_noise_for(levels) : fine_noise_for(levels);
+}
+
 color_table ink_table(unsigned inks, unsigned points, grid_encoding encoding) {
   return {.encoding = encoding, .grid = ink_grid(inks, points)};
 }

@@ -28,6 +28,9 @@ dither_table dither_parameters(unsigned planes, unsigned levels, std::string_vie
 // "edtb" of a filter of kit/error_filters.h; without rows for an unknown name. levels: as in ed_parameters.
 edtb_table ed_distribution(std::string_view filter = default_error_filter, unsigned levels = 2);
 
+// The modulation that goes with a filter: strong noise with "smooth", which was made for it, fine noise with others.
+modulation ed_modulation(std::string_view filter = default_error_filter, unsigned levels = 2);
+
 // "csc2" from sRGB to the inks of kit/ink_model.h. inks: 4 or 6.
 color_table ink_table(unsigned inks, unsigned points = 17, grid_encoding encoding = grid_encoding::raw16);
 

@@ -87,7 +87,7 @@ TEST(ed_rows, two_levels_are_chosen_for_tables_that_qualify) {
       {"fan", true, [](ed_tables&) {}},
       {"what the programs use", true,
        [](ed_tables& t) {
-         t.params = kit::ed_parameters(4, 2, kit::fine_noise());
+         t.params = kit::ed_parameters(4, 2, kit::ed_modulation());
          t.distribution = kit::ed_distribution();
        }},
       {"a third level", false,

@@ -91,12 +91,16 @@ TEST(kit, levels_spread_evenly_from_0_to_full_scale) {
 }
 
 TEST(kit, modulation_is_symmetric_and_differs_between_planes) {
-  const modulation fine = fine_noise(64);
-  for (const std::vector<std::int8_t>& plane : fine.planes) {
-    EXPECT_EQ(std::accumulate(plane.begin(), plane.end(), 0), 0);
-    EXPECT_EQ(*std::max_element(plane.begin(), plane.end()), 64);
+  for (const int strength : {1, 4}) {
+    const modulation noise = fine_noise(64, strength);
+    for (const std::vector<std::int8_t>& plane : noise.planes) {
+      EXPECT_EQ(std::accumulate(plane.begin(), plane.end(), 0), 0);
+      EXPECT_EQ(*std::max_element(plane.begin(), plane.end()), 64);
+      EXPECT_NEAR(double(std::count(plane.begin(), plane.end(), 64)) / double(plane.size()), (1 - 1.0 / strength) / 2,
+                  0.01);
+    }
+    EXPECT_NE(noise.planes[0], noise.planes[1]);
   }
-  EXPECT_NE(fine.planes[0], fine.planes[1]);
 }
 
 TEST(kit, inks_print_what_they_can_as_it_is) {

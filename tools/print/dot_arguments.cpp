@@ -44,8 +44,10 @@ void add_dot_options(CLI::App& command, dot_options& to) {
                   "error diffusion: error filter (default " + std::string(kit::default_error_filter) + ")")
       ->check(CLI::IsMember(names_of(kit::error_filters)))
       ->group(group);
-  command.add_option("--modulation", to.modulation, "error diffusion: modulation of the thresholds (default noise)")
-      ->check(CLI::IsMember({"none", "noise"}))
+  command
+      .add_option("--modulation", to.modulation,
+                  "error diffusion: modulation of the thresholds (default strong with the filter smooth, else noise)")
+      ->check(CLI::IsMember({"none", "noise", "strong"}))
       ->group(group);
   command
       .add_option("--precision", to.precision,

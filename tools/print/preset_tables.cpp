@@ -8,19 +8,31 @@
 namespace vrk::tool {
 namespace {
 
+std::string filter_of(const dot_options& options) {
+  return options.filter.empty() ? std::string(kit::default_error_filter) : options.filter;
+}
+
 unsigned levels_up_to(unsigned most, unsigned usual, const dot_options& options, const char* of) {
   const unsigned levels = options.levels.value_or(usual);
   if (levels > most) throw usage_error("--levels: " + std::string(of) + " has 2 to " + std::to_string(most));
   return levels;
 }
 
+// Of an error filter in the user's own table nothing is known.
+kit::modulation noise_of(const dot_options& options, unsigned levels, bool own_filter) {
+  if (options.modulation == "none") return kit::no_modulation();
+  if (options.modulation == "strong") return kit::strong_noise_for(levels);
+  if (options.modulation == "noise" || own_filter) return kit::fine_noise_for(levels);
+  return kit::ed_modulation(filter_of(options), levels);
+}
+
 // Levels, and cells where they are asked for.
-kit::edpr_table error_diffusion_parameters(const dot_options& options, unsigned planes) {
+kit::edpr_table error_diffusion_parameters(const dot_options& options, unsigned planes, bool own_filter) {
   const auto [x, y] = options.cells.value_or(dot_scale{});
   const unsigned dots = x * y;
   const unsigned levels = options.cells ? levels_up_to(dots + 1, dots + 1, options, "a cell")
                                         : levels_up_to(16, 2, options, "error diffusion");
-  const kit::modulation noise = options.modulation == "none" ? kit::no_modulation() : kit::fine_noise_for(levels);
+  const kit::modulation noise = noise_of(options, levels, own_filter);
   return options.cells ? kit::cell_parameters(planes, x, y, levels, noise) : kit::ed_parameters(planes, levels, noise);
 }
 
@@ -81,10 +93,11 @@ void choose_halftone_tables(const dot_options& options, unsigned planes, bool sa
     return;
   }
   if (!tables.parameters) {
-    tables.parameters = {"the kit's levels", error_diffusion_parameters(options, planes).encode()};
+    tables.parameters = {"the kit's levels",
+                         error_diffusion_parameters(options, planes, tables.distribution.has_value()).encode()};
   }
   if (!tables.distribution) {
-    const std::string filter(options.filter.empty() ? kit::default_error_filter : options.filter);
+    const std::string filter = filter_of(options);
     const unsigned levels = most_levels(tables.parameters->image);
     tables.distribution = {"the kit's filter " + filter, kit::ed_distribution(filter, levels).encode()};
   }

@@ -20,7 +20,7 @@ std::unique_ptr<halftone> make_halftone(const halftone_choice& choice, unsigned 
     const kit::dither_table table = kit::dither_parameters(planes, levels, choice.name, samples16);
     return make_dither({choice.name, table.encode()}, width, samples16);
   }
-  const kit::modulation modulation = noise ? kit::fine_noise() : kit::no_modulation();
+  const kit::modulation modulation = noise ? kit::ed_modulation(choice.name, levels) : kit::no_modulation();
   return make_error_diffusion({choice.name, kit::ed_distribution(choice.name, levels).encode()},
                               {"the kit's levels", kit::ed_parameters(planes, levels, modulation).encode()}, width,
                               precision);

@@ -65,7 +65,9 @@ kit::bytes saturated_colors() {
 
 // Colour and error diffusion tables for pages in one ink, four or six.
 void put_inks(table_directory& to) {
-  const auto levels = [](unsigned inks) { return kit::ed_parameters(inks, 2, kit::fine_noise_for(2)).encode(); };
+  const auto levels = [](unsigned inks) {
+    return kit::ed_parameters(inks, 2, kit::ed_modulation(kit::default_error_filter, 2)).encode();
+  };
   to.put("inks.csc2", kit::ink_table(4).encode());
   to.put("levels.edpr", levels(4));
   to.put(std::string(kit::default_error_filter) + ".edtb", kit::ed_distribution().encode());
@@ -90,7 +92,8 @@ void put_colors(table_directory& to) {
 void put_halftones(table_directory& to) {
   for (const unsigned levels : {3u, 4u, 16u}) {
     const std::string name = "levels/" + std::to_string(levels);
-    to.put(name + ".edpr", kit::ed_parameters(4, levels, kit::fine_noise_for(levels)).encode());
+    to.put(name + ".edpr",
+           kit::ed_parameters(4, levels, kit::ed_modulation(kit::default_error_filter, levels)).encode());
     to.put(name + ".edtb", kit::ed_distribution(kit::default_error_filter, levels).encode());
   }
   for (const kit::error_filter& filter : kit::error_filters) {
@@ -101,7 +104,8 @@ void put_halftones(table_directory& to) {
       if (across * down == 1) continue;
       const unsigned levels = across * down + 1;
       to.put("cells/" + std::to_string(across) + "x" + std::to_string(down) + ".edpr",
-             kit::cell_parameters(4, across, down, levels, kit::fine_noise_for(levels)).encode());
+             kit::cell_parameters(4, across, down, levels, kit::ed_modulation(kit::default_error_filter, levels))
+                 .encode());
     }
   }
   for (const std::string_view matrix : kit::matrix_names) {
