@@ -16,10 +16,11 @@ i686_packages = g++-12-multilib googletest
 coverage_packages = clang-14 clang llvm-14 llvm
 fuzz_packages = clang cmake ninja-build
 bench_packages = libbenchmark-dev liblcms2-dev libcupsfilters-dev libcups2-dev libgutenprint-dev
+search_packages = libpagmo-dev
 program_peers = argyll ffmpeg
 build = cmake --preset $(1) $(CONFIGURE) >/dev/null && cmake --build --preset $(1)
 
-.PHONY: demo test test-queue sanitize fuzz tsan win32 aarch64 i686 coverage compare benchmarks bench bench-rows bench-programs compare-halftones speed bench32 check-link check-proof check-calibrate dist check-dist check-reproducible check-scripts check-format clean
+.PHONY: demo test test-queue sanitize fuzz tsan win32 aarch64 i686 coverage compare benchmarks bench bench-rows bench-programs compare-halftones speed bench32 check-link check-proof check-calibrate search dist check-dist check-reproducible check-scripts check-format clean
 
 demo: # prints the built-in sample page and shows the paths of the pictures
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -133,6 +134,11 @@ check-calibrate: out/press.icc # how even ramps become, by a press profile, with
 	@scripts/packages $(build_packages) $(tool_packages) $(profile_packages)
 	@$(call build,program)
 	@scripts/check-calibrate build/program/tools/vrk out/press.icc out/check-calibrate
+
+search: # looks for better error filters; PICTURES=photographs, SEARCH=options
+	@scripts/packages $(build_packages) $(tool_packages) $(search_packages)
+	@$(call build,search)
+	@build/search/kit/search/vrk_search $(SEARCH) $(PICTURES)
 
 # The time that packages and man pages bear: that of the last commit, whenever they are made.
 export SOURCE_DATE_EPOCH ?= $(shell git log -1 --format=%ct 2>/dev/null || stat -c %Y CHANGELOG.md)

@@ -25,6 +25,7 @@ struct forms {
 };
 
 const forms all_forms[] = {
+    {"smooth", 4, kit::ed_parameters(4, 2, kit::ed_modulation())},
     {"fan", 4, kit::ed_parameters(4, 2, kit::fine_noise_for(2))},
     {"shiau-fan", 6, kit::ed_parameters(6, 2, kit::fine_noise_for(2))},
     {"fan", 1, kit::ed_parameters(1, 4, kit::fine_noise_for(4)), ed_precision::samples16},

@@ -41,7 +41,7 @@ printf 'levels=4\nlift=2\nfilter=line\n' >queue.conf
 printer
 prints '' --filter burkes
 grep -q '^PAGE: 2 1$' said
-prints 'media=A4 VrkFilter=fan contrast=3 vrk-ink-limit=280 order=banded' --contrast 3 --ink-limit 280 --order banded
+prints 'media=A4 VrkFilter=fan contrast=3 vrk-ink-limit=280 order=banded' --filter fan --contrast 3 --ink-limit 280 --order banded
 prints 'VrkFilter=Default vrk-split' --split
 prints 'filter=sierra-lite noVrkSplit' --filter sierra-lite
 printer "*VrkSettings: \"$work/queue.conf\"" '*VrkCurve a: "s:0.3"' '*VrkCurve b: "r=gamma:2"' '*VrkInks: "6"'
