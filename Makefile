@@ -69,10 +69,13 @@ i686: # builds the library for 32-bit Linux and runs its tests and kept inputs u
 	@$(call build,i686)
 	@ctest --preset i686
 
-coverage: # which branches of the library its tests leave out; takes some minutes
+coverage_tests = build/coverage/tests/vrk_tests --gtest_filter
+kept_inputs = $(wildcard $(patsubst fuzz/library/%.cpp,fuzz/corpus/%.tar,$(wildcard fuzz/library/*.cpp)))
+coverage: # which branches of the library its tests and the kept inputs leave out; takes some minutes
 	@scripts/packages $(build_packages) $(test_packages) $(coverage_packages)
-	@$(call build,coverage) --target vrk_tests
-	@scripts/branches build/coverage "$(coverage_tests)=csc*:ed*" "$(coverage_tests)=-csc*:ed*"
+	@$(call build,coverage) --target vrk_tests vrk_replay
+	@scripts/branches build/coverage "$(coverage_tests)=csc*:ed*" "$(coverage_tests)=-csc*:ed*" \
+	  $(foreach tar,$(kept_inputs),"build/coverage/fuzz/vrk_replay $(basename $(notdir $(tar))) $(tar)")
 
 BUILDS = build/release build/sanitize build/win32
 compare: # the same bytes from the builds that the three targets above made
