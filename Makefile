@@ -20,7 +20,7 @@ search_packages = libpagmo-dev
 program_peers = argyll ffmpeg
 build = cmake --preset $(1) $(CONFIGURE) >/dev/null && cmake --build --preset $(1)
 
-.PHONY: demo test test-queue sanitize fuzz tsan win32 aarch64 i686 coverage compare benchmarks bench bench-rows bench-programs compare-halftones speed bench32 check-link check-proof check-calibrate search dist check-dist check-reproducible check-scripts check-format clean
+.PHONY: demo test test-queue sanitize fuzz tsan win32 aarch64 i686 coverage compare benchmarks bench bench-rows bench-programs compare-halftones speed bench32 check-link check-proof check-calibrate search dist check-dist check-reproducible check-scripts tidy check-format clean
 
 demo: # prints the built-in sample page and shows the paths of the pictures
 	@scripts/packages $(build_packages) $(tool_packages)
@@ -63,7 +63,6 @@ aarch64: # builds the library for 64-bit ARM, without the kernels that are for x
 	@$(call build,aarch64)
 	@ctest --preset aarch64
 
-coverage_tests = build/coverage/tests/vrk_tests --gtest_filter
 i686: # builds the library for 32-bit Linux and runs its tests and kept inputs under the sanitizers
 	@scripts/packages $(build_packages) $(i686_packages)
 	@$(call build,i686)
@@ -163,6 +162,13 @@ check-dist: dist # unpacks out/dist and builds and runs programs with what is th
 check-scripts: # fails when shellcheck finds fault with a shell script; .shellcheckrc says what it is not asked
 	@scripts/packages shellcheck
 	@git ls-files '*.sh' .ci scripts | xargs grep -lE '^#!.*sh$$|^# shellcheck shell=' | xargs shellcheck
+
+TIDY = src kit
+tidy: # what clang-tidy and clang's analyzer say, as .clang-tidy asks them; TIDY=... folders or files. All takes half an hour
+	@scripts/packages clang-tidy-14 $(build_packages) $(tool_packages)
+	@cmake --preset program >/dev/null
+	@run-clang-tidy-14 -p build/program -quiet -extra-arg=-Wno-ignored-optimization-argument \
+	  -extra-arg=-Wno-unknown-warning-option $(addprefix $(CURDIR)/,$(TIDY))
 
 check-format: # fails when a source file is not formatted as .clang-format says
 	@scripts/packages clang-format-14

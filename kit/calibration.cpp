@@ -15,6 +15,7 @@ std::optional<calibration> calibrate(std::span<const measured_point> steps, doub
 
   const double paper = points.front().value, full = points.back().value;
   std::vector<control_point> inverse;  // the same points, read from what is shown to what prints it
+  inverse.reserve(points.size());
   for (const measured_point& p : points) {
     inverse.push_back({tone_before_gain((p.value - paper) / (full - paper), gain), p.at});
   }

@@ -45,7 +45,7 @@ std::string quoted(u32 code) {
     const u8 c = u8(code >> shift);
     if (c < 0x20 || c > 0x7E) {
       char hex[16];
-      std::snprintf(hex, sizeof hex, "0x%08X", code);
+      static_cast<void>(std::snprintf(hex, sizeof hex, "0x%08X", code));
       return hex;
     }
     text += char(c);
