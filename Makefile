@@ -48,7 +48,7 @@ tsan: # prints by many threads under the thread sanitizer; `make test` has what 
 	@tests/tools/print/threads_test.sh build/tsan/tools/vrk
 
 SECONDS = 60
-fuzz: # fuzzes every target for SECONDS, two at a time, from the kept inputs; TARGETS=... some; out/fuzz has what was found
+fuzz: # fuzzes every target for SECONDS, two at a time on each core, from the kept inputs; TARGETS=... some; out/fuzz has what was found
 	@scripts/packages $(fuzz_packages)
 	@$(call build,fuzz)
 	@scripts/fuzz build/fuzz/fuzz $(SECONDS) out/fuzz $(TARGETS)
