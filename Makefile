@@ -45,7 +45,7 @@ sanitize: # the same under the address and undefined-behaviour sanitizers
 tsan: # prints by many threads under the thread sanitizer; `make test` has what shows that of the library
 	@scripts/packages $(build_packages) $(tool_packages)
 	@$(call build,tsan) --target vrk
-	@tests/tools/print/threads_test.sh build/tsan/tools/vrk
+	@tests/tools/print/threads_test.sh $(CURDIR)/build/tsan/tools/vrk
 
 SECONDS = 60
 fuzz: # fuzzes every target for SECONDS, two at a time on each core, from the kept inputs; TARGETS=... some; out/fuzz has what was found
