@@ -2,7 +2,7 @@
 # builds and runs.
 build_packages = g++ cmake ninja-build pkg-config
 tool_packages = libpng-dev libjpeg-dev libcli11-dev libtbb-dev libkissfft-dev nlohmann-json3-dev liblcms2-dev \
-  libzimg-dev libexif-dev libtiff-dev libwebp-dev libcups2-dev
+  libzimg-dev libexif-dev libtiff-dev libwebp-dev libcups2-dev libseccomp-dev
 test_packages = libgtest-dev
 printer_app_packages = libpappl-dev
 queue_packages = $(printer_app_packages) cups-ipp-utils curl ghostscript cups cups-filters cups-ppdc python3 \

@@ -2,13 +2,24 @@
 
 #include <lcms2.h>
 
+#include <cstdint>
+#include <cstring>
 #include <utility>
 
 namespace vrk::profiles {
 namespace {
 
+// The library answers with whatever the file has, which need not be one of the enumeration's values.
+template <class Signature>
+std::uint32_t number_of(const Signature& signature) {
+  static_assert(sizeof signature == sizeof(std::uint32_t));
+  std::uint32_t number;
+  std::memcpy(&number, &signature, sizeof number);
+  return number;
+}
+
 // 0 for spaces that neither pictures nor tables of the library are in.
-unsigned channels_of(cmsColorSpaceSignature space) {
+unsigned channels_of(std::uint32_t space) {
   switch (space) {
     case cmsSigGrayData:
       return 1;
@@ -24,7 +35,7 @@ unsigned channels_of(cmsColorSpaceSignature space) {
   }
 }
 
-bool is_device(cmsProfileClassSignature what) {
+bool is_device(std::uint32_t what) {
   return what == cmsSigInputClass || what == cmsSigDisplayClass || what == cmsSigOutputClass ||
          what == cmsSigColorSpaceClass;
 }
@@ -40,8 +51,8 @@ profile profile::srgb() { return {"sRGB", owner(cmsCreate_sRGBProfile())}; }
 
 profile::profile(std::string name, owner handle) : name_(std::move(name)), handle_(std::move(handle)) {
   if (handle_ == nullptr) throw profile_error(name_ + ": is no ICC profile, or a damaged one");
-  channels_ = channels_of(cmsGetColorSpace(lcms()));
-  if (channels_ == 0 || !is_device(cmsGetDeviceClass(lcms()))) {
+  channels_ = channels_of(number_of(cmsGetColorSpace(lcms())));
+  if (channels_ == 0 || !is_device(number_of(cmsGetDeviceClass(lcms())))) {
     throw profile_error(name_ + ": is no profile of a device with gray, RGB, CMYK or six inks");
   }
 }

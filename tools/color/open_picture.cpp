@@ -8,6 +8,7 @@
 #include "kit/profiles/srgb_conversion.h"
 #include "tools/command_line/printable.h"
 #include "tools/print/blob_argument.h"
+#include "tools/sandbox/open_pages.h"
 
 namespace vrk::tool {
 namespace {
@@ -51,7 +52,7 @@ profiles::profile profile_for(const image_reader& picture, const table& source) 
 }  // namespace
 
 std::unique_ptr<image_reader> open_picture(const image_argument& argument, bool keeps_inks) {
-  return give_colors(open_image(argument.path, argument.max_memory), argument, keeps_inks);
+  return give_colors(open_pages(open_input(argument.path), argument.limits, argument.sandbox)(), argument, keeps_inks);
 }
 
 std::unique_ptr<image_reader> give_colors(std::unique_ptr<image_reader> stored, const image_argument& argument,

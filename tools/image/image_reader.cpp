@@ -37,6 +37,15 @@ void image_reader::require_memory(const char* because, std::uint64_t bytes, std:
                    megabytes(most) + " of --max-memory");
 }
 
+void image_reader::require_size(const picture_limits& limits) const {
+  if (!limits.admit(width_, height_)) {
+    throw user_error(name_ + ": has " + std::to_string(width_) + " x " + std::to_string(height_) +
+                     " pixels, expected " + limits.text());
+  }
+  constexpr unsigned lines_at_once = 4;  // of a decoder, at least
+  require_memory("so wide", lines_at_once * line_bytes(), limits.memory);
+}
+
 std::unique_ptr<image_reader> read_sample_page(unsigned dpi) {
   const auto pixels = [&](double mm) { return unsigned(mm / mm_per_inch * dpi + 0.5); };
   return std::make_unique<sample_page_reader>(pixels(210), pixels(297), double(dpi));
@@ -58,25 +67,25 @@ picture_input open_input(const std::string& path) {
   return {std::move(file), name, first, second};
 }
 
-std::unique_ptr<image_reader> open_image(const std::string& path, std::uint64_t max_memory) {
-  return read_image(open_input(path), max_memory);
+std::unique_ptr<image_reader> open_image(const std::string& path, const picture_limits& limits) {
+  return read_image(open_input(path), limits);
 }
 
-std::unique_ptr<image_reader> read_image(picture_input input, std::uint64_t max_memory) {
+std::unique_ptr<image_reader> read_image(picture_input input, const picture_limits& limits) {
   auto& [file, name, first, second] = input;
-  if (begins_raster_stream(first, second)) return raster_stream(std::move(file), name, max_memory).next_page();
+  if (begins_raster_stream(first, second)) return raster_stream(std::move(file), name, limits).next_page();
   switch (first) {
     case 0x89:
-      return read_png(std::move(file), name, max_memory);
+      return read_png(std::move(file), name, limits);
     case 0xFF:
-      return read_jpeg(std::move(file), name, max_memory);
+      return read_jpeg(std::move(file), name, limits);
     case 'I':
     case 'M':
-      return read_tiff(std::move(file), name, max_memory);
+      return read_tiff(std::move(file), name, limits);
     case 'P':
-      return read_pnm(std::move(file), name);
+      return read_pnm(std::move(file), name, limits);
     case 'R':
-      return read_webp(std::move(file), name, max_memory);
+      return read_webp(std::move(file), name, limits);
     default:
       throw user_error(name + ": is neither " + picture_formats + other_formats);
   }

@@ -9,12 +9,10 @@
 
 #include "kit/bytes.h"
 #include "tools/image/orientation.h"
+#include "tools/image/picture_limits.h"
 #include "tools/image/resolution.h"
 
 namespace vrk::tool {
-
-// Bytes for a picture that cannot be read line by line.
-inline constexpr std::uint64_t usual_max_memory = std::uint64_t{1} << 30;
 
 struct page_header;  // see tools/raster/page_header.h
 
@@ -58,6 +56,9 @@ class image_reader {
   // Throws user_error when a picture that is `because` needs more memory than it may.
   void require_memory(const char* because, std::uint64_t bytes, std::uint64_t most) const;
 
+  // Throws user_error when the picture, of which all but the lines is known, is larger than it may be.
+  void require_size(const picture_limits& limits) const;
+
   // For a profile that the file announces and does not hold.
   void note_damaged_profile() { profile_ = {0}; }
 
@@ -81,13 +82,13 @@ using input_file = std::unique_ptr<std::FILE, file_closer>;
 inline constexpr const char* picture_formats = "PNG, JPEG, TIFF, WebP nor PNM (PBM, PGM, PPM, PAM)";
 
 // PNG, JPEG, TIFF, WebP, PBM, PGM, PPM or PAM, recognised by the first byte; "-" is standard input.
-std::unique_ptr<image_reader> open_image(const std::string& path, std::uint64_t max_memory = usual_max_memory);
+std::unique_ptr<image_reader> open_image(const std::string& path, const picture_limits& limits = {});
 
-std::unique_ptr<image_reader> read_png(input_file file, const std::string& name, std::uint64_t max_memory);
-std::unique_ptr<image_reader> read_jpeg(input_file file, const std::string& name, std::uint64_t max_memory);
-std::unique_ptr<image_reader> read_tiff(input_file file, const std::string& name, std::uint64_t max_memory);
-std::unique_ptr<image_reader> read_webp(input_file file, const std::string& name, std::uint64_t max_memory);
-std::unique_ptr<image_reader> read_pnm(input_file file, const std::string& name);
+std::unique_ptr<image_reader> read_png(input_file file, const std::string& name, const picture_limits& limits);
+std::unique_ptr<image_reader> read_jpeg(input_file file, const std::string& name, const picture_limits& limits);
+std::unique_ptr<image_reader> read_tiff(input_file file, const std::string& name, const picture_limits& limits);
+std::unique_ptr<image_reader> read_webp(input_file file, const std::string& name, const picture_limits& limits);
+std::unique_ptr<image_reader> read_pnm(input_file file, const std::string& name, const picture_limits& limits);
 
 // The built-in sample page, as if it were a file of A4 size.
 std::unique_ptr<image_reader> read_sample_page(unsigned dpi);

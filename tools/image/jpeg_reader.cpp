@@ -15,16 +15,17 @@ namespace {
 
 class jpeg_reader final : public image_reader {
  public:
-  jpeg_reader(input_file file, const std::string& name, std::uint64_t max_memory)
-      : image_reader(name), file_(std::move(file)), max_memory_(max_memory) {
+  jpeg_reader(input_file file, const std::string& name, const picture_limits& limits)
+      : image_reader(name), file_(std::move(file)), max_memory_(limits.memory) {
     jpeg_.err = jpeg_std_error(&errors_);
     jpeg_.client_data = this;
     errors_.error_exit = on_error;
     errors_.emit_message = on_message;
     try {
       run_c(failure_, name_, [this] { read_header(); });
+      require_size(limits);
       if (jpeg_has_multiple_scans(&jpeg_) != 0)
-        require_memory("progressive (in several scans)", coefficient_bytes() + marker_bytes_, max_memory);
+        require_memory("progressive (in several scans)", coefficient_bytes() + marker_bytes_, max_memory_);
       run_c(failure_, name_, [this] { start(); });
       read_notes();
       read_profile();
@@ -57,6 +58,9 @@ class jpeg_reader final : public image_reader {
     jpeg_save_markers(&jpeg_, exif_marker, 0xFFFF);
     jpeg_save_markers(&jpeg_, icc_marker, 0xFFFF);
     jpeg_read_header(&jpeg_, TRUE);
+    width_ = jpeg_.image_width;
+    height_ = jpeg_.image_height;
+    channels_ = unsigned(jpeg_.num_components);
   }
 
   // The decoder keeps the coefficients of a picture in several scans until it has read the last one.
@@ -164,8 +168,8 @@ class jpeg_reader final : public image_reader {
 
 }  // namespace
 
-std::unique_ptr<image_reader> read_jpeg(input_file file, const std::string& name, std::uint64_t max_memory) {
-  return std::make_unique<jpeg_reader>(std::move(file), name, max_memory);
+std::unique_ptr<image_reader> read_jpeg(input_file file, const std::string& name, const picture_limits& limits) {
+  return std::make_unique<jpeg_reader>(std::move(file), name, limits);
 }
 
 }  // namespace vrk::tool

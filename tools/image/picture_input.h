@@ -17,6 +17,6 @@ inline constexpr const char* other_formats = ", and no raster stream (CUPS, PWG,
 picture_input open_input(const std::string& path);  // "-": standard input
 
 // What open_image does with its input: of a raster stream, the first page.
-std::unique_ptr<image_reader> read_image(picture_input input, std::uint64_t max_memory);
+std::unique_ptr<image_reader> read_image(picture_input input, const picture_limits& limits);
 
 }  // namespace vrk::tool

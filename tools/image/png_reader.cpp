@@ -51,16 +51,18 @@ kit::bytes find_exif(std::FILE* file) {
 // Palettes and low bit depths become 8 bits, transparent pixels are blended with white, 16-bit samples stay.
 class png_reader final : public image_reader {
  public:
-  png_reader(input_file file, const std::string& name, std::uint64_t max_memory)
+  png_reader(input_file file, const std::string& name, const picture_limits& limits)
       : image_reader(name), file_(std::move(file)) {
     png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, on_error, on_warning);
     info_ = png_create_info_struct(png_);
     try {
       const kit::bytes exif = find_exif(file_.get());
-      run_c(failure_, name_, [&] { read_header(max_memory); });
+      run_c(failure_, name_, [&] { read_header(limits.memory); });
+      require_size(limits);
+      run_c(failure_, name_, [&] { start(); });
       read_notes(exif);
       read_profile();
-      if (png_get_interlace_type(png_, info_) != PNG_INTERLACE_NONE) read_whole(max_memory);
+      if (png_get_interlace_type(png_, info_) != PNG_INTERLACE_NONE) read_whole(limits.memory);
     } catch (...) {
       png_destroy_read_struct(&png_, &info_, nullptr);
       throw;
@@ -84,7 +86,9 @@ class png_reader final : public image_reader {
 
  private:
   void read_header(std::uint64_t max_memory) {
+    constexpr unsigned most_channels = 4;
     png_set_read_fn(png_, file_.get(), read_bytes);
+    png_set_user_limits(png_, PNG_UINT_31_MAX, PNG_UINT_31_MAX);  // see require_size
     // Of all that may stand beside the picture, only what counts is kept, and no more of it than this.
     constexpr std::uint64_t most_beside = 32 << 20;
     png_set_chunk_malloc_max(png_, png_alloc_size_t(std::min(max_memory, most_beside)));
@@ -103,9 +107,15 @@ class png_reader final : public image_reader {
     }
     if constexpr (std::endian::native == std::endian::little) png_set_swap(png_);
     png_set_interlace_handling(png_);
-    png_read_update_info(png_, info_);
     width_ = png_get_image_width(png_, info_);
     height_ = png_get_image_height(png_, info_);
+    channels_ = most_channels;
+    bits_ = 16;
+  }
+
+  // Takes the memory for lines.
+  void start() {
+    png_read_update_info(png_, info_);
     channels_ = png_get_channels(png_, info_);
     bits_ = png_get_bit_depth(png_, info_);
   }
@@ -203,8 +213,8 @@ class png_reader final : public image_reader {
 
 }  // namespace
 
-std::unique_ptr<image_reader> read_png(input_file file, const std::string& name, std::uint64_t max_memory) {
-  return std::make_unique<png_reader>(std::move(file), name, max_memory);
+std::unique_ptr<image_reader> read_png(input_file file, const std::string& name, const picture_limits& limits) {
+  return std::make_unique<png_reader>(std::move(file), name, limits);
 }
 
 }  // namespace vrk::tool

@@ -12,7 +12,8 @@ namespace {
 // 16 when the file has more than 255 levels.
 class pnm_reader final : public image_reader {
  public:
-  pnm_reader(input_file file, const std::string& name) : image_reader(name), file_(std::move(file)) {
+  pnm_reader(input_file file, const std::string& name, const picture_limits& limits)
+      : image_reader(name), file_(std::move(file)) {
     std::getc(file_.get());  // 'P'
     const int form = std::getc(file_.get());
     if (form == '7') {
@@ -22,7 +23,7 @@ class pnm_reader final : public image_reader {
     } else {
       refuse("begins as PNM files do, but is none: expected \"P1\" to \"P7\"");
     }
-    check_header();
+    check_header(limits);
   }
 
   void read_line(void* line) override {
@@ -65,15 +66,11 @@ class pnm_reader final : public image_reader {
     if (channels_ == 4 && type != "CMYK") channels_ = 0;
   }
 
-  void check_header() {
-    constexpr unsigned longest = 1000000;
-    if (width_ < 1 || width_ > longest || height_ < 1 || height_ > longest) {
-      refuse("has " + std::to_string(width_) + " x " + std::to_string(height_) + " pixels, expected 1 to " +
-             std::to_string(longest) + " each way");
-    }
+  void check_header(const picture_limits& limits) {
     if (max_ < 1 || max_ > 0xFFFF) refuse("has samples up to " + std::to_string(max_) + ", expected 1 to 65535");
     if (channels_ != 1 && channels_ != 3 && channels_ != 4) refuse("holds neither gray, RGB nor CMYK");
     bits_ = max_ > 255 ? 16 : 8;
+    require_size(limits);
     row_.resize(std::size_t{width_} * channels_);
     const unsigned full = bits_ == 16 ? 0xFFFF : 0xFF;
     for (unsigned sample = 0; sample <= max_; ++sample) {
@@ -172,8 +169,8 @@ class pnm_reader final : public image_reader {
 
 }  // namespace
 
-std::unique_ptr<image_reader> read_pnm(input_file file, const std::string& name) {
-  return std::make_unique<pnm_reader>(std::move(file), name);
+std::unique_ptr<image_reader> read_pnm(input_file file, const std::string& name, const picture_limits& limits) {
+  return std::make_unique<pnm_reader>(std::move(file), name, limits);
 }
 
 }  // namespace vrk::tool

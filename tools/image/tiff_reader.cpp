@@ -28,8 +28,8 @@ class bytes_of_file final : public tiff_bytes {
 // or in a plane for each. Those of up to 8 bits become 8 bits, palettes RGB, transparent pixels are blended with white.
 class tiff_reader final : public image_reader {
  public:
-  tiff_reader(input_file file, const std::string& name, std::uint64_t max_memory)
-      : image_reader(name), bytes_(std::move(file), name), max_memory_(max_memory) {
+  tiff_reader(input_file file, const std::string& name, const picture_limits& limits)
+      : image_reader(name), bytes_(std::move(file), name), limits_(limits) {
     check_magic();
     open();
     choose_picture();
@@ -68,7 +68,7 @@ class tiff_reader final : public image_reader {
   }
 
   // Without memory maps, which end the program when another one makes the file shorter.
-  void open() { files_.push_back(std::make_unique<tiff_file>(bytes_, "rm", name_, max_memory_)); }
+  void open() { files_.push_back(std::make_unique<tiff_file>(bytes_, "rm", name_, limits_.memory)); }
 
   // Smaller copies and masks are no pictures of their own.
   void choose_picture() {
@@ -175,11 +175,7 @@ class tiff_reader final : public image_reader {
   void read_layout() {
     width_ = field<std::uint32_t>(TIFFTAG_IMAGEWIDTH).value_or(0);
     height_ = field<std::uint32_t>(TIFFTAG_IMAGELENGTH).value_or(0);
-    constexpr unsigned longest = 1000000;
-    if (width_ < 1 || width_ > longest || height_ < 1 || height_ > longest) {
-      refuse("has " + std::to_string(width_) + " x " + std::to_string(height_) + " pixels, expected 1 to " +
-             std::to_string(longest) + " each way");
-    }
+    require_size(limits_);
     planar_ = stored_ > 1 && number(TIFFTAG_PLANARCONFIG) == PLANARCONFIG_SEPARATE;
     tiled_ = TIFFIsTiled(first().get()) != 0;
     // Decoding goes on from line to line only in the strip that was read last.
@@ -205,12 +201,12 @@ class tiff_reader final : public image_reader {
     const std::uint64_t bytes = tiled_ ? TIFFTileSize64(tiff) : TIFFScanlineSize64(tiff);
     first().require(bytes != 0);
     const char* const because = tiled_ ? "stored in large tiles" : "stored in large strips";
-    require_memory(because, bytes, max_memory_);
+    require_memory(because, bytes, limits_.memory);
     std::uint64_t stored = 0;  // of the largest strip or tile
     const std::uint32_t count = tiled_ ? TIFFNumberOfTiles(tiff) : TIFFNumberOfStrips(tiff);
     for (std::uint32_t i = 0; i < count; ++i) stored = std::max(stored, TIFFGetStrileByteCount(tiff, i));
     const std::uint64_t band = bytes * columns_ * (planar_ ? used_.size() : 1);
-    require_memory(because, band + std::min(stored, bytes_.size()) * files_.size(), max_memory_);
+    require_memory(because, band + std::min(stored, bytes_.size()) * files_.size(), limits_.memory);
     piece_bytes_ = std::size_t(bytes);
     band_.resize(std::size_t(band));
     row_.resize(std::size_t{width_} * used_.size());
@@ -282,7 +278,7 @@ class tiff_reader final : public image_reader {
   static constexpr unsigned unknown = std::numeric_limits<std::uint16_t>::max();
 
   bytes_of_file bytes_;
-  std::uint64_t max_memory_;
+  picture_limits limits_;
   std::vector<std::unique_ptr<tiff_file>> files_;  // one, or one for each plane
   tdir_t picture_ = 0;                             // among those of the file
 
@@ -304,8 +300,8 @@ class tiff_reader final : public image_reader {
 
 }  // namespace
 
-std::unique_ptr<image_reader> read_tiff(input_file file, const std::string& name, std::uint64_t max_memory) {
-  return std::make_unique<tiff_reader>(std::move(file), name, max_memory);
+std::unique_ptr<image_reader> read_tiff(input_file file, const std::string& name, const picture_limits& limits) {
+  return std::make_unique<tiff_reader>(std::move(file), name, limits);
 }
 
 }  // namespace vrk::tool

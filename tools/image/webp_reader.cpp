@@ -17,18 +17,19 @@ namespace {
 // Decoded as a whole: most such files say only at their end what their first line is.
 class webp_reader final : public image_reader {
  public:
-  webp_reader(input_file file, const std::string& name, std::uint64_t max_memory) : image_reader(name) {
+  webp_reader(input_file file, const std::string& name, const picture_limits& limits) : image_reader(name) {
     channels_ = 3;
-    const kit::bytes data = read_file(*file, max_memory);
+    const kit::bytes data = read_file(*file, limits.memory);
     WebPDecoderConfig decoder;
     WebPInitDecoderConfig(&decoder);
     check(WebPGetFeatures(data.data(), data.size(), &decoder.input));
     if (decoder.input.has_animation != 0) refuse("is animated, expected a still picture");
     width_ = unsigned(decoder.input.width);
     height_ = unsigned(decoder.input.height);
+    require_size(limits);
     alpha_ = decoder.input.has_alpha != 0;
     read_notes(data);
-    decode(data, decoder, max_memory);
+    decode(data, decoder, limits.memory);
   }
 
   void read_line(void* line) override {
@@ -120,8 +121,8 @@ class webp_reader final : public image_reader {
 
 }  // namespace
 
-std::unique_ptr<image_reader> read_webp(input_file file, const std::string& name, std::uint64_t max_memory) {
-  return std::make_unique<webp_reader>(std::move(file), name, max_memory);
+std::unique_ptr<image_reader> read_webp(input_file file, const std::string& name, const picture_limits& limits) {
+  return std::make_unique<webp_reader>(std::move(file), name, limits);
 }
 
 }  // namespace vrk::tool

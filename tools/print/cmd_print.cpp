@@ -18,6 +18,7 @@
 #include "tools/print/print_pages.h"
 #include "tools/raster/ghostscript.h"
 #include "tools/raster/raster_stream.h"
+#include "tools/sandbox/open_pages.h"
 
 namespace vrk::tool {
 namespace {
@@ -113,9 +114,9 @@ void print_picture(CLI::App& command, const print_arguments& arguments, const pr
 }
 
 void print_stream(CLI::App& command, const print_arguments& arguments, const print_options& options,
-                  raster_stream& stream, const std::string& name, const std::vector<std::string>& inputs) {
+                  const page_supply& stream, const std::string& name, const std::vector<std::string>& inputs) {
   const auto next = [&]() -> std::unique_ptr<image_reader> {
-    auto page = stream.next_page();
+    auto page = stream();
     if (page == nullptr) return page;
     page_options as = arguments.page;
     if (!as.dpi) as.dpi = page->dpi();
@@ -149,19 +150,22 @@ void run_print(CLI::App& command, const print_arguments& arguments) {
   inputs.push_back(arguments.image.path);
   if (arguments.image.is_profile_named()) inputs.push_back(arguments.image.profile);
 
+  const auto pages_of = [&](picture_input from, end_of_stream ended) {
+    return open_pages(std::move(from), arguments.image.limits, arguments.image.sandbox, std::move(ended));
+  };
   picture_input input = open_input(arguments.image.path);
   if (begins_raster_stream(input.first, input.second)) {
-    raster_stream stream(std::move(input.file), input.name, arguments.image.max_memory);
-    return print_stream(command, arguments, options, stream, input.name, inputs);
+    const std::string name = input.name;
+    return print_stream(command, arguments, options, pages_of(std::move(input), {}), name, inputs);
   }
   if (begins_document(input.first, input.second)) {
     const std::string name = input.name;
     ghostscript drawing(std::move(input), arguments.page.dpi.value_or(usual_dpi));
-    raster_stream stream(drawing.take_pages(), name, arguments.image.max_memory,
-                         [&](unsigned pages) { drawing.check_end(pages); });
-    return print_stream(command, arguments, options, stream, name, inputs);
+    picture_input drawn{drawing.take_pages(), name, 'R', 'a'};  // which its stream begins with, unless it fails
+    const auto check_end = [&](unsigned pages) { drawing.check_end(pages); };
+    return print_stream(command, arguments, options, pages_of(std::move(drawn), check_end), name, inputs);
   }
-  auto picture = read_image(std::move(input), arguments.image.max_memory);
+  auto picture = pages_of(std::move(input), {})();
   const bool has_profile = !options.inks.profile.to.empty();
   auto page = lay_out(give_colors(std::move(picture), arguments.image, has_profile), arguments.page);
   print_picture(command, arguments, options, std::move(page), inputs);

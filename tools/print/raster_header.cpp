@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <string>
 
 #include "tools/pipeline/user_error.h"
@@ -93,8 +94,8 @@ cups_page_header2_t pwg_header(const raster& size, const char* type, const page_
     set_text(header.MediaType, was.MediaType);
     header.MediaPosition = was.MediaPosition;
     header.MediaWeight = was.MediaWeight;
-    header.Duplex = was.Duplex;
-    header.Tumble = was.Tumble;
+    std::memcpy(&header.Duplex, &was.Duplex, sizeof header.Duplex);  // whatever a file had there
+    std::memcpy(&header.Tumble, &was.Tumble, sizeof header.Tumble);
     header.NumCopies = std::max(was.NumCopies, 1U);
     if (from->is_pwg()) std::copy_n(was.cupsInteger, std::size(was.cupsInteger), header.cupsInteger);
     header.cupsInteger[CUPS_RASTER_PWG_TotalPageCount] = 0;  // not known: this stream may hold some of the pages

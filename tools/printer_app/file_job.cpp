@@ -11,6 +11,8 @@
 #include "tools/printer_app/page_limits.h"
 #include "tools/printer_app/print_job.h"
 #include "tools/raster/raster_stream.h"
+#include "tools/sandbox/open_pages.h"
+#include "tools/sandbox/sandbox.h"
 
 namespace vrk::tool {
 namespace {
@@ -59,9 +61,9 @@ page_options page_of(pappl_job_t* job) {
 
 void print_stream(pappl_job_t* job, pappl_device_t* device, picture_input input) {
   const job_options options = read_options(job, job_kind::pages);
-  raster_stream stream(std::move(input.file), input.name, most_picture_memory);
+  const page_supply stream = open_pages(std::move(input), job_limits, has_sandbox());
   print_job(job, device, options.print, [&]() -> std::unique_ptr<image_reader> {
-    auto page = stream.next_page();
+    auto page = stream();
     if (page == nullptr) return page;
     papplJobSetImpressionsCompleted(job, 1);
     return give_colors(std::move(page), options.picture, !options.print.inks.profile.to.empty());
@@ -70,8 +72,7 @@ void print_stream(pappl_job_t* job, pappl_device_t* device, picture_input input)
 
 void print_picture(pappl_job_t* job, pappl_device_t* device, picture_input input) {
   const job_options options = read_options(job, job_kind::picture);
-  auto picture = read_image(std::move(input), most_picture_memory);
-  refuse_huge_picture(*picture);
+  auto picture = open_pages(std::move(input), job_limits, has_sandbox())();
   auto page =
       lay_out(give_colors(std::move(picture), options.picture, !options.print.inks.profile.to.empty()), page_of(job));
   print_job(job, device, options.print, [&] { return std::move(page); });

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tools/image/resolution.h"
 #include "tools/pipeline/user_error.h"
 
 namespace vrk::tool {
@@ -27,13 +28,6 @@ void refuse_huge_page(const cups_page_header2_t& header, const std::string& name
   throw user_error(name + ": has " + by(header.cupsWidth, header.cupsHeight) + " pixels at " +
                    by(header.HWResolution[0], header.HWResolution[1]) + " dpi, expected a page of at most " +
                    by(widest_paper_mm, longest_paper_mm) + " mm");
-}
-
-void refuse_huge_picture(const image_reader& picture) {
-  constexpr unsigned longest = 65500;  // of a JPEG
-  if (picture.width() <= longest && picture.height() <= longest) return;
-  throw user_error(picture.name() + ": has " + by(picture.width(), picture.height()) + " pixels, expected at most " +
-                   by(longest, longest));
 }
 
 }  // namespace vrk::tool

@@ -15,6 +15,7 @@
 #include "tools/printer_app/last_print_page.h"
 #include "tools/printer_app/style.h"
 #include "tools/printer_app/vendor_options.h"
+#include "tools/sandbox/sandbox.h"
 
 namespace vrk::tool {
 namespace {
@@ -135,6 +136,7 @@ pappl_system_t* create(const server_options& options) {
 
 pappl_system_t* make_system(int count, cups_option_t* options, void*) {
   pappl_system_t* system = nullptr;
+  tell_without_sandbox(application_name);
   const std::string why = complaint_of([&] { system = create(server_options(count, options)); });
   if (!why.empty()) std::fprintf(stderr, "%s: %s\n", application_name, printable(why).c_str());
   return system;

@@ -12,7 +12,7 @@ namespace vrk::tool {
 namespace {
 
 // Of no use to who prints: matters of the machine, which is the same for all jobs.
-constexpr std::array<std::string_view, 3> left_out{"layout", "threads", "max-memory"};
+constexpr std::array<std::string_view, 5> left_out{"layout", "threads", "max-memory", "max-width", "max-height"};
 
 std::vector<vendor_option> read_options() {
   job_options unused;

@@ -31,6 +31,15 @@ void require(bool fits, const std::string& name, const std::string& has, const s
   if (!fits) throw user_error(name + ": its header has " + has + ", expected " + expected);
 }
 
+// libcups fills its enumerations with whatever the file has; read as one, other values than its own mean nothing.
+template <class Enum>
+unsigned stored(const Enum& field) {
+  static_assert(sizeof field == sizeof(unsigned));
+  unsigned number;
+  std::memcpy(&number, &field, sizeof number);
+  return number;
+}
+
 std::string number(std::uint64_t value) { return std::to_string(value); }
 
 // 8 or 16 bits of the sample at `index`.
@@ -62,18 +71,17 @@ void arrange_as(const raster_layout& layout, const std::vector<const std::uint8_
 
 }  // namespace
 
-raster_layout layout_of(const cups_page_header2_t& header, const std::string& name) {
-  constexpr unsigned longest = 1000000;
-  require(
-      header.cupsWidth >= 1 && header.cupsWidth <= longest && header.cupsHeight >= 1 && header.cupsHeight <= longest,
-      name, number(header.cupsWidth) + " x " + number(header.cupsHeight) + " pixels",
-      "1 to " + number(longest) + " each way");
+raster_layout layout_of(const cups_page_header2_t& header, const std::string& name, const picture_limits& limits) {
+  require(limits.admit(header.cupsWidth, header.cupsHeight), name,
+          number(header.cupsWidth) + " x " + number(header.cupsHeight) + " pixels", limits.text());
   for (const unsigned dpi : header.HWResolution) {
     require(dpi >= lowest_dpi && dpi <= highest_dpi, name, number(dpi) + " dpi",
             number(lowest_dpi) + " to " + number(highest_dpi));
   }
-  const auto* const space = std::ranges::find(color_spaces, header.cupsColorSpace, &color_space::space);
-  require(space != std::end(color_spaces), name, "colour space " + number(header.cupsColorSpace),
+  const auto* const space = std::ranges::find_if(
+      color_spaces,
+      [space = stored(header.cupsColorSpace)](const color_space& known) { return unsigned(known.space) == space; });
+  require(space != std::end(color_spaces), name, "colour space " + number(stored(header.cupsColorSpace)),
           "W, SW, K, RGB, sRGB, Adobe RGB, CMY, CMYK or KCMY (0, 18, 3, 1, 19, 20, 4, 6, 8)");
   require(header.cupsNumColors == space->channels, name, number(header.cupsNumColors) + " colours",
           number(space->channels) + " in colour space " + number(space->space));
@@ -81,11 +89,11 @@ raster_layout layout_of(const cups_page_header2_t& header, const std::string& na
   require(bits == 8 || bits == 16 || ((bits == 1 || bits == 2 || bits == 4) && space->channels != 3), name,
           number(bits) + (bits == 1 ? " bit" : " bits") + " a colour",
           space->channels == 3 ? "8 or 16 (Ghostscript: -dcupsBitsPerColor=8)" : "1, 2, 4, 8 or 16");
-  require(header.cupsColorOrder <= CUPS_ORDER_PLANAR, name, "colour order " + number(header.cupsColorOrder),
-          "0, 1 or 2");
+  const unsigned order = stored(header.cupsColorOrder);
+  require(order <= CUPS_ORDER_PLANAR, name, "colour order " + number(order), "0, 1 or 2");
   const raster_layout layout{
-      header.cupsWidth,      header.cupsHeight, space->channels, bits,
-      header.cupsColorOrder, space->places,     space->inverted, space->space == CUPS_CSPACE_ADOBERGB};
+      header.cupsWidth,    header.cupsHeight, space->channels, bits,
+      cups_order_t(order), space->places,     space->inverted, space->space == CUPS_CSPACE_ADOBERGB};
   const unsigned pixel_bits = layout.order == CUPS_ORDER_CHUNKED ? bits * layout.channels : bits;
   require(header.cupsBitsPerPixel == pixel_bits || layout.order != CUPS_ORDER_CHUNKED, name,
           number(header.cupsBitsPerPixel) + " bits a pixel", number(pixel_bits));

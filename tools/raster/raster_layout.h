@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "tools/image/picture_limits.h"
+
 namespace vrk::tool {
 
 struct raster_layout {
@@ -29,7 +31,7 @@ struct raster_layout {
 };
 
 // Throws user_error, with `name` in front, when the header's numbers do not go together or are of no page.
-raster_layout layout_of(const cups_page_header2_t& header, const std::string& name);
+raster_layout layout_of(const cups_page_header2_t& header, const std::string& name, const picture_limits& limits = {});
 
 // Whether a line of the stream is what `arrange` would make of it.
 bool is_arranged(const raster_layout& layout);

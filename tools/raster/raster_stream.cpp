@@ -13,9 +13,9 @@ namespace vrk::tool {
 // The stream, a line of libcups at a time.
 class raster_stream::source {
  public:
-  source(input_file file, const std::string& name, std::uint64_t max_memory, std::function<void(unsigned)> ended)
+  source(input_file file, const std::string& name, const picture_limits& limits, std::function<void(unsigned)> ended)
       : name_(name),
-        max_memory_(max_memory),
+        limits_(limits),
         ended_(std::move(ended)),
         feed_(std::move(file)),
         raster_(cupsRasterOpenIO(stream_feed::give, &feed_, CUPS_RASTER_READ)) {
@@ -24,7 +24,7 @@ class raster_stream::source {
     throw user_error(name_ + ": is neither " + picture_formats + other_formats);
   }
 
-  std::uint64_t max_memory() const { return max_memory_; }
+  const picture_limits& limits() const { return limits_; }
   std::string page_name() const { return name_ + ", page " + std::to_string(page_); }
 
   // False behind the last page.
@@ -71,7 +71,7 @@ class raster_stream::source {
   }
 
   std::string name_;
-  std::uint64_t max_memory_;
+  picture_limits limits_;
   std::function<void(unsigned)> ended_;
   stream_feed feed_;
   std::unique_ptr<cups_raster_t, decltype([](cups_raster_t* raster) { cupsRasterClose(raster); })> raster_;
@@ -86,7 +86,7 @@ class raster_stream::whole_page final : public raster_page {
   whole_page(source& from, const raster_layout& layout, const cups_page_header2_t& header)
       : raster_page(from.page_name(), layout, header, {}) {
     const std::uint64_t bytes = layout.lines() * line_.size();
-    require_memory("planar", bytes, from.max_memory());
+    require_memory("planar", bytes, from.limits().memory);
     // Not touched before there are samples for it.
     whole_ = std::make_unique_for_overwrite<std::uint8_t[]>(bytes);
     for (std::uint64_t y = 0; y < layout.lines(); ++y) from.read_line(&whole_[y * line_.size()]);
@@ -103,14 +103,14 @@ class raster_stream::whole_page final : public raster_page {
   std::size_t next_ = 0;
 };
 
-raster_stream::raster_stream(input_file file, const std::string& name, std::uint64_t max_memory,
+raster_stream::raster_stream(input_file file, const std::string& name, const picture_limits& limits,
                              std::function<void(unsigned)> ended)
-    : source_(std::make_shared<source>(std::move(file), name, max_memory, std::move(ended))) {}
+    : source_(std::make_shared<source>(std::move(file), name, limits, std::move(ended))) {}
 
 std::unique_ptr<image_reader> raster_stream::next_page() {
   cups_page_header2_t header;
   if (!source_->read_header(header)) return nullptr;
-  const raster_layout layout = layout_of(header, source_->page_name());
+  const raster_layout layout = layout_of(header, source_->page_name(), source_->limits());
   source_->start_page(layout);
   if (layout.order == CUPS_ORDER_PLANAR) return std::make_unique<whole_page>(*source_, layout, header);
   return std::make_unique<raster_page>(source_->page_name(), layout, header,

@@ -17,10 +17,10 @@ constexpr bool begins_raster_stream(int first, int second) {
 
 class raster_stream {
  public:
-  // max_memory: for a page whose colours come one after the other. ended: called where the stream ends, with the number
-  // of pages that it had; throws when it knows better why there are no more. Throws user_error when this is no raster
-  // stream.
-  raster_stream(input_file file, const std::string& name, std::uint64_t max_memory,
+  // limits: of memory, for a page whose colours come one after the other. ended: called where the stream ends, with the
+  // number of pages that it had; throws when it knows better why there are no more. Throws user_error when this is no
+  // raster stream.
+  raster_stream(input_file file, const std::string& name, const picture_limits& limits,
                 std::function<void(unsigned)> ended = {});
 
   // The next page, or null behind the last one. Its resolution is the header's. What was not read of the page before is

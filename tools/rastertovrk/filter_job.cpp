@@ -16,6 +16,8 @@
 #include "tools/raster/page_header.h"
 #include "tools/raster/raster_stream.h"
 #include "tools/rastertovrk/next_filter.h"
+#include "tools/sandbox/open_pages.h"
+#include "tools/sandbox/sandbox.h"
 
 namespace vrk::tool {
 namespace {
@@ -89,8 +91,8 @@ class job_pages {
         --copies_left_;
         open();
       }
-      if (auto page = stream_->next_page()) return prepared(std::move(page));
-      stream_.reset();
+      if (auto page = stream_()) return prepared(std::move(page));
+      stream_ = nullptr;
     }
   }
 
@@ -103,7 +105,7 @@ class job_pages {
     if (!begins_raster_stream(input.first, input.second)) {
       throw user_error(input.name + ": is no raster stream, expected CUPS, PWG or Apple raster");
     }
-    stream_.emplace(std::move(input.file), input.name, job_.picture.max_memory);
+    stream_ = open_pages(std::move(input), job_.picture.limits, has_sandbox());
   }
 
   std::unique_ptr<image_reader> prepared(std::unique_ptr<image_reader> page) {
@@ -117,7 +119,7 @@ class job_pages {
   std::string path_;
   unsigned copies_left_;
   const job_options& job_;
-  std::optional<raster_stream> stream_{};
+  page_supply stream_{};  // of the copy that is printed
   unsigned number_ = 0, copies_ = 1;
 };
 
@@ -135,6 +137,7 @@ void tell_page(const print_report& report) {
 }  // namespace
 
 void print_filter_job(const std::vector<std::string>& arguments) {
+  tell_without_sandbox("WARNING");
   const char* const ppd = std::getenv("PPD");
   const queue_options queue = read_queue_options(ppd == nullptr ? "" : ppd, arguments[job_settings]);
   const job_options job = job_options_of(queue);

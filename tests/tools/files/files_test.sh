@@ -120,3 +120,33 @@ tail -c +90001 page.ppm >&3
 exec 3>&-
 wait $run
 test -s new/preview.png
+
+# A confined decoder gives the same print, through a pipe too, and a broken picture the same sentence; nothing stays of a
+# run that a signal ends, whatever the command.
+if "$vrk" print page.ppm -o confined --sandbox >/dev/null 2>complaint; then
+  "$vrk" print page.ppm -o open >/dev/null
+  diff -r open confined
+  "$vrk" print page.ppm -o one --format tiff >/dev/null
+  cat one/print.tif | "$vrk" print - -o confined --sandbox --quiet
+  "$vrk" print one/print.tif -o open --quiet
+  cmp open/k.pbm confined/k.pbm
+  "$vrk" compare page.ppm -o open >/dev/null && "$vrk" compare page.ppm -o confined --sandbox >/dev/null
+  cmp open/compare.png confined/compare.png
+  fails 1 'half.ppm: the file ends before' "$vrk" print half.ppm -o none --sandbox
+else
+  grep -q 'built without libseccomp' complaint
+fi
+fails 1 'page.ppm: has 200 x 300 pixels, expected 1 to 199 across' "$vrk" print page.ppm -o none --max-width 199
+mkdir temporary
+leaves_nothing() { # COMMAND...: ended by a signal while it writes
+  TMPDIR="$work/temporary" "$vrk" "$@" -o ended >/dev/null 2>&1 &
+  run=$!
+  until ls -A ended 2>/dev/null | grep -q . || ! kill -0 $run 2>/dev/null; do sleep 0.01; done
+  kill -s TERM $run 2>/dev/null || true
+  wait $run 2>/dev/null || true
+  test -z "$(find . -name '.vrk-*' -o -name 'vrk-*')"
+  rm -rf ended
+}
+leaves_nothing print page.ppm
+leaves_nothing print page.ppm --sandbox
+leaves_nothing compare page.ppm

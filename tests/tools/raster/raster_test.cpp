@@ -193,6 +193,8 @@ TEST_F(raster, whose_header_lies_is_refused) {
       {[](header& h) { h.cupsNumColors = 4; }, "has 4 colours, expected 3"},
       {[](header& h) { h.cupsColorSpace = CUPS_CSPACE_CIELab; }, "has colour space 16, expected W, "},
       {[](header& h) { h.cupsColorOrder = cups_order_t(3); }, "has colour order 3"},
+      {[](header& h) { std::memset(&h.cupsColorOrder, 0xD4, 4); }, "has colour order 3570717908"},
+      {[](header& h) { std::memset(&h.cupsColorSpace, 0xD4, 4); }, "has colour space 3570717908"},
       {[](header& h) { h.cupsBitsPerColor = 10; }, "has 10 bits a colour"},
       {[](header& h) { h.cupsBitsPerPixel = 8; }, "has 8 bits a pixel, expected 24"},
   };
