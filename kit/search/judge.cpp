@@ -97,14 +97,14 @@ figures judge::measure(const tables& of) const {
 }
 
 judge::score judge::compare(const figures& now, const figures& before) {
-  const auto mean = [](const std::vector<double>& of) { return std::accumulate(of.begin(), of.end(), 0.0); };
+  const auto sum = [](const std::vector<double>& of) { return std::accumulate(of.begin(), of.end(), 0.0); };
   const auto largest = [](const std::vector<double>& of) { return *std::max_element(of.begin(), of.end()); };
   return {.fine = mean_ratio(now.noise, before.noise, 0, 2),
           .coarse = mean_ratio(now.noise, before.noise, 1, 2),
           .difference = mean_ratio(now.colors, before.colors, 0, 3),
           .lightness = mean_ratio(now.colors, before.colors, 1, 3),
           .chroma = mean_ratio(now.colors, before.colors, 2, 3),
-          .lines = mean(now.lines) / mean(before.lines),
+          .lines = sum(now.lines) / sum(before.lines),
           .worst_lines = largest(now.lines) / largest(before.lines)};
 }
 
